@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace quon::testing {
+
+/**
+ * The calls that the doubles of one fixture received, in order.
+ *
+ * All doubles of a fixture write to one log, so that order across objects is asserted whole and a surplus call fails
+ * as loudly as a missing one. An entry reads `object.operation(argument, argument)`.
+ */
+class CallLog {
+public:
+    /** Appends one entry as it stands. */
+    void add(const std::string& entry) { m_calls.push_back(entry); }
+
+    /** Appends `object.operation(argument, ...)`; the arguments are streamed. */
+    template <typename... Arguments>
+    void call(const std::string& object, const std::string& operation, const Arguments&... arguments)
+    {
+        std::ostringstream entry;
+        entry << std::boolalpha << object << '.' << operation << '(';
+        [[maybe_unused]] const char* separator = "";
+        ((entry << separator << arguments, separator = ", "), ...);
+        entry << ')';
+        add(entry.str());
+    }
+
+    const std::vector<std::string>& calls() const { return m_calls; }
+
+    /** Returns the entries so far and starts afresh. */
+    std::vector<std::string> take()
+    {
+        std::vector<std::string> calls;
+        calls.swap(m_calls);
+        return calls;
+    }
+
+    void clear() { m_calls.clear(); }
+
+private:
+    std::vector<std::string> m_calls;
+};
+
+} // namespace quon::testing
