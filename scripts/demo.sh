@@ -27,10 +27,8 @@ done
 cd "$here"
 
 if [ -z "$model" ]; then
-    model=$(dpkg -L assimp-testmodels | grep -m 1 '/2CylinderEngine\.glb$') || {
-        echo "demo.sh: assimp-testmodels does not hold 2CylinderEngine.glb; name a model" >&2
-        exit 1
-    }
+    model=$(dpkg -L assimp-testmodels | sed -n '\,/2CylinderEngine\.glb$,p' | sort | tail -n 1)
+    [ -n "$model" ] || { echo "demo.sh: assimp-testmodels does not hold 2CylinderEngine.glb; name a model" >&2; exit 1; }
 fi
 
 echo "demo.sh: building the viewer"
