@@ -41,22 +41,10 @@ struct TypeTraits {
     static constexpr T Min = std::numeric_limits<T>::lowest();
     static constexpr T Max = std::numeric_limits<T>::max();
 
-    static constexpr T getZeroElement() noexcept
-    {
-        return Zero;
-    }
-    static constexpr T getOneElement() noexcept
-    {
-        return One;
-    }
-    static constexpr T getMin() noexcept
-    {
-        return Min;
-    }
-    static constexpr T getMax() noexcept
-    {
-        return Max;
-    }
+    static constexpr T getZeroElement() noexcept { return Zero; }
+    static constexpr T getOneElement() noexcept { return One; }
+    static constexpr T getMin() noexcept { return Min; }
+    static constexpr T getMax() noexcept { return Max; }
 };
 
-}
+} // namespace osg

@@ -19,14 +19,8 @@ public:
               Real32 maximumZ) noexcept;
     BoxVolume(const Pnt3f& minimum, const Pnt3f& maximum) noexcept;
 
-    const Pnt3f& getMin() const noexcept
-    {
-        return m_minimum;
-    }
-    const Pnt3f& getMax() const noexcept
-    {
-        return m_maximum;
-    }
+    const Pnt3f& getMin() const noexcept { return m_minimum; }
+    const Pnt3f& getMax() const noexcept { return m_maximum; }
 
     /// The corners as stored, whether the box is empty or not.
     void getBounds(Pnt3f& minimum, Pnt3f& maximum) const override
@@ -75,10 +69,7 @@ public:
     {
         return hasSameState(other) && m_minimum == other.m_minimum && m_maximum == other.m_maximum;
     }
-    bool operator!=(const BoxVolume& other) const noexcept
-    {
-        return !(*this == other);
-    }
+    bool operator!=(const BoxVolume& other) const noexcept { return !(*this == other); }
 
 private:
     Pnt3f m_minimum;
@@ -87,4 +78,4 @@ private:
 
 OSG_BASE_DLLMAPPING std::ostream& operator<<(std::ostream& stream, const BoxVolume& volume);
 
-}
+} // namespace osg

@@ -23,27 +23,12 @@ public:
     {
     }
 
-    constexpr ValueType red() const noexcept
-    {
-        return m_values[0];
-    }
-    constexpr ValueType green() const noexcept
-    {
-        return m_values[1];
-    }
-    constexpr ValueType blue() const noexcept
-    {
-        return m_values[2];
-    }
+    constexpr ValueType red() const noexcept { return m_values[0]; }
+    constexpr ValueType green() const noexcept { return m_values[1]; }
+    constexpr ValueType blue() const noexcept { return m_values[2]; }
 
-    constexpr ValueType& operator[](const UInt32 index) noexcept
-    {
-        return m_values[index];
-    }
-    constexpr const ValueType& operator[](const UInt32 index) const noexcept
-    {
-        return m_values[index];
-    }
+    constexpr ValueType& operator[](const UInt32 index) noexcept { return m_values[index]; }
+    constexpr const ValueType& operator[](const UInt32 index) const noexcept { return m_values[index]; }
 
     constexpr void clear() noexcept
     {
@@ -60,33 +45,18 @@ public:
         m_values.getSeparateValues(red, green, blue);
     }
 
-    constexpr ValueType* getValuesRGB() noexcept
-    {
-        return m_values.getValues();
-    }
-    constexpr const ValueType* getValuesRGB() const noexcept
-    {
-        return m_values.getValues();
-    }
+    constexpr ValueType* getValuesRGB() noexcept { return m_values.getValues(); }
+    constexpr const ValueType* getValuesRGB() const noexcept { return m_values.getValues(); }
 
     constexpr bool equals(const Color3& other, const ValueType tolerance) const noexcept
     {
         return m_values.equals(other.m_values, tolerance);
     }
 
-    constexpr bool operator==(const Color3& other) const noexcept
-    {
-        return m_values == other.m_values;
-    }
-    constexpr bool operator!=(const Color3& other) const noexcept
-    {
-        return !(*this == other);
-    }
+    constexpr bool operator==(const Color3& other) const noexcept { return m_values == other.m_values; }
+    constexpr bool operator!=(const Color3& other) const noexcept { return !(*this == other); }
 
-    friend std::ostream& operator<<(std::ostream& stream, const Color3& color)
-    {
-        return stream << color.m_values;
-    }
+    friend std::ostream& operator<<(std::ostream& stream, const Color3& color) { return stream << color.m_values; }
 
 private:
     Point<ValueType, 3> m_values;
@@ -110,31 +80,13 @@ public:
     {
     }
 
-    constexpr ValueType red() const noexcept
-    {
-        return m_values[0];
-    }
-    constexpr ValueType green() const noexcept
-    {
-        return m_values[1];
-    }
-    constexpr ValueType blue() const noexcept
-    {
-        return m_values[2];
-    }
-    constexpr ValueType alpha() const noexcept
-    {
-        return m_values[3];
-    }
+    constexpr ValueType red() const noexcept { return m_values[0]; }
+    constexpr ValueType green() const noexcept { return m_values[1]; }
+    constexpr ValueType blue() const noexcept { return m_values[2]; }
+    constexpr ValueType alpha() const noexcept { return m_values[3]; }
 
-    constexpr ValueType& operator[](const UInt32 index) noexcept
-    {
-        return m_values[index];
-    }
-    constexpr const ValueType& operator[](const UInt32 index) const noexcept
-    {
-        return m_values[index];
-    }
+    constexpr ValueType& operator[](const UInt32 index) noexcept { return m_values[index]; }
+    constexpr const ValueType& operator[](const UInt32 index) const noexcept { return m_values[index]; }
 
     constexpr void clear() noexcept
     {
@@ -152,33 +104,18 @@ public:
         m_values.getSeparateValues(red, green, blue, alpha);
     }
 
-    constexpr ValueType* getValuesRGBA() noexcept
-    {
-        return m_values.getValues();
-    }
-    constexpr const ValueType* getValuesRGBA() const noexcept
-    {
-        return m_values.getValues();
-    }
+    constexpr ValueType* getValuesRGBA() noexcept { return m_values.getValues(); }
+    constexpr const ValueType* getValuesRGBA() const noexcept { return m_values.getValues(); }
 
     constexpr bool equals(const Color4& other, const ValueType tolerance) const noexcept
     {
         return m_values.equals(other.m_values, tolerance);
     }
 
-    constexpr bool operator==(const Color4& other) const noexcept
-    {
-        return m_values == other.m_values;
-    }
-    constexpr bool operator!=(const Color4& other) const noexcept
-    {
-        return !(*this == other);
-    }
+    constexpr bool operator==(const Color4& other) const noexcept { return m_values == other.m_values; }
+    constexpr bool operator!=(const Color4& other) const noexcept { return !(*this == other); }
 
-    friend std::ostream& operator<<(std::ostream& stream, const Color4& color)
-    {
-        return stream << color.m_values;
-    }
+    friend std::ostream& operator<<(std::ostream& stream, const Color4& color) { return stream << color.m_values; }
 
 private:
     Point<ValueType, 4> m_values;
@@ -189,4 +126,4 @@ using Color4f = Color4<Real32>;
 using Color3ub = Color3<UInt8>;
 using Color4ub = Color4<UInt8>;
 
-}
+} // namespace osg

@@ -32,4 +32,4 @@
 #define OSG_SYSTEM_DLLMAPPING OSG_BASE_DLLMAPPING
 
 namespace osg {
-}
+} // namespace osg

@@ -26,14 +26,8 @@ public:
     void setValue(const Pnt3f& position, const Vec3f& direction) noexcept;
     void setValue(const Pnt3f& start, const Pnt3f& end) noexcept;
 
-    const Pnt3f& getPosition() const noexcept
-    {
-        return m_position;
-    }
-    const Vec3f& getDirection() const noexcept
-    {
-        return m_direction;
-    }
+    const Pnt3f& getPosition() const noexcept { return m_position; }
+    const Vec3f& getDirection() const noexcept { return m_direction; }
 
     /// The foot of @p point on the line, continued in both directions.
     Pnt3f getClosestPoint(const Pnt3f& point) const noexcept;
@@ -63,4 +57,4 @@ private:
     Vec3f m_direction;
 };
 
-}
+} // namespace osg

@@ -26,10 +26,7 @@ public:
     using VectorType3f = Vector<ValueTypeT, 3>;
     using PointType3f = Point<ValueTypeT, 3>;
 
-    static constexpr const TransformationMatrix& identity() noexcept
-    {
-        return s_identity;
-    }
+    static constexpr const TransformationMatrix& identity() noexcept { return s_identity; }
 
     constexpr TransformationMatrix() noexcept
         : m_columns{VectorType(1, 0, 0, 0), VectorType(0, 1, 0, 0), VectorType(0, 0, 1, 0), VectorType(0, 0, 0, 1)}
@@ -106,14 +103,8 @@ public:
         }
     }
 
-    constexpr VectorType& operator[](const UInt32 column) noexcept
-    {
-        return m_columns[column];
-    }
-    constexpr const VectorType& operator[](const UInt32 column) const noexcept
-    {
-        return m_columns[column];
-    }
+    constexpr VectorType& operator[](const UInt32 column) noexcept { return m_columns[column]; }
+    constexpr const VectorType& operator[](const UInt32 column) const noexcept { return m_columns[column]; }
 
     /// Sixteen numbers by columns, as OpenGL takes them.
     ValueType* getValues() noexcept
@@ -121,10 +112,7 @@ public:
         static_assert(sizeof(m_columns) == 16 * sizeof(ValueType));
         return reinterpret_cast<ValueType*>(m_columns);
     }
-    const ValueType* getValues() const noexcept
-    {
-        return reinterpret_cast<const ValueType*>(m_columns);
-    }
+    const ValueType* getValues() const noexcept { return reinterpret_cast<const ValueType*>(m_columns); }
 
     constexpr void setScale(const ValueType factor) noexcept
     {
@@ -327,10 +315,7 @@ public:
         return x.dot(VectorType3f(m_columns[1]).cross(VectorType3f(m_columns[2])));
     }
 
-    constexpr ValueType det() const noexcept
-    {
-        return static_cast<ValueType>(Minors(*this).det());
-    }
+    constexpr ValueType det() const noexcept { return static_cast<ValueType>(Minors(*this).det()); }
 
     /**
      * Writes the inverse to @p result, which may be this matrix.
@@ -347,15 +332,9 @@ public:
         result = minors.adjugate(1.0 / determinant);
         return true;
     }
-    bool invert() noexcept
-    {
-        return inverse(*this);
-    }
+    bool invert() noexcept { return inverse(*this); }
     /// Sets this to the inverse of @p matrix; without one this stays as it is and false is returned.
-    bool invertFrom(const TransformationMatrix& matrix) noexcept
-    {
-        return matrix.inverse(*this);
-    }
+    bool invertFrom(const TransformationMatrix& matrix) noexcept { return matrix.inverse(*this); }
 
     constexpr bool transposed(TransformationMatrix& result) const noexcept
     {
@@ -368,14 +347,8 @@ public:
         result = copy;
         return true;
     }
-    constexpr bool transpose() noexcept
-    {
-        return transposed(*this);
-    }
-    constexpr bool transposeFrom(const TransformationMatrix& matrix) noexcept
-    {
-        return matrix.transposed(*this);
-    }
+    constexpr bool transpose() noexcept { return transposed(*this); }
+    constexpr bool transposeFrom(const TransformationMatrix& matrix) noexcept { return matrix.transposed(*this); }
 
     constexpr void add(const TransformationMatrix& other) noexcept
     {
@@ -409,10 +382,7 @@ public:
     {
         return equals(other, static_cast<ValueType>(Eps));
     }
-    constexpr bool operator!=(const TransformationMatrix& other) const noexcept
-    {
-        return !(*this == other);
-    }
+    constexpr bool operator!=(const TransformationMatrix& other) const noexcept { return !(*this == other); }
 
     /// Writes the four rows, one a line.
     friend std::ostream& operator<<(std::ostream& stream, const TransformationMatrix& matrix)
@@ -613,4 +583,4 @@ using Matrix = TransformationMatrix<Real32>;
 using Matrix4f = Matrix;
 using Matrix4d = TransformationMatrix<Real64>;
 
-}
+} // namespace osg

@@ -23,10 +23,7 @@ public:
     using VectorType = Vector<ValueTypeT, 3>;
     using MatrixType = TransformationMatrix<ValueTypeT>;
 
-    static constexpr QuaternionBase identity() noexcept
-    {
-        return QuaternionBase();
-    }
+    static constexpr QuaternionBase identity() noexcept { return QuaternionBase(); }
 
     constexpr QuaternionBase() noexcept = default;
 
@@ -108,39 +105,15 @@ public:
     /// Sets the whole of @p matrix to this rotation.
     void getValue(MatrixType& matrix) const noexcept;
 
-    constexpr ValueType x() const noexcept
-    {
-        return m_values[0];
-    }
-    constexpr ValueType y() const noexcept
-    {
-        return m_values[1];
-    }
-    constexpr ValueType z() const noexcept
-    {
-        return m_values[2];
-    }
-    constexpr ValueType w() const noexcept
-    {
-        return m_values[3];
-    }
-    constexpr ValueType& operator[](const UInt32 index) noexcept
-    {
-        return m_values[index];
-    }
-    constexpr const ValueType& operator[](const UInt32 index) const noexcept
-    {
-        return m_values[index];
-    }
-    constexpr const ValueType* getValues() const noexcept
-    {
-        return m_values.getValues();
-    }
+    constexpr ValueType x() const noexcept { return m_values[0]; }
+    constexpr ValueType y() const noexcept { return m_values[1]; }
+    constexpr ValueType z() const noexcept { return m_values[2]; }
+    constexpr ValueType w() const noexcept { return m_values[3]; }
+    constexpr ValueType& operator[](const UInt32 index) noexcept { return m_values[index]; }
+    constexpr const ValueType& operator[](const UInt32 index) const noexcept { return m_values[index]; }
+    constexpr const ValueType* getValues() const noexcept { return m_values.getValues(); }
 
-    ValueType length() const noexcept
-    {
-        return m_values.length();
-    }
+    ValueType length() const noexcept { return m_values.length(); }
 
     /// Scales to length one; only such quaternions are rotations. All zeros become the identity.
     void normalize() noexcept
@@ -232,14 +205,8 @@ public:
     {
         return m_values.equals(other.m_values, tolerance);
     }
-    constexpr bool operator==(const QuaternionBase& other) const noexcept
-    {
-        return m_values == other.m_values;
-    }
-    constexpr bool operator!=(const QuaternionBase& other) const noexcept
-    {
-        return !(*this == other);
-    }
+    constexpr bool operator==(const QuaternionBase& other) const noexcept { return m_values == other.m_values; }
+    constexpr bool operator!=(const QuaternionBase& other) const noexcept { return !(*this == other); }
 
     friend std::ostream& operator<<(std::ostream& stream, const QuaternionBase& quaternion)
     {
@@ -253,7 +220,7 @@ private:
 using Quaternion = QuaternionBase<Real32>;
 using Quaterniond = QuaternionBase<Real64>;
 
-}
+} // namespace osg
 
 // The operations that take a matrix are defined there.
 #include <OpenSG/OSGMatrix.h>

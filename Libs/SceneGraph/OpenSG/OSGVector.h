@@ -66,19 +66,10 @@ public:
         }
     }
 
-    constexpr ValueType& operator[](const UInt32 index) noexcept
-    {
-        return m_values[index];
-    }
-    constexpr const ValueType& operator[](const UInt32 index) const noexcept
-    {
-        return m_values[index];
-    }
+    constexpr ValueType& operator[](const UInt32 index) noexcept { return m_values[index]; }
+    constexpr const ValueType& operator[](const UInt32 index) const noexcept { return m_values[index]; }
 
-    constexpr ValueType x() const noexcept
-    {
-        return m_values[0];
-    }
+    constexpr ValueType x() const noexcept { return m_values[0]; }
     constexpr ValueType y() const noexcept
     {
         static_assert(SizeI > 1);
@@ -95,14 +86,8 @@ public:
         return m_values[3];
     }
 
-    constexpr ValueType* getValues() noexcept
-    {
-        return m_values;
-    }
-    constexpr const ValueType* getValues() const noexcept
-    {
-        return m_values;
-    }
+    constexpr ValueType* getValues() noexcept { return m_values; }
+    constexpr const ValueType* getValues() const noexcept { return m_values; }
 
     constexpr void setValues(const ValueType x, const ValueType y) noexcept
     {
@@ -167,10 +152,7 @@ public:
     }
 
     /// True when every component is within the tolerance of zero, not only for exact zeros.
-    constexpr bool isZero() const noexcept
-    {
-        return *this == Point();
-    }
+    constexpr bool isZero() const noexcept { return *this == Point(); }
 
     /// True when no component differs by more than @p tolerance; false as soon as one is not a number.
     constexpr bool equals(const Point& other, const ValueType tolerance) const noexcept
@@ -205,16 +187,10 @@ public:
         return sum;
     }
 
-    ValueType dist(const Point& other) const noexcept
-    {
-        return static_cast<ValueType>(std::sqrt(dist2(other)));
-    }
+    ValueType dist(const Point& other) const noexcept { return static_cast<ValueType>(std::sqrt(dist2(other))); }
 
     /// This position as a vector from the origin. A value, unlike addToZero(): a point is not a vector.
-    constexpr VectorType subZero() const noexcept
-    {
-        return VectorType(*this);
-    }
+    constexpr VectorType subZero() const noexcept { return VectorType(*this); }
 
     constexpr VectorType operator-(const Point& other) const noexcept
     {
@@ -225,22 +201,10 @@ public:
         return result;
     }
 
-    constexpr Point operator+(const VectorType& vector) const noexcept
-    {
-        return Point(*this) += vector;
-    }
-    constexpr Point operator-(const VectorType& vector) const noexcept
-    {
-        return Point(*this) -= vector;
-    }
-    constexpr Point operator*(const ValueType factor) const noexcept
-    {
-        return Point(*this) *= factor;
-    }
-    constexpr Point operator/(const ValueType divisor) const noexcept
-    {
-        return Point(*this) /= divisor;
-    }
+    constexpr Point operator+(const VectorType& vector) const noexcept { return Point(*this) += vector; }
+    constexpr Point operator-(const VectorType& vector) const noexcept { return Point(*this) -= vector; }
+    constexpr Point operator*(const ValueType factor) const noexcept { return Point(*this) *= factor; }
+    constexpr Point operator/(const ValueType divisor) const noexcept { return Point(*this) /= divisor; }
 
     constexpr Point& operator+=(const VectorType& vector) noexcept
     {
@@ -276,10 +240,7 @@ public:
     {
         return equals(other, std::is_floating_point_v<ValueType> ? static_cast<ValueType>(Eps) : ValueType(0));
     }
-    constexpr bool operator!=(const Point& other) const noexcept
-    {
-        return !(*this == other);
-    }
+    constexpr bool operator!=(const Point& other) const noexcept { return !(*this == other); }
 
     /// Lexicographic and exact, so that points can be keys of ordered containers.
     constexpr bool operator<(const Point& other) const noexcept
@@ -317,24 +278,12 @@ public:
     }
 
     /// This vector as the position it leads to from the origin.
-    constexpr PointType& addToZero() noexcept
-    {
-        return *this;
-    }
-    constexpr const PointType& addToZero() const noexcept
-    {
-        return *this;
-    }
+    constexpr PointType& addToZero() noexcept { return *this; }
+    constexpr const PointType& addToZero() const noexcept { return *this; }
 
-    constexpr ValueType squareLength() const noexcept
-    {
-        return dot(*this);
-    }
+    constexpr ValueType squareLength() const noexcept { return dot(*this); }
 
-    ValueType length() const noexcept
-    {
-        return static_cast<ValueType>(std::sqrt(squareLength()));
-    }
+    ValueType length() const noexcept { return static_cast<ValueType>(std::sqrt(squareLength())); }
 
     /// Scales to length one. A null vector stays as it is.
     void normalize() noexcept
@@ -378,22 +327,10 @@ public:
         return result;
     }
 
-    constexpr Vector operator+(const Vector& other) const noexcept
-    {
-        return Vector(*this) += other;
-    }
-    constexpr Vector operator-(const Vector& other) const noexcept
-    {
-        return Vector(*this) -= other;
-    }
-    constexpr Vector operator*(const ValueType factor) const noexcept
-    {
-        return Vector(*this) *= factor;
-    }
-    constexpr Vector operator/(const ValueType divisor) const noexcept
-    {
-        return Vector(*this) /= divisor;
-    }
+    constexpr Vector operator+(const Vector& other) const noexcept { return Vector(*this) += other; }
+    constexpr Vector operator-(const Vector& other) const noexcept { return Vector(*this) -= other; }
+    constexpr Vector operator*(const ValueType factor) const noexcept { return Vector(*this) *= factor; }
+    constexpr Vector operator/(const ValueType divisor) const noexcept { return Vector(*this) /= divisor; }
 
     constexpr Vector& operator+=(const Vector& other) noexcept
     {
@@ -472,4 +409,4 @@ using Vec2ub = Vector<UInt8, 2>;
 using Vec3ub = Vector<UInt8, 3>;
 using Vec4ub = Vector<UInt8, 4>;
 
-}
+} // namespace osg

@@ -21,19 +21,13 @@ class OSG_BASE_DLLMAPPING Volume {
 public:
     virtual ~Volume();
 
-    bool isValid() const noexcept
-    {
-        return (m_state & Valid) != 0;
-    }
+    bool isValid() const noexcept { return (m_state & Valid) != 0; }
     void setValid(const bool value = true) noexcept
     {
         setFlag(Valid, value);
     }
 
-    bool isEmpty() const noexcept
-    {
-        return (m_state & Empty) != 0;
-    }
+    bool isEmpty() const noexcept { return (m_state & Empty) != 0; }
     /// Emptying makes the volume valid and finite as well; the bounds stay.
     void setEmpty(const bool value = true) noexcept
     {
@@ -44,19 +38,13 @@ public:
         }
     }
 
-    bool isStatic() const noexcept
-    {
-        return (m_state & Static) != 0;
-    }
+    bool isStatic() const noexcept { return (m_state & Static) != 0; }
     void setStatic(const bool value = true) noexcept
     {
         setFlag(Static, value);
     }
 
-    bool isInfinite() const noexcept
-    {
-        return (m_state & Infinite) != 0;
-    }
+    bool isInfinite() const noexcept { return (m_state & Infinite) != 0; }
     /// An infinite volume is valid and not empty.
     void setInfinite(const bool value = true) noexcept
     {
@@ -67,10 +55,7 @@ public:
         }
     }
 
-    bool isUntouchable() const noexcept
-    {
-        return (m_state & (Valid | Static | Infinite)) != Valid;
-    }
+    bool isUntouchable() const noexcept { return (m_state & (Valid | Static | Infinite)) != Valid; }
 
     virtual void getCenter(Pnt3f& center) const = 0;
     virtual Real32 getScalarVolume() const = 0;
@@ -96,10 +81,7 @@ protected:
     Volume(const Volume&) noexcept = default;
     Volume& operator=(const Volume&) noexcept = default;
 
-    bool hasSameState(const Volume& other) const noexcept
-    {
-        return m_state == other.m_state;
-    }
+    bool hasSameState(const Volume& other) const noexcept { return m_state == other.m_state; }
 
 private:
     enum State : UInt16 { Valid = 1, Empty = 2, Static = 4, Infinite = 8 };
@@ -112,4 +94,4 @@ private:
     UInt16 m_state = Valid | Empty;
 };
 
-}
+} // namespace osg

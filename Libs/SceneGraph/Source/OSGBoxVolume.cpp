@@ -175,4 +175,4 @@ std::ostream& operator<<(std::ostream& stream, const BoxVolume& volume)
                   << (volume.isStatic() ? " static" : "") << (volume.isInfinite() ? " infinite" : "");
 }
 
-}
+} // namespace osg

@@ -120,4 +120,4 @@ bool Line::intersect(const Pnt3f& v0, const Pnt3f& v1, const Pnt3f& v2, Real32& 
     return true;
 }
 
-}
+} // namespace osg

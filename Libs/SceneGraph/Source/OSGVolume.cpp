@@ -21,4 +21,4 @@ Pnt3f Volume::getMax() const
     return maximum;
 }
 
-}
+} // namespace osg
