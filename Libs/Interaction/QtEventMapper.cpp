@@ -1,0 +1,449 @@
+// SPDX-License-Identifier: MIT
+#include <Interaction/QtEventMapper.h>
+
+#include <Interaction/InteractionEvent.h>
+#include <Interaction/InteractionManager.h>
+
+#include <Shortcut/koShortcut.h>
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGVector.h>
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+namespace quon::interaction {
+
+namespace {
+
+constexpr int shiftModifier = static_cast<int>(Qt::ShiftModifier);
+constexpr int controlModifier = static_cast<int>(Qt::ControlModifier);
+constexpr int altModifier = static_cast<int>(Qt::AltModifier);
+
+int relevantModifiers(Qt::KeyboardModifiers modifiers)
+{
+    return static_cast<int>(modifiers) & (shiftModifier | controlModifier | altModifier);
+}
+
+// The flag that a modifier key itself produces.
+int ownModifier(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+        return shiftModifier;
+    case Qt::Key_Control:
+        return controlModifier;
+    case Qt::Key_Alt:
+        return altModifier;
+    default:
+        return 0;
+    }
+}
+
+// With Control held some platforms report the control character instead of the key.
+int keyOfControlCharacter(int key)
+{
+    return key >= 1 && key <= 31 ? key + 64 : key;
+}
+
+// Asked for at every call: the language may change while the host runs.
+QString groupName()
+{
+    return QCoreApplication::translate("QtEventMapper", "Interaction");
+}
+
+/**
+ * A walk over the bindings of one code, or over all, during which anybody may add and remove bindings.
+ *
+ * A context that handles an event may rebind its tool, and a listener of the shortcut registry may do so when it hears
+ * of a removal. Every removal therefore goes through a walk, which moves the other walks off the entry.
+ */
+class BindingWalk {
+public:
+    using Bindings = std::multimap<int, InputMapping>;
+
+    explicit BindingWalk(Bindings& bindings, std::optional<int> code = std::nullopt)
+        : m_bindings(bindings)
+        , m_code(code)
+        , m_next(code ? bindings.lower_bound(*code) : bindings.begin())
+        , m_remainingSteps(bindings.size())
+        , m_outer(s_innermost)
+    {
+        s_innermost = this;
+    }
+
+    BindingWalk(const BindingWalk&) = delete;
+    BindingWalk& operator=(const BindingWalk&) = delete;
+
+    ~BindingWalk() { s_innermost = m_outer; }
+
+    bool step()
+    {
+        // The number of steps is bounded, or a context that adds a binding with every event would keep the walk going.
+        m_onEntry = m_remainingSteps > 0 && m_next != m_bindings.end() && (!m_code || m_next->first == *m_code);
+        if (m_onEntry) {
+            --m_remainingSteps;
+            m_current = m_next++;
+        }
+        return m_onEntry;
+    }
+
+    /** The entry of the last step; valid until somebody else is called. */
+    const InputMapping& binding() const { return m_current->second; }
+
+    /** Removes the entry of the last step, unless that has happened meanwhile. */
+    void removeBinding()
+    {
+        if (!m_onEntry) {
+            return;
+        }
+        const Bindings::iterator removed = m_current;
+        for (BindingWalk* walk = s_innermost; walk != nullptr; walk = walk->m_outer) {
+            if (&walk->m_bindings == &m_bindings) {
+                walk->leave(removed);
+            }
+        }
+        m_bindings.erase(removed);
+    }
+
+private:
+    void leave(Bindings::iterator removed)
+    {
+        if (m_onEntry && m_current == removed) {
+            m_onEntry = false;
+        }
+        if (m_next == removed) {
+            ++m_next;
+        }
+    }
+
+    static BindingWalk* s_innermost;
+
+    Bindings& m_bindings;
+    std::optional<int> m_code;
+    Bindings::iterator m_next;
+    Bindings::iterator m_current;
+    bool m_onEntry = false;
+    std::size_t m_remainingSteps;
+    BindingWalk* m_outer;
+};
+
+BindingWalk* BindingWalk::s_innermost = nullptr;
+
+void removeBindings(std::multimap<int, InputMapping>& bindings, int code, int modifiers, const std::string* category,
+                    void (*unregister)(const QString& group, int code, int modifiers))
+{
+    for (BindingWalk walk(bindings, code); walk.step();) {
+        const InputMapping& binding = walk.binding();
+        if (binding.modifiers == modifiers && (category == nullptr || binding.category == *category)) {
+            // Also for a binding that was never registered: nobody keeps a record of which ones were.
+            unregister(groupName(), code, modifiers);
+            walk.removeBinding();
+        }
+    }
+}
+
+/** Keeps the set nodes of categories that ended for those that start, so that a press allocates nothing. */
+class SpareNodes {
+public:
+    using Categories = std::set<std::string>;
+
+    // Never destroyed: a mapper with static storage may outlive every other object of this file.
+    static SpareNodes& instance()
+    {
+        static SpareNodes* const spareNodes = new SpareNodes;
+        return *spareNodes;
+    }
+
+    void insert(Categories& categories, const std::string& category)
+    {
+        if (m_count == 0) {
+            categories.insert(category);
+            return;
+        }
+        Categories::node_type node = std::move(m_nodes[--m_count]);
+        node.value() = category;
+        keep(categories.insert(std::move(node)).node);
+    }
+
+    void erase(Categories& categories, const std::string& category) { keep(categories.extract(category)); }
+
+private:
+    void keep(Categories::node_type node)
+    {
+        if (!node.empty() && m_count < m_nodes.size()) {
+            m_nodes[m_count++] = std::move(node);
+        }
+    }
+
+    std::array<Categories::node_type, 8> m_nodes;
+    std::size_t m_count = 0;
+};
+
+} // namespace
+
+QtEventMapper::QtEventMapper()
+    : m_interactionManager(nullptr)
+    , m_lastPointerPosition(0, 0)
+{}
+
+void QtEventMapper::setInteractionManager(InteractionManager* manager)
+{
+    m_interactionManager = manager;
+}
+
+void QtEventMapper::addKeyboardMapping(int key, int modifiers, const std::string& category, const QString& description)
+{
+    m_keyboardMappings.insert({key, InputMapping{key, modifiers, category}});
+    if (!description.isEmpty()) {
+        koShortcut::addKey(groupName(), key, modifiers, description);
+    }
+}
+
+void QtEventMapper::removeKeyboardMapping(int key, int modifiers, const std::string& category)
+{
+    removeBindings(m_keyboardMappings, key, modifiers, &category, &koShortcut::subKey);
+}
+
+void QtEventMapper::removeKeyboardMapping(int key, int modifiers)
+{
+    removeBindings(m_keyboardMappings, key, modifiers, nullptr, &koShortcut::subKey);
+}
+
+void QtEventMapper::addMouseMapping(Qt::MouseButton button, int modifiers, const std::string& category,
+                                    const QString& description)
+{
+    const int code = static_cast<int>(button);
+    m_mouseMappings.insert({code, InputMapping{code, modifiers, category}});
+    if (!description.isEmpty()) {
+        koShortcut::addMouseButton(groupName(), code, modifiers, description);
+    }
+}
+
+void QtEventMapper::removeMouseMapping(Qt::MouseButton button, int modifiers, const std::string& category)
+{
+    removeBindings(m_mouseMappings, static_cast<int>(button), modifiers, &category, &koShortcut::subMouseButton);
+}
+
+void QtEventMapper::removeMouseMapping(Qt::MouseButton button, int modifiers)
+{
+    removeBindings(m_mouseMappings, static_cast<int>(button), modifiers, nullptr, &koShortcut::subMouseButton);
+}
+
+bool QtEventMapper::mousePressed(const QMouseEvent* event)
+{
+    if (m_interactionManager == nullptr) {
+        return false;
+    }
+    updatePointer(event->pos());
+
+    const int modifiers = relevantModifiers(event->modifiers());
+    bool consumed = false;
+    for (BindingWalk walk(m_mouseMappings, static_cast<int>(event->button())); walk.step();) {
+        // Unlike a key, a button without modifiers is not bound to the button with modifiers held.
+        if (walk.binding().modifiers == modifiers) {
+            consumed |= start(walk.binding().category, m_activeMouseEvents);
+        }
+    }
+    return consumed;
+}
+
+bool QtEventMapper::mouseReleased(const QMouseEvent* event)
+{
+    if (m_interactionManager == nullptr) {
+        return false;
+    }
+    updatePointer(event->pos());
+    return endBindings(m_mouseMappings, static_cast<int>(event->button()), m_activeMouseEvents);
+}
+
+bool QtEventMapper::mouseMoved(const QMouseEvent* event, bool dragging)
+{
+    if (m_interactionManager == nullptr) {
+        return false;
+    }
+    updatePointer(event->pos());
+
+    // Dragging looks up all held buttons as one value and does not ask what was started: with a second button or other
+    // modifiers the "process" of a binding pauses, while its release still ends it.
+    const std::optional<int> code = dragging ? std::optional<int>(static_cast<int>(event->buttons())) : std::nullopt;
+    const std::string verb = dragging ? "process" : "hover";
+    const int modifiers = relevantModifiers(event->modifiers());
+    bool consumed = false;
+    for (BindingWalk walk(m_mouseMappings, code); walk.step();) {
+        if (walk.binding().modifiers == modifiers) {
+            consumed |= send(InteractionEvent(walk.binding().category, verb));
+        }
+    }
+    return consumed;
+}
+
+bool QtEventMapper::hoverStopped(const QEvent*)
+{
+    if (m_interactionManager == nullptr) {
+        return false;
+    }
+
+    const std::string verb = "stopHover";
+    bool consumed = false;
+    for (BindingWalk walk(m_mouseMappings); walk.step();) {
+        consumed |= send(InteractionEvent(walk.binding().category, verb));
+    }
+    return consumed;
+}
+
+bool QtEventMapper::keyPressed(const QKeyEvent* event)
+{
+    if (m_interactionManager == nullptr) {
+        return false;
+    }
+    // Before the presenter mode: a repeat counts as handled even where the press was not let through.
+    if (event->isAutoRepeat()) {
+        return true;
+    }
+    const int key = event->key();
+    const int modifiers = relevantModifiers(event->modifiers());
+    if (!passesPresenterMode(key, modifiers)) {
+        return false;
+    }
+
+    const int expectedModifiers = modifiers & ~ownModifier(key);
+    bool consumed = false;
+    for (BindingWalk walk(m_keyboardMappings, key); walk.step();) {
+        const InputMapping& binding = walk.binding();
+        // Unlike a button, a key without modifiers is bound whatever modifiers are held.
+        if (binding.modifiers == expectedModifiers || binding.modifiers == 0) {
+            consumed |= start(binding.category, m_activeKeyEvents);
+        }
+    }
+    if (consumed) {
+        return true;
+    }
+
+    // The text names all modifiers held, that of a pressed modifier key included.
+    const InteractionEvent press("qt-key:" + qtKeyEventToString(key, modifiers), "press");
+    consumed = send(press);
+    m_pressedQtKeys.insert({key, press.getCategory()});
+    return consumed;
+}
+
+bool QtEventMapper::keyReleased(const QKeyEvent* event)
+{
+    if (m_interactionManager == nullptr) {
+        return false;
+    }
+    if (event->isAutoRepeat()) {
+        return true;
+    }
+    // Presses are not normalised: what a press reported as a control character is ended by resetEvents() only.
+    const int key = keyOfControlCharacter(event->key());
+    if (!passesPresenterMode(key, relevantModifiers(event->modifiers()))) {
+        return false;
+    }
+
+    bool consumed = endBindings(m_keyboardMappings, key, m_activeKeyEvents);
+
+    // Taken out before they are sent: a context that presses, releases or resets from inside does not meet them again.
+    std::multimap<int, std::string> released;
+    for (auto next = m_pressedQtKeys.lower_bound(key); next != m_pressedQtKeys.end() && next->first == key;) {
+        released.insert(released.end(), m_pressedQtKeys.extract(next++));
+    }
+    for (const auto& [releasedKey, category] : released) {
+        consumed |= send(InteractionEvent(category, "release"));
+    }
+    return consumed;
+}
+
+void QtEventMapper::resetEvents()
+{
+    endAll(m_activeKeyEvents);
+    endAll(m_activeMouseEvents);
+
+    std::multimap<int, std::string> released;
+    released.swap(m_pressedQtKeys);
+    for (const auto& [key, category] : released) {
+        send(InteractionEvent(category, "release"));
+    }
+}
+
+std::string QtEventMapper::qtKeyEventToString(int key, int modifiers)
+{
+    std::string text;
+    if ((modifiers & controlModifier) != 0) {
+        text += "ctrl+";
+    }
+    if ((modifiers & altModifier) != 0) {
+        text += "alt+";
+    }
+    if ((modifiers & shiftModifier) != 0) {
+        text += "shift+";
+    }
+    text += std::to_string(key);
+    return text;
+}
+
+void QtEventMapper::updatePointer(const QPoint& position)
+{
+    if (position == m_lastPointerPosition) {
+        return;
+    }
+    m_lastPointerPosition = position;
+    m_interactionManager->pointerMoved(osg::Pnt2f(static_cast<float>(position.x()), static_cast<float>(position.y())));
+}
+
+bool QtEventMapper::passesPresenterMode(int key, int modifiers) const
+{
+    return !m_interactionManager->getPresenterMode() || (key == Qt::Key_unknown && modifiers != 0);
+}
+
+bool QtEventMapper::send(const InteractionEvent& event) const
+{
+    // A context may have unbound the manager from inside an earlier event.
+    return m_interactionManager != nullptr && m_interactionManager->triggerEvent(event);
+}
+
+bool QtEventMapper::start(const std::string& category, Categories& active)
+{
+    const InteractionEvent event(category, "start");
+    const bool consumed = send(event);
+    // The event's copy of the category: its binding may be gone.
+    SpareNodes::instance().insert(active, event.getCategory());
+    return consumed;
+}
+
+bool QtEventMapper::endBindings(Bindings& bindings, int code, Categories& active)
+{
+    bool consumed = false;
+    for (BindingWalk walk(bindings, code); walk.step();) {
+        const std::string& category = walk.binding().category;
+        if (active.count(category) == 0) {
+            continue;
+        }
+        const InteractionEvent stop(category, "stop");
+        const InteractionEvent trigger(category, "trigger");
+        consumed |= send(stop);
+        consumed |= send(trigger);
+        SpareNodes::instance().erase(active, stop.getCategory());
+    }
+    return consumed;
+}
+
+void QtEventMapper::endAll(Categories& active)
+{
+    // Emptied before anything is sent: a context that resets the mapper from inside ends nothing twice.
+    Categories ended;
+    ended.swap(active);
+    for (const std::string& category : ended) {
+        send(InteractionEvent(category, "stop"));
+        send(InteractionEvent(category, "trigger"));
+    }
+}
+
+} // namespace quon::interaction
