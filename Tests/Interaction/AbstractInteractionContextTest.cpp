@@ -552,6 +552,21 @@ TEST_F(AbstractInteractionContextTest, ARaisedContextOfADisabledManagerShowsANew
     EXPECT_THAT(shown(), ElementsAre("context: text"));
 }
 
+TEST_F(AbstractInteractionContextTest, ANotificationTakenAwayIsForgotten)
+{
+    m_context.setDescription("first");
+    m_context.contextRaised(&m_manager);
+    m_context.setDescription("");
+    m_log.clear();
+
+    m_context.setDescription("second");
+    EXPECT_THAT(m_log.take(), ElementsAre("notifications.added(context, second)"));
+    m_context.disabled(&m_manager);
+    EXPECT_THAT(m_log.take(), ElementsAre("notifications.removed(context, second)"));
+    m_context.setDescription("third");
+    EXPECT_THAT(m_log.take(), ElementsAre("notifications.added(context, third)"));
+}
+
 // In a manager
 
 TEST_F(AbstractInteractionContextTest, ReenablingTheManagerShowsDescriptionsBelowTheTopAsWell)

@@ -308,6 +308,21 @@ TEST_F(AbstractInteractionToolTest, AnEmptyDescriptionTakesAShownOneAwayForGood)
     EXPECT_THAT(shown(), IsEmpty());
 }
 
+TEST_F(AbstractInteractionToolTest, ANotificationTakenAwayIsForgotten)
+{
+    m_tool.displayDescription("first");
+    m_tool.setDescription("");
+    m_log.clear();
+
+    m_tool.displayDescription("second");
+    EXPECT_THAT(m_log.take(), ElementsAre("notifications.added(tool, second)"));
+    m_tool.activateTool(nullptr);
+    m_tool.deactivateTool(nullptr);
+    m_log.clear();
+    m_tool.displayDescription("third");
+    EXPECT_THAT(m_log.take(), ElementsAre("notifications.added(tool, third)"));
+}
+
 // Destruction
 
 TEST_F(AbstractInteractionToolTest, DestroyingAToolTakesItsNotificationAway)

@@ -202,13 +202,14 @@ TEST_F(ToolInteractionContextTest, BeingRemovedEndsTheModesAfterTheToolWasDeacti
     EXPECT_FALSE(m_context.stopMode("measure"));
 }
 
-TEST_F(ToolInteractionContextTest, AToolReplacedWhileTheModesEndAfterRemovalIsNotActivated)
+TEST_F(ToolInteractionContextTest, AToolSetWhileTheOldOneIsDeactivatedByRemovalIsNotActivated)
 {
     m_context.setTool(&m_tool);
     m_manager.addContext(&m_context);
     m_log.clear();
     m_tool.setHook([this](const std::string& operation) {
         if (operation == "deactivateTool") {
+            m_tool.setHook(nullptr);
             m_context.setTool(&m_other);
         }
     });
