@@ -77,7 +77,8 @@ protected:
 
     bool press(Qt::MouseButton button, int modifiers = none, const QPointF& position = QPointF())
     {
-        const QMouseEvent event = mouseEvent(QEvent::MouseButtonPress, position, button, button, modifiers);
+        const QMouseEvent event =
+            mouseEvent(QEvent::MouseButtonPress, position, button, static_cast<int>(button), modifiers);
         return m_mapper.mousePressed(&event);
     }
 
