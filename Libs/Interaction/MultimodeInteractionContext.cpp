@@ -25,6 +25,7 @@ const std::string& MultimodeInteractionContext::getModeCategory() const
 bool MultimodeInteractionContext::startMode(const std::string& mode)
 {
     // A copy: selectMode() may change the string that the caller refers to.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::string startedMode = mode;
     if (!selectMode(startedMode)) {
         return false;

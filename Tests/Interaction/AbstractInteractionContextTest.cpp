@@ -47,6 +47,12 @@ std::vector<std::string> flags(const InteractionContext& context)
     return words;
 }
 
+/** Final, so that a standard class may destroy it: the base has no virtual destructor. */
+class FinalContext final : public AbstractInteractionContext {
+public:
+    using AbstractInteractionContext::AbstractInteractionContext;
+};
+
 class AbstractInteractionContextTest : public ::testing::Test {
 protected:
     /** Lets the notification area show the flags of the context from inside each of its calls. */
@@ -641,7 +647,7 @@ TEST_F(AbstractInteractionContextTest, AContextAddedToADisabledManagerShowsItsDe
 
 TEST_F(AbstractInteractionContextTest, DestroyingARaisedContextTakesItsNotificationAway)
 {
-    std::optional<AbstractInteractionContext> context(InteractionContext::Tool);
+    std::optional<FinalContext> context(InteractionContext::Tool);
     context->setDescription("text");
     context->contextRaised(&m_manager);
     ASSERT_THAT(shown(), ElementsAre("context: text"));
@@ -655,7 +661,7 @@ TEST_F(AbstractInteractionContextTest, DestroyingARaisedContextTakesItsNotificat
 
 TEST_F(AbstractInteractionContextTest, DestroyingADisabledContextTakesItsNotificationAwayToo)
 {
-    std::optional<AbstractInteractionContext> context(InteractionContext::Tool);
+    std::optional<FinalContext> context(InteractionContext::Tool);
     context->contextRaised(&m_manager);
     context->disabled(&m_manager);
     context->setDescription("text");
@@ -668,7 +674,7 @@ TEST_F(AbstractInteractionContextTest, DestroyingADisabledContextTakesItsNotific
 
 TEST_F(AbstractInteractionContextTest, DestroyingAContextThatShowsNothingTellsNobody)
 {
-    std::optional<AbstractInteractionContext> context(InteractionContext::Tool);
+    std::optional<FinalContext> context(InteractionContext::Tool);
     context->setDescription("text");
     m_context.setDescription("other");
     m_context.contextRaised(&m_manager);

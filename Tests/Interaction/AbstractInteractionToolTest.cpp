@@ -29,6 +29,9 @@ std::vector<std::string> shown()
     return RecordingNotificationListener::getShown();
 }
 
+/** Final, so that a standard class may destroy it: the base has no virtual destructor. */
+class FinalTool final : public AbstractInteractionTool {};
+
 class AbstractInteractionToolTest : public ::testing::Test {
 protected:
     CallLog m_log;
@@ -327,10 +330,10 @@ TEST_F(AbstractInteractionToolTest, ANotificationTakenAwayIsForgotten)
 
 TEST_F(AbstractInteractionToolTest, DestroyingAToolTakesItsNotificationAway)
 {
-    std::optional<AbstractInteractionTool> active(std::in_place);
+    std::optional<FinalTool> active(std::in_place);
     active->setDescription("active");
     active->activateTool(nullptr);
-    std::optional<AbstractInteractionTool> inactive(std::in_place);
+    std::optional<FinalTool> inactive(std::in_place);
     inactive->displayDescription("inactive");
     m_log.clear();
 
@@ -344,7 +347,7 @@ TEST_F(AbstractInteractionToolTest, DestroyingAToolTakesItsNotificationAway)
 
 TEST_F(AbstractInteractionToolTest, DestroyingAToolThatShowsNothingTellsNobody)
 {
-    std::optional<AbstractInteractionTool> tool(std::in_place);
+    std::optional<FinalTool> tool(std::in_place);
     tool->setDescription("text");
     m_tool.displayDescription("other");
     m_log.clear();

@@ -39,6 +39,12 @@ using ::testing::SizeIs;
 
 namespace {
 
+/** Final, so that a standard class may destroy it: the base has no virtual destructor. */
+class FinalContext final : public ToolInteractionContext {
+public:
+    using ToolInteractionContext::ToolInteractionContext;
+};
+
 class ToolInteractionContextTest : public ::testing::Test {
 protected:
     bool trigger(const std::string& category, const std::string& event)
@@ -543,7 +549,7 @@ TEST_F(ToolInteractionContextTest, ContextAndToolShowTheirDescriptionsSideBySide
 
 TEST_F(ToolInteractionContextTest, DestroyingTheContextDoesNotTouchTheTool)
 {
-    std::optional<ToolInteractionContext> context(InteractionContext::Tool);
+    std::optional<FinalContext> context(InteractionContext::Tool);
     context->setTool(&m_tool);
     m_manager.addContext(&*context);
     m_manager.removeContext(&*context);
