@@ -530,6 +530,7 @@ TEST_F(LazyPickerTest, OptionUpdateOfTheBaseChangesNothing)
 
         bool updateSelectionOption(osg::SelectionOption*& option) override
         {
+            // Past the recording on purpose. NOLINTNEXTLINE(bugprone-parent-virtual-call)
             return LazyPicker::updateSelectionOption(option);
         }
     };
