@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <OpenSG/OSGFieldContainerPtr.h>
+#include <OpenSG/OSGMField.h>
+
+#include <memory>
+#include <vector>
+
+namespace osg {
+
+/**
+ * Says where the n-th living slot of a SlotList is, and how many live in front of a slot, in logarithmic time.
+ *
+ * Counts the living slots of blocks and keeps the counts as a binary indexed tree.
+ */
+class OSG_SYSTEM_DLLMAPPING SlotCounts {
+public:
+    static constexpr UInt32 BlockSize = 32;
+
+    /// Adds a block at the end.
+    void addBlock(UInt32 count);
+    /// Changes the count of the block that @p slot is in; blocks up to it are added as needed.
+    void change(UInt32 slot, Int32 difference);
+    /// Returns the number of living slots in all blocks in front of that of @p slot.
+    UInt32 countBefore(UInt32 slot) const;
+    /// Returns the first slot of the block with the living slot number @p index, which becomes the index inside it.
+    UInt32 findBlock(UInt32& index) const;
+
+private:
+    std::vector<UInt32> m_tree;
+};
+
+/**
+ * A list of handles in order, of which any can be taken out in constant time on average.
+ *
+ * Whoever is in the list remembers its slot, a number that says where it is. Taking one out leaves a hole (a null
+ * handle), the rest stays where it is; the list closes its holes when they are more than what is left, and tells each
+ * handle that moved its new slot through the function passed as @p moved (handle, old slot, new slot). Reading by index
+ * skips the holes. Neither the first slot after the holes at the front nor the last slot is ever a hole, which makes
+ * emptying the list from either end cheap.
+ *
+ * Not part of OpenSG's interface: used by nodes, cores and attachments for their children and parents.
+ */
+template <class HandleT>
+class SlotList {
+public:
+    SlotList() = default;
+    SlotList(const SlotList&) = delete;
+    SlotList& operator=(const SlotList&) = delete;
+
+    UInt32 size() const { return m_slots.size() - (m_holes ? m_holes->count : 0); }
+
+    /// Number of slots, holes included.
+    UInt32 slotCount() const { return m_slots.size(); }
+    /// Null for a hole.
+    const HandleT& slot(const UInt32 slot) const { return m_slots[slot]; }
+
+    /// Whether @p handle is in @p slot.
+    bool isAt(const UInt32 slot, const HandleT& handle) const
+    {
+        return slot < m_slots.size() && m_slots[slot] == handle;
+    }
+
+    /// Appends and returns the slot.
+    UInt32 add(const HandleT& handle)
+    {
+        const UInt32 slot = m_slots.size();
+        m_slots.push_back(handle);
+        if (m_holes && m_holes->counts) {
+            m_holes->counts->change(slot, 1);
+        }
+        return slot;
+    }
+
+    void replace(const UInt32 slot, const HandleT& handle)
+    {
+        m_slots[slot] = handle;
+    }
+
+    template <class MovedT>
+    void insert(const UInt32 index, const HandleT& handle, const MovedT& moved)
+    {
+        close(moved);
+        m_slots.insert(m_slots.begin() + index, handle);
+        for (UInt32 slot = index + 1; slot < m_slots.size(); ++slot) {
+            moved(m_slots[slot], slot - 1, slot);
+        }
+    }
+
+    /// The slot of the handle number @p index, which must be smaller than size() (not checked).
+    UInt32 slotOf(UInt32 index) const
+    {
+        if (!m_holes) {
+            return index;
+        }
+        if (m_holes->count == m_holes->front || index == 0) {
+            return m_holes->front + index;
+        }
+        if (index + 1 == size()) {
+            return m_slots.size() - 1;
+        }
+        UInt32 slot = counts().findBlock(index);
+        for (;; ++slot) {
+            if (m_slots[slot] != NullFC && index-- == 0) {
+                return slot;
+            }
+        }
+    }
+
+    /// The index of the handle in @p slot, which must not be a hole.
+    UInt32 indexOf(const UInt32 slot) const
+    {
+        if (!m_holes) {
+            return slot;
+        }
+        if (m_holes->count == m_holes->front) {
+            return slot - m_holes->front;
+        }
+        UInt32 index = counts().countBefore(slot);
+        for (UInt32 other = slot - slot % SlotCounts::BlockSize; other < slot; ++other) {
+            index += m_slots[other] != NullFC ? 1U : 0U;
+        }
+        return index;
+    }
+
+    template <class MovedT>
+    void remove(const UInt32 slot, const MovedT& moved)
+    {
+        if (slot + 1 == m_slots.size()) {
+            if (m_holes && m_holes->counts) {
+                m_holes->counts->change(slot, -1);
+            }
+            m_slots.pop_back();
+            while (!m_slots.empty() && m_slots.back() == NullFC) {
+                m_slots.pop_back();
+                --m_holes->count;
+            }
+            if (m_holes && m_slots.size() <= m_holes->front) {
+                m_holes.reset();
+            }
+            return;
+        }
+        m_slots[slot] = NullFC;
+        if (!m_holes) {
+            m_holes = std::make_unique<Holes>();
+        }
+        ++m_holes->count;
+        while (m_slots[m_holes->front] == NullFC) {
+            ++m_holes->front;
+        }
+        if (m_holes->count > s_holesAllowed && m_holes->count * 2 > m_slots.size()) {
+            close(moved);
+        } else if (m_holes->counts) {
+            m_holes->counts->change(slot, -1);
+        }
+    }
+
+    void swap(SlotList& other) noexcept
+    {
+        m_slots.swap(other.m_slots);
+        m_holes.swap(other.m_holes);
+    }
+
+    /// Closes all holes.
+    template <class MovedT>
+    void close(const MovedT& moved)
+    {
+        if (!m_holes) {
+            return;
+        }
+        UInt32 target = 0;
+        for (UInt32 slot = 0; slot < m_slots.size(); ++slot) {
+            if (m_slots[slot] != NullFC) {
+                if (target != slot) {
+                    m_slots[target] = m_slots[slot];
+                    moved(m_slots[target], slot, target);
+                }
+                ++target;
+            }
+        }
+        m_slots.resize(target);
+        m_holes.reset();
+    }
+
+    /// The handles as a field; close() the holes first.
+    MField<HandleT>& field() { return m_slots; }
+
+private:
+    static constexpr UInt32 s_holesAllowed = 16;
+
+    struct Holes {
+        UInt32 count = 0; // all holes
+        UInt32 front = 0; // those in front of the first handle
+        std::unique_ptr<SlotCounts> counts;
+    };
+
+    const SlotCounts& counts() const
+    {
+        if (!m_holes->counts) {
+            m_holes->counts = std::make_unique<SlotCounts>();
+            for (UInt32 slot = 0; slot < m_slots.size();) {
+                UInt32 count = 0;
+                for (const UInt32 end = std::min(slot + SlotCounts::BlockSize, m_slots.size()); slot < end; ++slot) {
+                    count += m_slots[slot] != NullFC ? 1U : 0U;
+                }
+                m_holes->counts->addBlock(count);
+            }
+        }
+        return *m_holes->counts;
+    }
+
+    MField<HandleT> m_slots;
+    std::unique_ptr<Holes> m_holes;
+};
+
+} // namespace osg

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include <OpenSG/OSGChangeList.h>
+
+#include <OpenSG/OSGThread.h>
+
+#include <cstdio>
+
+namespace osg {
+
+namespace {
+
+bool recordByDefault = false;
+
+template <class ListT>
+void append(ListT& list, const ListT& other)
+{
+    // By index and not by iterator: a list may be merged with itself.
+    const std::size_t count = other.size();
+    list.reserve(list.size() + count);
+    for (std::size_t index = 0; index < count; ++index) {
+        list.push_back(other[index]);
+    }
+}
+
+void dumpIds(const char* title, const ChangeList::IdList& ids)
+{
+    std::fprintf(stderr, "%s:", title);
+    for (const UInt32 id : ids) {
+        std::fprintf(stderr, " %u", id);
+    }
+    std::fprintf(stderr, "\n");
+}
+
+} // namespace
+
+ChangeList* Thread::s_changeList = nullptr;
+
+ChangeList::ChangeList()
+    : m_readOnly(!recordByDefault)
+{
+}
+
+void ChangeList::setReadWriteDefault(const bool readWrite)
+{
+    recordByDefault = readWrite;
+}
+
+bool ChangeList::empty() const
+{
+    return m_addRefd.empty() && m_subRefd.empty() && m_created.empty() && m_destroyed.empty() && m_changed.empty();
+}
+
+void ChangeList::clearAll()
+{
+    m_addRefd.clear();
+    m_subRefd.clear();
+    m_created.clear();
+    m_destroyed.clear();
+    m_changed.clear();
+}
+
+void ChangeList::merge(const ChangeList& other)
+{
+    if (m_readOnly) {
+        return;
+    }
+    append(m_addRefd, other.m_addRefd);
+    append(m_subRefd, other.m_subRefd);
+    append(m_created, other.m_created);
+    append(m_destroyed, other.m_destroyed);
+    append(m_changed, other.m_changed);
+}
+
+void ChangeList::swap(ChangeList& other)
+{
+    m_addRefd.swap(other.m_addRefd);
+    m_subRefd.swap(other.m_subRefd);
+    m_created.swap(other.m_created);
+    m_destroyed.swap(other.m_destroyed);
+    m_changed.swap(other.m_changed);
+}
+
+void ChangeList::applyAndClear()
+{
+    clearAll();
+}
+
+void ChangeList::dump() const
+{
+    dumpIds("addRefd", m_addRefd);
+    dumpIds("subRefd", m_subRefd);
+    dumpIds("created", m_created);
+    dumpIds("destroyed", m_destroyed);
+    std::fprintf(stderr, "changed:");
+    for (const ChangeEntry& entry : m_changed) {
+        std::fprintf(stderr, " (%u, 0x%llx)", entry.first, static_cast<unsigned long long>(entry.second));
+    }
+    std::fprintf(stderr, "\n");
+}
+
+} // namespace osg

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include <OpenSG/OSGSimpleAttachments.h>
+
+#include <OpenSG/OSGLog.h>
+
+namespace osg {
+
+OSG_FC_DLLEXPORT_DEF(SimpleAttachment, NameDesc, )
+OSG_FC_DLLEXPORT_DEF(SimpleAttachment, VoidPDesc, )
+
+const Char8* getName(AttachmentContainerPtr container)
+{
+    if (container == NullFC) {
+        return nullptr;
+    }
+    const NamePtr name = NamePtr::dcast(container->findAttachment(Name::getClassGroupId()));
+    return name != NullFC ? name->getField().getValue().c_str() : nullptr;
+}
+
+void setName(AttachmentContainerPtr container, const std::string& name)
+{
+    if (container == NullFC) {
+        FFATAL(("setName: no container given!\n"));
+        return;
+    }
+    NamePtr attachment = NamePtr::dcast(container->findAttachment(Name::getClassGroupId()));
+    const bool isNew = attachment == NullFC;
+    if (isNew) {
+        attachment = Name::create();
+    }
+    beginEditCP(attachment, Name::SimpleFieldMask);
+    attachment->editField().setValue(name);
+    endEditCP(attachment, Name::SimpleFieldMask);
+    if (isNew) {
+        beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+        container->addAttachment(attachment);
+        endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+    }
+}
+
+void setName(AttachmentContainerPtr container, const Char8* name)
+{
+    if (name != nullptr) {
+        setName(container, std::string(name));
+        return;
+    }
+    if (container == NullFC) {
+        FFATAL(("setName: no container given!\n"));
+        return;
+    }
+    const AttachmentPtr attachment = container->findAttachment(Name::getClassGroupId());
+    if (attachment != NullFC) {
+        beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+        container->subAttachment(attachment);
+        endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+    }
+}
+
+void* getVoidP(AttachmentContainerPtr container)
+{
+    if (container == NullFC) {
+        return nullptr;
+    }
+    const VoidPAttachmentPtr attachment =
+        VoidPAttachmentPtr::dcast(container->findAttachment(VoidPAttachment::getClassGroupId()));
+    return attachment != NullFC ? attachment->getField().getValue() : nullptr;
+}
+
+void setVoidP(AttachmentContainerPtr container, void* pointer)
+{
+    if (container == NullFC) {
+        FFATAL(("setVoidP: no container given!\n"));
+        return;
+    }
+    VoidPAttachmentPtr attachment =
+        VoidPAttachmentPtr::dcast(container->findAttachment(VoidPAttachment::getClassGroupId()));
+    const bool isNew = attachment == NullFC;
+    if (isNew) {
+        attachment = VoidPAttachment::create();
+    }
+    beginEditCP(attachment, VoidPAttachment::SimpleFieldMask);
+    attachment->editField().setValue(pointer);
+    endEditCP(attachment, VoidPAttachment::SimpleFieldMask);
+    if (isNew) {
+        beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+        container->addAttachment(attachment);
+        endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+    }
+}
+
+} // namespace osg
