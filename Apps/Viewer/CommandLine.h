@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quon::viewer {
+
+/** What the user asked koviewer for. */
+struct CommandLine {
+    bool help = false;
+    bool version = false;
+    bool headless = false;
+    std::string model; ///< empty: none given
+    std::string script;
+    std::string out;
+
+    /**
+     * Reads the arguments after the program's name.
+     *
+     * Headless needs a model, a script and an output folder, which no other use takes.
+     *
+     * @throws ViewerError for what it does not understand
+     */
+    static CommandLine parse(const std::vector<std::string>& arguments);
+
+    /** The text of --help. */
+    static const char* getHelp();
+};
+
+} // namespace quon::viewer

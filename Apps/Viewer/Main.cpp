@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "Viewer/CommandLine.h"
+#include "Viewer/MainWindow.h"
+#include "Viewer/ModelLoader.h"
+#include "Viewer/OutputFolder.h"
+#include "Viewer/Script.h"
+#include "Viewer/ScriptRunner.h"
+#include "Viewer/ViewerError.h"
+#include "Viewer/ViewerSession.h"
+#include "Viewer/Viewport.h"
+
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGChangeList.h>
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace {
+
+using quon::viewer::CommandLine;
+using quon::viewer::ViewerError;
+
+constexpr int BadInput = 2;
+
+// Without a window nobody is there to be told what Qt thinks of the platform; errors have their own way out.
+void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    }
+}
+
+void runHeadless(const CommandLine& line, int& argc, char** argv)
+{
+    // Cheap checks first: nothing is loaded for a script that cannot run to its end.
+    quon::viewer::OutputFolder output(line.out);
+    const quon::viewer::Script script = quon::viewer::Script::load(line.script);
+
+    // No window system is needed: the scene is drawn through EGL, the texts over it into an image.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(dropMessage);
+    const QApplication application(argc, argv);
+    quon::viewer::ViewerSession session;
+    quon::viewer::Viewport viewport(session, quon::viewer::Viewport::Target::Pictures);
+    viewport.resize(960, 640);
+    viewport.show();
+    {
+        const osg::RefPtr<osg::NodePtr> model = quon::viewer::ModelLoader().load(line.model);
+        session.setModel(model.get());
+    }
+    quon::viewer::ScriptRunner(session, viewport, output).run(script);
+}
+
+int runWindow(const CommandLine& line, int& argc, char** argv)
+{
+    const bool hasDisplay = std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr ||
+                            std::getenv("QT_QPA_PLATFORM") != nullptr;
+    if (!hasDisplay) {
+        // Qt would end the process with a page of advice.
+        throw ViewerError("no display", "use --headless, see --help");
+    }
+    const QApplication application(argc, argv);
+    quon::viewer::ViewerSession session;
+    quon::viewer::MainWindow window(session);
+    if (!line.model.empty()) {
+        window.open(line.model);
+    }
+    window.show();
+    return QApplication::exec();
+}
+
+int run(int argc, char** argv)
+{
+    const CommandLine line = CommandLine::parse(std::vector<std::string>(argv + 1, argv + argc));
+    if (line.help) {
+        std::fputs(CommandLine::getHelp(), stdout);
+        return EXIT_SUCCESS;
+    }
+    if (line.version) {
+        std::puts("koviewer " KOVIEWER_VERSION);
+        return EXIT_SUCCESS;
+    }
+    if (line.headless) {
+        runHeadless(line, argc, argv);
+        return EXIT_SUCCESS;
+    }
+    return runWindow(line, argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    osg::ChangeList::setReadWriteDefault();
+    osg::osgInit(argc, argv);
+    int status = BadInput;
+    try {
+        status = run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "koviewer: %s\n", ViewerError::oneLine(error.what()).c_str());
+    }
+    osg::osgExit();
+    return status;
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGBaseTypes.h>
+
+#include <unordered_map>
+#include <vector>
+
+namespace quon::viewer {
+
+/**
+ * What happened to the scene since somebody last asked: changed containers with the union of their field masks, and
+ * destroyed ones.
+ *
+ * The scene graph writes every edit into the change list of its thread and never empties it; the host has to. Taking
+ * the changes is what empties the list, so there is one place in a host that takes and passes them on.
+ */
+class SceneChanges {
+public:
+    /** Lets the scene graph record changes from now on, which it does not by itself. Needs a started scene graph. */
+    static void startRecording();
+
+    /** Returns the changes recorded in this thread and empties the list. */
+    static SceneChanges take();
+
+    /** The fields of container @p id that changed; 0 when none did. */
+    osg::BitVector getMask(osg::UInt32 id) const;
+
+    const std::unordered_map<osg::UInt32, osg::BitVector>& getChanged() const { return m_changed; }
+    const std::vector<osg::UInt32>& getDestroyed() const { return m_destroyed; }
+
+    bool isEmpty() const { return m_changed.empty() && m_destroyed.empty(); }
+
+private:
+    std::unordered_map<osg::UInt32, osg::BitVector> m_changed;
+    std::vector<osg::UInt32> m_destroyed;
+};
+
+/** Somebody who keeps a picture of the scene and has to know when it goes stale. */
+class SceneChangeListener {
+public:
+    virtual void sceneChanged(const SceneChanges& changes) = 0;
+
+protected:
+    ~SceneChangeListener() = default;
+};
+
+} // namespace quon::viewer
