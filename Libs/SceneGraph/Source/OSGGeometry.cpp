@@ -241,7 +241,8 @@ const GeoColorsPtr& Geometry::getSecondaryColors() const
 
 void Geometry::setSecondaryColors(const GeoColorsPtr& secondaryColors)
 {
-    setProperty(editRareFields().secondaryColors, m_rareFields->secondaryColorsSlot, secondaryColors);
+    RareFields& fields = editRareFields();
+    setProperty(fields.secondaryColors, fields.secondaryColorsSlot, secondaryColors);
 }
 
 void Geometry::setTexCoords(const GeoTexCoordsPtr& texCoords)
@@ -256,7 +257,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords1() const
 
 void Geometry::setTexCoords1(const GeoTexCoordsPtr& texCoords1)
 {
-    setProperty(editRareFields().texCoords1, m_rareFields->texCoords1Slot, texCoords1);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords1, fields.texCoords1Slot, texCoords1);
 }
 
 const GeoTexCoordsPtr& Geometry::getTexCoords2() const
@@ -266,7 +268,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords2() const
 
 void Geometry::setTexCoords2(const GeoTexCoordsPtr& texCoords2)
 {
-    setProperty(editRareFields().texCoords2, m_rareFields->texCoords2Slot, texCoords2);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords2, fields.texCoords2Slot, texCoords2);
 }
 
 const GeoTexCoordsPtr& Geometry::getTexCoords3() const
@@ -276,7 +279,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords3() const
 
 void Geometry::setTexCoords3(const GeoTexCoordsPtr& texCoords3)
 {
-    setProperty(editRareFields().texCoords3, m_rareFields->texCoords3Slot, texCoords3);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords3, fields.texCoords3Slot, texCoords3);
 }
 
 const GeoTexCoordsPtr& Geometry::getTexCoords4() const
@@ -286,7 +290,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords4() const
 
 void Geometry::setTexCoords4(const GeoTexCoordsPtr& texCoords4)
 {
-    setProperty(editRareFields().texCoords4, m_rareFields->texCoords4Slot, texCoords4);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords4, fields.texCoords4Slot, texCoords4);
 }
 
 const GeoTexCoordsPtr& Geometry::getTexCoords5() const
@@ -296,7 +301,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords5() const
 
 void Geometry::setTexCoords5(const GeoTexCoordsPtr& texCoords5)
 {
-    setProperty(editRareFields().texCoords5, m_rareFields->texCoords5Slot, texCoords5);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords5, fields.texCoords5Slot, texCoords5);
 }
 
 const GeoTexCoordsPtr& Geometry::getTexCoords6() const
@@ -306,7 +312,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords6() const
 
 void Geometry::setTexCoords6(const GeoTexCoordsPtr& texCoords6)
 {
-    setProperty(editRareFields().texCoords6, m_rareFields->texCoords6Slot, texCoords6);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords6, fields.texCoords6Slot, texCoords6);
 }
 
 const GeoTexCoordsPtr& Geometry::getTexCoords7() const
@@ -316,7 +323,8 @@ const GeoTexCoordsPtr& Geometry::getTexCoords7() const
 
 void Geometry::setTexCoords7(const GeoTexCoordsPtr& texCoords7)
 {
-    setProperty(editRareFields().texCoords7, m_rareFields->texCoords7Slot, texCoords7);
+    RareFields& fields = editRareFields();
+    setProperty(fields.texCoords7, fields.texCoords7Slot, texCoords7);
 }
 
 void Geometry::setIndices(const GeoIndicesPtr& indices)
