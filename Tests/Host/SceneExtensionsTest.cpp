@@ -5,6 +5,7 @@
 
 #include <OpenSG/OSGConfig.h>
 
+#include <OpenSG/OSGGeoProperty.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGMatrix.h>

@@ -89,6 +89,8 @@ TEST_F(koMaterialsTest, RecordsTheChangeOfTheAttachments)
 
 TEST_F(koMaterialsTest, ANameOfTheUserNeedsNoMark)
 {
+    // The end of the first edit makes the chunks that a material keeps to itself.
+    osg::endEditCP(m_material);
     const std::size_t before = osg::FieldContainerFactory::the()->getLiveContainerCount();
 
     koMaterials::setName(m_material, "steel", false);

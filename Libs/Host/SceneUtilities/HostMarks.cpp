@@ -9,8 +9,6 @@
 
 namespace quon::host {
 
-namespace {
-
 class HostMarksAttachment;
 using HostMarksAttachmentPtr = osg::FCPtr<osg::AttachmentPtr, HostMarksAttachment>;
 
@@ -60,6 +58,8 @@ osg::FieldContainerType HostMarksAttachment::_type("koHostMarks", "Attachment", 
 
 OSG_FIELD_CONTAINER_INL_DEF(HostMarksAttachment, HostMarksAttachmentPtr)
 OSG_FIELD_CONTAINER_DEF(HostMarksAttachment, HostMarksAttachmentPtr)
+
+namespace {
 
 HostMarksAttachmentPtr createAttachment(osg::UInt32 marks)
 {
