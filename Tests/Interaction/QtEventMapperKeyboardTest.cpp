@@ -539,6 +539,24 @@ TEST_P(QtEventMapperPresenterModeTest, OnlyUnknownKeysWithShiftControlOrAltPass)
     }
 }
 
+TEST_P(QtEventMapperPresenterModeTest, TheGateIsTheSameForTheReleaseOfWhatWasPressedBefore)
+{
+    const bool passes = (GetParam() & (shift | control | alt)) != 0;
+    m_mapper.addKeyboardMapping(Qt::Key_unknown, none, "C", QString());
+    consumeEverything();
+    pressKey(Qt::Key_unknown);
+    m_log.clear();
+    m_manager.setPresenterMode(true);
+
+    EXPECT_EQ(releaseKey(Qt::Key_unknown, GetParam()), passes);
+
+    if (passes) {
+        EXPECT_THAT(m_log.calls(), ElementsAre(sent("C", "stop"), sent("C", "trigger")));
+    } else {
+        EXPECT_THAT(m_log.calls(), IsEmpty());
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Held, QtEventMapperPresenterModeTest,
                          ::testing::Values(0, static_cast<int>(Qt::ShiftModifier),
                                            static_cast<int>(Qt::ControlModifier), static_cast<int>(Qt::AltModifier),
