@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+#include <Interaction/AbstractSelectionVisualisation.h>
+
+#include "EditScope.h"
+
+#include <Extensions/SceneExtensions.h>
+
+#include <OpenSG/OSGFieldContainerFactory.h>
+#include <OpenSG/OSGGroup.h>
+
+#include <cstdio>
+
+namespace quon::interaction {
+
+namespace {
+
+constexpr osg::UInt32 shownMask = 0xFFFFFFFF;
+constexpr osg::UInt32 hiddenMask = 0;
+
+bool isShown(const osg::NodePtr& node)
+{
+    return node->getTravMask() == shownMask;
+}
+
+void setTravMask(const osg::NodePtr& node, osg::UInt32 mask)
+{
+    const EditScope edit(node, osg::Node::TravMaskFieldMask);
+    node->setTravMask(mask);
+}
+
+// The node of an id, null when it no longer exists.
+osg::NodePtr resolve(unsigned int id)
+{
+    const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(id);
+    return container == osg::NullFC ? osg::NodePtr() : osg::NodePtr::dcast(container);
+}
+
+} // namespace
+
+AbstractSelectionVisualisation::AbstractSelectionVisualisation()
+{
+    m_visualisation = osg::Node::create();
+    const EditScope edit(m_visualisation, osg::Node::CoreFieldMask);
+    m_visualisation->setCore(osg::Group::create());
+}
+
+// The members go in reverse order: first the visualisation nodes, then the root.
+AbstractSelectionVisualisation::~AbstractSelectionVisualisation() = default;
+
+void AbstractSelectionVisualisation::setVisible(bool visible)
+{
+    const osg::NodePtr root = m_visualisation.get();
+    if (isShown(root) == visible) {
+        return;
+    }
+    setTravMask(root, visible ? shownMask : hiddenMask);
+    if (!visible) {
+        return;
+    }
+    for (const auto& entry : m_nodeVisualisations) {
+        const osg::NodePtr node = resolve(entry.first);
+        if (node == osg::NullFC) {
+            // Without the id and for every entry, unlike the message of removeAllNodes().
+            std::fprintf(stderr, "AbstractSelectionVisualisation::setVisible: invalid node pointer!\n");
+            continue;
+        }
+        updateNode(node);
+    }
+}
+
+bool AbstractSelectionVisualisation::isVisible() const
+{
+    return m_visualisation->getTravMask() == shownMask;
+}
+
+osg::NodePtr AbstractSelectionVisualisation::getVisualisation()
+{
+    return m_visualisation.get();
+}
+
+void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
+{
+    if (node == osg::NullFC) {
+        return;
+    }
+    const unsigned int id = osg::getContainerId(node);
+    const auto position = m_nodeVisualisations.lower_bound(id);
+    const bool isTracked = position != m_nodeVisualisations.end() && position->first == id;
+    const bool isWanted = isVisible() && shouldHaveVisualization(node);
+
+    if (!isWanted) {
+        if (!isTracked) {
+            m_nodeVisualisations.emplace_hint(position, id, osg::RefPtr<osg::NodePtr>());
+        }
+        return;
+    }
+    if (isTracked && position->second != osg::NullFC) {
+        // The mask is left alone: only updateNode() shows and hides.
+        updateVisualisation(node, position->second.get());
+        return;
+    }
+
+    const osg::NodePtr visualisation = createVisualisation(node);
+    // Nodes that the hook added meanwhile do not disturb the hint.
+    m_nodeVisualisations.emplace_hint(position, id, osg::RefPtr<osg::NodePtr>())->second = visualisation;
+    if (visualisation->getParent() != m_visualisation) {
+        attach(visualisation);
+    }
+    setTravMask(visualisation, isShown(node) ? shownMask : hiddenMask);
+}
+
+void AbstractSelectionVisualisation::removeNode(const osg::NodePtr& node)
+{
+    if (node == osg::NullFC || m_nodeVisualisations.empty()) {
+        return;
+    }
+    const auto position = m_nodeVisualisations.find(osg::getContainerId(node));
+    if (position == m_nodeVisualisations.end()) {
+        return;
+    }
+    // Not const: releasing the last reference writes null into the very handle that is passed.
+    osg::NodePtr visualisation = position->second.get();
+    if (visualisation != osg::NullFC) {
+        removeVisualisation(node, visualisation);
+        const EditScope edit(m_visualisation, osg::Node::ChildrenFieldMask);
+        m_visualisation->subChild(visualisation);
+    }
+    m_nodeVisualisations.erase(position);
+}
+
+void AbstractSelectionVisualisation::updateNode(const osg::NodePtr& node)
+{
+    if (node == osg::NullFC || !isVisible()) {
+        return;
+    }
+    const auto position = m_nodeVisualisations.find(osg::getContainerId(node));
+    if (position == m_nodeVisualisations.end()) {
+        return;
+    }
+    const osg::NodePtr visualisation = position->second.get();
+
+    if (!isShown(node) || !shouldHaveVisualization(node)) {
+        if (visualisation != osg::NullFC && isShown(visualisation)) {
+            setTravMask(visualisation, hiddenMask);
+        }
+        return;
+    }
+    if (visualisation == osg::NullFC) {
+        const osg::NodePtr created = createVisualisation(node);
+        position->second = created;
+        // Unlike addNode() without a look at the parent: one that is under the root already moves to the end.
+        attach(created);
+        setTravMask(created, shownMask);
+        return;
+    }
+    if (!isShown(visualisation)) {
+        setTravMask(visualisation, shownMask);
+    }
+    updateVisualisation(node, visualisation);
+}
+
+bool AbstractSelectionVisualisation::hasNode(const osg::NodePtr& node) const
+{
+    return node != osg::NullFC && m_nodeVisualisations.find(osg::getContainerId(node)) != m_nodeVisualisations.end();
+}
+
+void AbstractSelectionVisualisation::updateAllNodes()
+{
+    if (!isVisible()) {
+        return;
+    }
+    for (const auto& entry : m_nodeVisualisations) {
+        const osg::NodePtr node = resolve(entry.first);
+        if (node != osg::NullFC) {
+            updateNode(node);
+        }
+    }
+}
+
+void AbstractSelectionVisualisation::removeAllNodes()
+{
+    for (const auto& entry : m_nodeVisualisations) {
+        if (entry.second == osg::NullFC) {
+            continue;
+        }
+        const osg::NodePtr node = resolve(entry.first);
+        if (node == osg::NullFC) {
+            // With the id and only for entries that have a visualisation node, unlike the message of setVisible().
+            std::fprintf(stderr, "AbstractSelectionVisualisation::removeAllNodes: invalid node pointer (%u)!\n",
+                         entry.first);
+            continue;
+        }
+        removeVisualisation(node, entry.second.get());
+    }
+    {
+        const EditScope edit(m_visualisation, osg::Node::ChildrenFieldMask);
+        extensions::clearChildren(m_visualisation);
+    }
+    m_nodeVisualisations.clear();
+}
+
+bool AbstractSelectionVisualisation::shouldHaveVisualization(const osg::NodePtr&) const
+{
+    return true;
+}
+
+void AbstractSelectionVisualisation::attach(const osg::NodePtr& visualisation)
+{
+    const EditScope edit(m_visualisation, osg::Node::ChildrenFieldMask);
+    m_visualisation->addChild(visualisation);
+}
+
+} // namespace quon::interaction
