@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: MIT
+#include <Interaction/BoxSelectionVisualisation.h>
+
+#include "EditScope.h"
+
+#include <Extensions/SceneExtensions.h>
+#include <SceneUtilities/NodeUtils.h>
+#include <SceneUtilities/koMaterials.h>
+#include <SceneUtilities/koNodeUtils.h>
+#include <SceneUtilities/koUberCameraUtils.h>
+
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGGL.h>
+#include <OpenSG/OSGGeoProperty.h>
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGLineChunk.h>
+#include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGState.h>
+
+#include <string>
+
+namespace quon::interaction {
+
+namespace {
+
+constexpr osg::UInt32 cornerCount = 8;
+constexpr osg::Real32 tolerance = 1e-6F;
+
+// The bit of the host's node field by which it knows the boxes.
+constexpr osg::UInt32 boxHostFlags = 8;
+
+// Late in the transparent pass: the scene is drawn before.
+constexpr osg::Int32 defaultSortKey = 60000;
+constexpr osg::Real32 defaultTransparency = 0.001F;
+
+osg::SimpleMaterialPtr createMaterial(const std::string& name, const osg::Color3f& color,
+                                      const osg::DepthTestChunkPtr& depthTestChunk, const osg::LineChunkPtr& lineChunk,
+                                      const osg::BlendChunkPtr& blendChunk)
+{
+    const osg::SimpleMaterialPtr material = osg::SimpleMaterial::create();
+    osg::addRefCP(material);
+    const EditScope edit(material);
+    koMaterials::setName(material, name, true);
+    material->setDiffuse(color);
+    material->setLit(false);
+    extensions::setHostOption(material, false);
+    material->addChunk(depthTestChunk, osg::State::AutoSlotReplace);
+    material->addChunk(lineChunk, osg::State::AutoSlotReplace);
+    material->addChunk(blendChunk, osg::State::AutoSlotReplace);
+    material->setSortKey(defaultSortKey);
+    material->setTransparency(defaultTransparency);
+    material->setTransparencyMode(osg::Material::TransparencyForceTransparent);
+    return material;
+}
+
+// Corner 0 is min, corner 7 max: the bits of the index take x, y and z from max.
+osg::Pnt3f getCorner(osg::UInt32 index, const osg::Pnt3f& min, const osg::Pnt3f& max)
+{
+    return osg::Pnt3f((index & 1U) != 0 ? max[0] : min[0], (index & 2U) != 0 ? max[1] : min[1],
+                      (index & 4U) != 0 ? max[2] : min[2]);
+}
+
+// Exactly, unlike the tolerant comparisons of points.
+bool isOrigin(const osg::Pnt3f& point)
+{
+    return point[0] == 0.0F && point[1] == 0.0F && point[2] == 0.0F;
+}
+
+// False for coordinates that are no numbers: those are written again each time.
+bool isNear(const osg::Pnt3f& left, const osg::Pnt3f& right)
+{
+    for (osg::UInt32 i = 0; i < 3; ++i) {
+        if (!(left[i] - right[i] <= tolerance && right[i] - left[i] <= tolerance)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+osg::GeoPTypesUI8Ptr createTypes()
+{
+    const osg::GeoPTypesUI8Ptr types = osg::GeoPTypesUI8::create();
+    const EditScope edit(types);
+    types->addValue(GL_LINE_STRIP);
+    types->addValue(GL_LINES);
+    return types;
+}
+
+osg::GeoPLengthsUI32Ptr createLengths()
+{
+    const osg::GeoPLengthsUI32Ptr lengths = osg::GeoPLengthsUI32::create();
+    const EditScope edit(lengths);
+    lengths->addValue(10);
+    lengths->addValue(6);
+    return lengths;
+}
+
+osg::GeoIndicesUI32Ptr createIndices()
+{
+    // The strip draws the bottom face, one vertical edge and the top face, the lines the other vertical edges.
+    constexpr osg::UInt32 values[] = {0, 1, 3, 2, 0, 4, 5, 7, 6, 4, 1, 5, 2, 6, 3, 7};
+
+    const osg::GeoIndicesUI32Ptr indices = osg::GeoIndicesUI32::create();
+    const EditScope edit(indices);
+    for (const osg::UInt32 value : values) {
+        indices->addValue(value);
+    }
+    return indices;
+}
+
+// A template only: the real corners are written before a box is shown.
+osg::GeoPositions3fPtr createPositions()
+{
+    const osg::Pnt3f min(-1.0F, -1.0F, -1.0F);
+    const osg::Pnt3f max(1.0F, 1.0F, 1.0F);
+
+    const osg::GeoPositions3fPtr positions = osg::GeoPositions3f::create();
+    const EditScope edit(positions);
+    for (osg::UInt32 i = 0; i < cornerCount; ++i) {
+        positions->addValue(getCorner(i, min, max));
+    }
+    return positions;
+}
+
+} // namespace
+
+BoxSelectionVisualisation::BoxSelectionVisualisation()
+{
+    m_depthTestChunk = osg::DepthTestChunk::create();
+    {
+        const EditScope edit(m_depthTestChunk);
+        m_depthTestChunk->setFunc(GL_ALWAYS);
+    }
+    const osg::LineChunkPtr lineChunk = osg::LineChunk::create();
+    {
+        const EditScope edit(lineChunk);
+        lineChunk->setWidth(1.0F);
+        lineChunk->setSmooth(true);
+    }
+    const osg::BlendChunkPtr blendChunk = osg::BlendChunk::create();
+    {
+        const EditScope edit(blendChunk);
+        blendChunk->setSrcFactor(GL_SRC_ALPHA);
+        blendChunk->setDestFactor(GL_ONE_MINUS_SRC_ALPHA);
+    }
+    m_highlightMaterial = createMaterial("koScenegraph::m_highlightMaterial", osg::Color3f(0.956F, 0.521F, 0.086F),
+                                         m_depthTestChunk, lineChunk, blendChunk);
+    const osg::MaterialGroupPtr materialGroup = osg::MaterialGroup::create();
+    {
+        const EditScope edit(materialGroup);
+        materialGroup->setMaterial(m_highlightMaterial);
+    }
+    m_lockedNodeMaterial = createMaterial("koScenegraph::m_lockedNodeMaterial", osg::Color3f(0.046F, 0.046F, 0.046F),
+                                          m_depthTestChunk, lineChunk, blendChunk);
+
+    const osg::NodePtr root = AbstractSelectionVisualisation::getVisualisation();
+    {
+        const EditScope edit(root, osg::Node::CoreFieldMask);
+        root->setCore(materialGroup);
+    }
+    NodeUtils::setName(root, "VisualisationRootMaterialGroup", true);
+}
+
+// The materials and the boxes in use keep their references: a host may still hold them in its scene.
+BoxSelectionVisualisation::~BoxSelectionVisualisation()
+{
+    clear();
+}
+
+void BoxSelectionVisualisation::clear()
+{
+    while (!m_spareNodes.empty()) {
+        // A copy: the release of a last reference writes null into the handle.
+        osg::NodePtr spare = m_spareNodes.top();
+        m_spareNodes.pop();
+        osg::subRefCP(spare);
+    }
+}
+
+void BoxSelectionVisualisation::setMarkerSize(float markerSize)
+{
+    m_markerSize = markerSize;
+}
+
+float BoxSelectionVisualisation::getMarkerSize() const
+{
+    return m_markerSize;
+}
+
+void BoxSelectionVisualisation::setColor(const osg::Color3f& color)
+{
+    const EditScope edit(m_highlightMaterial);
+    m_highlightMaterial->setDiffuse(color);
+}
+
+osg::Color3f BoxSelectionVisualisation::getColor() const
+{
+    return m_highlightMaterial->getDiffuse();
+}
+
+void BoxSelectionVisualisation::setLockedColor(const osg::Color3f& color)
+{
+    const EditScope edit(m_lockedNodeMaterial);
+    m_lockedNodeMaterial->setDiffuse(color);
+}
+
+void BoxSelectionVisualisation::setTransparency(float transparency, int sortKeyOffset)
+{
+    const osg::Int32 sortKey = m_highlightMaterial->getSortKey() + sortKeyOffset;
+    {
+        const EditScope edit(m_highlightMaterial);
+        m_highlightMaterial->setTransparency(transparency);
+        m_highlightMaterial->setSortKey(sortKey);
+    }
+    // The locked-node material's own key does not count: both are drawn in one place of the order.
+    const EditScope edit(m_lockedNodeMaterial);
+    m_lockedNodeMaterial->setTransparency(transparency);
+    m_lockedNodeMaterial->setSortKey(sortKey);
+}
+
+void BoxSelectionVisualisation::setOverlay(bool overlay)
+{
+    const EditScope edit(m_depthTestChunk);
+    m_depthTestChunk->setFunc(overlay ? GL_ALWAYS : GL_LEQUAL);
+}
+
+bool BoxSelectionVisualisation::getOverlay() const
+{
+    return m_depthTestChunk->getFunc() == GL_ALWAYS;
+}
+
+osg::NodePtr BoxSelectionVisualisation::createVisualisation(const osg::NodePtr& node)
+{
+    if (node == osg::NullFC) {
+        return osg::NodePtr();
+    }
+    if (!m_spareNodes.empty()) {
+        const osg::NodePtr spare = m_spareNodes.top();
+        m_spareNodes.pop();
+        updateVisualisation(node, spare);
+        return spare;
+    }
+
+    const osg::GeoPTypesUI8Ptr types = createTypes();
+    const osg::GeoPLengthsUI32Ptr lengths = createLengths();
+    const osg::GeoIndicesUI32Ptr indices = createIndices();
+    const osg::GeoPositions3fPtr positions = createPositions();
+
+    const osg::GeometryPtr geometry = osg::Geometry::create();
+    {
+        const EditScope edit(geometry);
+        geometry->setTypes(types);
+        geometry->setLengths(lengths);
+        geometry->setIndices(indices);
+        geometry->setPositions(positions);
+        geometry->setMaterial(m_highlightMaterial);
+    }
+    const osg::NodePtr box = osg::Node::create();
+    osg::addRefCP(box);
+    {
+        const EditScope edit(box);
+        extensions::setHostFlags(box, boxHostFlags);
+        box->setCore(geometry);
+    }
+    // With a z, unlike the name of the root.
+    NodeUtils::setName(box, "VisualizationHighlightNode", true);
+    koNodeUtils::setIsAuxiliaryNode(box, true);
+
+    updateVisualisation(node, box);
+    return box;
+}
+
+void BoxSelectionVisualisation::removeVisualisation(const osg::NodePtr&, const osg::NodePtr& visualisation)
+{
+    if (visualisation != osg::NullFC) {
+        m_spareNodes.push(visualisation);
+    }
+}
+
+void BoxSelectionVisualisation::updateVisualisation(const osg::NodePtr& node, const osg::NodePtr& visualisation)
+{
+    if (visualisation == osg::NullFC || node == osg::NullFC) {
+        return;
+    }
+    osg::Pnt3f min;
+    osg::Pnt3f max;
+    extensions::getWorldBounds(node, min, max);
+    if (isOrigin(min) && isOrigin(max)) {
+        const osg::Matrix toWorld = node->getToWorld();
+        const osg::Pnt3f place(toWorld[3][0], toWorld[3][1], toWorld[3][2]);
+        const osg::Vec3f extent(m_markerSize, m_markerSize, m_markerSize);
+        min = place - extent;
+        max = place + extent;
+    }
+
+    const osg::NodeCorePtr core = visualisation->getCore();
+    if (core == osg::NullFC) {
+        return;
+    }
+    const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(core);
+    if (geometry == osg::NullFC || geometry->getPositions() == osg::NullFC) {
+        return;
+    }
+    const osg::GeoPositions3fPtr positions = osg::GeoPositions3fPtr::dcast(geometry->getPositions());
+    if (positions == osg::NullFC || positions->getSize() < cornerCount) {
+        return;
+    }
+
+    if (!isNear(positions->getValue(0), min) || !isNear(positions->getValue(cornerCount - 1), max)) {
+        const EditScope editGeometry(geometry, osg::Geometry::PositionsFieldMask);
+        const EditScope editPositions(positions);
+        for (osg::UInt32 i = 0; i < cornerCount; ++i) {
+            positions->setValue(getCorner(i, min, max), i);
+        }
+    }
+
+    // The flag doubles as the record of which material the box carries, so that equal means nothing to do.
+    const bool isLocked = !koNodeUtils::isEditable(node);
+    if (extensions::getOverwriteMaterial(geometry) == isLocked) {
+        return;
+    }
+    const EditScope edit(geometry,
+                         osg::MaterialDrawable::MaterialFieldMask | extensions::getOverwriteMaterialFieldMask());
+    extensions::setOverwriteMaterial(geometry, isLocked);
+    geometry->setMaterial(isLocked ? m_lockedNodeMaterial : m_highlightMaterial);
+}
+
+bool BoxSelectionVisualisation::shouldHaveVisualization(const osg::NodePtr& node) const
+{
+    return !koUberCameraUtils::isUberCamera(node);
+}
+
+} // namespace quon::interaction

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGFieldContainerFactory.h>
+#include <OpenSG/OSGGeoProperty.h>
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGRefPtr.h>
+#include <OpenSG/OSGTransform.h>
+#include <OpenSG/OSGVector.h>
+
+namespace quon::testing {
+
+using NodeRef = osg::RefPtr<osg::NodePtr>;
+
+/** A node of its own with the given core. */
+inline NodeRef makeNode(const osg::NodeCorePtr& core)
+{
+    NodeRef node(osg::Node::create());
+    osg::beginEditCP(node, osg::Node::CoreFieldMask);
+    node->setCore(core);
+    osg::endEditCP(node, osg::Node::CoreFieldMask);
+    return node;
+}
+
+/** Adds a new node with the given core to @p parent, which holds it. */
+inline osg::NodePtr addChild(const osg::NodePtr& parent, const osg::NodeCorePtr& core)
+{
+    const NodeRef node = makeNode(core);
+    osg::beginEditCP(parent, osg::Node::ChildrenFieldMask);
+    parent->addChild(node);
+    osg::endEditCP(parent, osg::Node::ChildrenFieldMask);
+    return node.get();
+}
+
+inline void setTranslation(const osg::TransformPtr& transform, float x, float y, float z)
+{
+    osg::Matrix matrix;
+    matrix.setTranslate(x, y, z);
+    osg::beginEditCP(transform, osg::Transform::MatrixFieldMask);
+    transform->setMatrix(matrix);
+    osg::endEditCP(transform, osg::Transform::MatrixFieldMask);
+}
+
+/** A transform core that moves by the given distances. */
+inline osg::TransformPtr makeTranslation(float x, float y, float z)
+{
+    const osg::TransformPtr transform = osg::Transform::create();
+    setTranslation(transform, x, y, z);
+    return transform;
+}
+
+/** A geometry core whose local bounds are @p min and @p max. */
+inline osg::GeometryPtr makeExtent(const osg::Pnt3f& min, const osg::Pnt3f& max)
+{
+    const osg::GeoPositions3fPtr positions = osg::GeoPositions3f::create();
+    osg::beginEditCP(positions);
+    positions->addValue(min);
+    positions->addValue(max);
+    osg::endEditCP(positions);
+    const osg::GeometryPtr geometry = osg::Geometry::create();
+    osg::beginEditCP(geometry);
+    geometry->setPositions(positions);
+    osg::endEditCP(geometry);
+    return geometry;
+}
+
+/** Whether a container still exists. */
+inline bool exists(osg::UInt32 id)
+{
+    return osg::FieldContainerFactory::the()->getContainer(id) != osg::NullFC;
+}
+
+} // namespace quon::testing
