@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "Support/RapidCheckConfiguration.h"
+
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGMatrix.h>
