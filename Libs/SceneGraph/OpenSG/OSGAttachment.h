@@ -35,8 +35,7 @@ protected:
     /// The copy has no parents.
     Attachment(const Attachment& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~Attachment() override;
 
     /// Tells each parent that the value of this attachment changed.

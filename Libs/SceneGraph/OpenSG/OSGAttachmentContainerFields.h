@@ -21,14 +21,8 @@ public:
     explicit AttachmentContainerPtr(const AttachmentContainer& container) noexcept;
     explicit AttachmentContainerPtr(const AttachmentContainer* container) noexcept;
 
-    void operator=(const AttachmentContainerPtr& other) noexcept
-    {
-        m_container = other.m_container;
-    }
-    void operator=(const NullFieldContainerPtr&) noexcept
-    {
-        m_container = nullptr;
-    }
+    void operator=(const AttachmentContainerPtr& other) noexcept { m_container = other.m_container; }
+    void operator=(const NullFieldContainerPtr&) noexcept { m_container = nullptr; }
 
     AttachmentContainer* operator->() const noexcept;
     AttachmentContainer& operator*() const noexcept;
@@ -38,7 +32,7 @@ public:
     template <class InTypeT, class = EnableIfHandle<InTypeT>>
     static AttachmentContainerPtr dcast(const InTypeT in)
     {
-        return AttachmentContainerPtr(dynamic_cast<AttachmentContainer*>(in.operator->()));
+        return AttachmentContainerPtr(castContainer<AttachmentContainer>(in));
     }
 };
 

@@ -21,14 +21,8 @@ public:
     explicit AttachmentPtr(const Attachment& container) noexcept;
     explicit AttachmentPtr(const Attachment* container) noexcept;
 
-    void operator=(const AttachmentPtr& other) noexcept
-    {
-        m_container = other.m_container;
-    }
-    void operator=(const NullFieldContainerPtr&) noexcept
-    {
-        m_container = nullptr;
-    }
+    void operator=(const AttachmentPtr& other) noexcept { m_container = other.m_container; }
+    void operator=(const NullFieldContainerPtr&) noexcept { m_container = nullptr; }
 
     Attachment* operator->() const noexcept;
     Attachment& operator*() const noexcept;
@@ -38,7 +32,7 @@ public:
     template <class InTypeT, class = EnableIfHandle<InTypeT>>
     static AttachmentPtr dcast(const InTypeT in)
     {
-        return AttachmentPtr(dynamic_cast<Attachment*>(in.operator->()));
+        return AttachmentPtr(castContainer<Attachment>(in));
     }
 };
 

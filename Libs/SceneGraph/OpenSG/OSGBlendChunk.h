@@ -42,66 +42,42 @@ public:
     OSG_FIELD_CONTAINER_DECL(BlendChunkPtr)
 
     GLenum getSrcFactor() const { return m_sfSrcFactor.getValue(); }
-    void setSrcFactor(GLenum srcFactor)
-    {
-        m_sfSrcFactor.setValue(srcFactor);
-    }
+    void setSrcFactor(GLenum srcFactor) { m_sfSrcFactor.setValue(srcFactor); }
     const SFGLenum* getSFSrcFactor() const { return &m_sfSrcFactor; }
     SFGLenum* editSFSrcFactor() { return &m_sfSrcFactor; }
 
     GLenum getDestFactor() const { return m_sfDestFactor.getValue(); }
-    void setDestFactor(GLenum destFactor)
-    {
-        m_sfDestFactor.setValue(destFactor);
-    }
+    void setDestFactor(GLenum destFactor) { m_sfDestFactor.setValue(destFactor); }
     const SFGLenum* getSFDestFactor() const { return &m_sfDestFactor; }
     SFGLenum* editSFDestFactor() { return &m_sfDestFactor; }
 
     GLenum getEquation() const { return m_sfEquation.getValue(); }
-    void setEquation(GLenum equation)
-    {
-        m_sfEquation.setValue(equation);
-    }
+    void setEquation(GLenum equation) { m_sfEquation.setValue(equation); }
     const SFGLenum* getSFEquation() const { return &m_sfEquation; }
     SFGLenum* editSFEquation() { return &m_sfEquation; }
 
     const Color4f& getColor() const { return m_sfColor.getValue(); }
-    void setColor(const Color4f& color)
-    {
-        m_sfColor.setValue(color);
-    }
+    void setColor(const Color4f& color) { m_sfColor.setValue(color); }
     const SFColor4f* getSFColor() const { return &m_sfColor; }
     SFColor4f* editSFColor() { return &m_sfColor; }
 
     GLenum getAlphaFunc() const { return m_sfAlphaFunc.getValue(); }
-    void setAlphaFunc(GLenum alphaFunc)
-    {
-        m_sfAlphaFunc.setValue(alphaFunc);
-    }
+    void setAlphaFunc(GLenum alphaFunc) { m_sfAlphaFunc.setValue(alphaFunc); }
     const SFGLenum* getSFAlphaFunc() const { return &m_sfAlphaFunc; }
     SFGLenum* editSFAlphaFunc() { return &m_sfAlphaFunc; }
 
     Real32 getAlphaValue() const { return m_sfAlphaValue.getValue(); }
-    void setAlphaValue(Real32 alphaValue)
-    {
-        m_sfAlphaValue.setValue(alphaValue);
-    }
+    void setAlphaValue(Real32 alphaValue) { m_sfAlphaValue.setValue(alphaValue); }
     const SFReal32* getSFAlphaValue() const { return &m_sfAlphaValue; }
     SFReal32* editSFAlphaValue() { return &m_sfAlphaValue; }
 
     GLenum getAlphaSrcFactor() const { return m_sfAlphaSrcFactor.getValue(); }
-    void setAlphaSrcFactor(GLenum alphaSrcFactor)
-    {
-        m_sfAlphaSrcFactor.setValue(alphaSrcFactor);
-    }
+    void setAlphaSrcFactor(GLenum alphaSrcFactor) { m_sfAlphaSrcFactor.setValue(alphaSrcFactor); }
     const SFGLenum* getSFAlphaSrcFactor() const { return &m_sfAlphaSrcFactor; }
     SFGLenum* editSFAlphaSrcFactor() { return &m_sfAlphaSrcFactor; }
 
     GLenum getAlphaDestFactor() const { return m_sfAlphaDestFactor.getValue(); }
-    void setAlphaDestFactor(GLenum alphaDestFactor)
-    {
-        m_sfAlphaDestFactor.setValue(alphaDestFactor);
-    }
+    void setAlphaDestFactor(GLenum alphaDestFactor) { m_sfAlphaDestFactor.setValue(alphaDestFactor); }
     const SFGLenum* getSFAlphaDestFactor() const { return &m_sfAlphaDestFactor; }
     SFGLenum* editSFAlphaDestFactor() { return &m_sfAlphaDestFactor; }
 
@@ -121,8 +97,7 @@ protected:
         , m_sfAlphaValue(source.m_sfAlphaValue)
         , m_sfAlphaSrcFactor(source.m_sfAlphaSrcFactor)
         , m_sfAlphaDestFactor(source.m_sfAlphaDestFactor)
-    {
-    }
+    {}
     ~BlendChunk() override;
 
     static FieldDescription* _desc[];

@@ -30,43 +30,28 @@ public:
     OSG_FIELD_CONTAINER_DECL(DepthChunkPtr)
 
     bool getEnable() const { return m_sfEnable.getValue(); }
-    void setEnable(bool enable)
-    {
-        m_sfEnable.setValue(enable);
-    }
+    void setEnable(bool enable) { m_sfEnable.setValue(enable); }
     const SFBool* getSFEnable() const { return &m_sfEnable; }
     SFBool* editSFEnable() { return &m_sfEnable; }
 
     GLenum getFunc() const { return m_sfFunc.getValue(); }
-    void setFunc(GLenum func)
-    {
-        m_sfFunc.setValue(func);
-    }
+    void setFunc(GLenum func) { m_sfFunc.setValue(func); }
     const SFGLenum* getSFFunc() const { return &m_sfFunc; }
     SFGLenum* editSFFunc() { return &m_sfFunc; }
 
     /// The range is left alone unless near and far are both zero or more.
     Real32 getNear() const { return m_sfNear.getValue(); }
-    void setNear(Real32 near)
-    {
-        m_sfNear.setValue(near);
-    }
+    void setNear(Real32 near) { m_sfNear.setValue(near); }
     const SFReal32* getSFNear() const { return &m_sfNear; }
     SFReal32* editSFNear() { return &m_sfNear; }
 
     Real32 getFar() const { return m_sfFar.getValue(); }
-    void setFar(Real32 far)
-    {
-        m_sfFar.setValue(far);
-    }
+    void setFar(Real32 far) { m_sfFar.setValue(far); }
     const SFReal32* getSFFar() const { return &m_sfFar; }
     SFReal32* editSFFar() { return &m_sfFar; }
 
     bool getReadOnly() const { return m_sfReadOnly.getValue(); }
-    void setReadOnly(bool readOnly)
-    {
-        m_sfReadOnly.setValue(readOnly);
-    }
+    void setReadOnly(bool readOnly) { m_sfReadOnly.setValue(readOnly); }
     const SFBool* getSFReadOnly() const { return &m_sfReadOnly; }
     SFBool* editSFReadOnly() { return &m_sfReadOnly; }
 
@@ -81,8 +66,7 @@ protected:
         , m_sfNear(source.m_sfNear)
         , m_sfFar(source.m_sfFar)
         , m_sfReadOnly(source.m_sfReadOnly)
-    {
-    }
+    {}
     ~DepthChunk() override;
 
     static FieldDescription* _desc[];

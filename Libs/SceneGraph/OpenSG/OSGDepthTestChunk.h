@@ -18,8 +18,7 @@ protected:
     DepthTestChunk() = default;
     DepthTestChunk(const DepthTestChunk& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~DepthTestChunk() override;
 
     static FieldContainerType _type;

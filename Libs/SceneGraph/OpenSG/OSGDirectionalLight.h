@@ -20,10 +20,7 @@ public:
 
     /// Towards the light, in the space of the beacon.
     const Vec3f& getDirection() const { return m_sfDirection.getValue(); }
-    void setDirection(const Vec3f& direction)
-    {
-        m_sfDirection.setValue(direction);
-    }
+    void setDirection(const Vec3f& direction) { m_sfDirection.setValue(direction); }
     const SFVec3f* getSFDirection() const { return &m_sfDirection; }
     SFVec3f* editSFDirection() { return &m_sfDirection; }
 
@@ -32,8 +29,7 @@ protected:
     DirectionalLight(const DirectionalLight& source)
         : Inherited(source)
         , m_sfDirection(source.m_sfDirection)
-    {
-    }
+    {}
     ~DirectionalLight() override;
 
     static FieldDescription* _desc[];

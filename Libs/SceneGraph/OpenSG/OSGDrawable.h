@@ -18,8 +18,7 @@ protected:
     Drawable() = default;
     Drawable(const Drawable& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~Drawable() override;
 
     static FieldContainerType _type;

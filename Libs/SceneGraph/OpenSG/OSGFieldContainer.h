@@ -65,8 +65,7 @@ protected:
     FieldContainer() = default;
     FieldContainer(const FieldContainer&)
         : FieldContainer()
-    {
-    }
+    {}
     virtual ~FieldContainer();
 
     /// Called by create() and shallowCopy() on the new container, which is registered and has its values by then.
@@ -102,10 +101,7 @@ public:
     static void endPermanent(UInt32 liveBefore);
 
     static FieldContainer* get(const FieldContainerPtrBase& handle) { return handle.m_container; }
-    static void set(FieldContainerPtrBase& handle, FieldContainer* container)
-    {
-        handle.m_container = container;
-    }
+    static void set(FieldContainerPtrBase& handle, FieldContainer* container) { handle.m_container = container; }
 };
 
 inline UInt32 FieldContainerPtrBase::getFieldContainerId() const

@@ -27,14 +27,32 @@ public:                                                                         
     ::osg::FieldContainerPtr shallowCopy() const override;
 
 #define OSG_ABSTR_FIELD_CONTAINER_INL_DEF(OSG_CLASS, OSG_FIELD_CONTAINER_PTR)                                          \
-    ::osg::FieldContainerType& OSG_CLASS::getClassType() { return _type; }                                             \
-    ::osg::UInt32 OSG_CLASS::getClassTypeId() { return _type.getId(); }                                                \
-    ::osg::UInt16 OSG_CLASS::getClassGroupId() { return _type.getGroupId(); }
+    ::osg::FieldContainerType& OSG_CLASS::getClassType()                                                               \
+    {                                                                                                                  \
+        return _type;                                                                                                  \
+    }                                                                                                                  \
+    ::osg::UInt32 OSG_CLASS::getClassTypeId()                                                                          \
+    {                                                                                                                  \
+        return _type.getId();                                                                                          \
+    }                                                                                                                  \
+    ::osg::UInt16 OSG_CLASS::getClassGroupId()                                                                         \
+    {                                                                                                                  \
+        return _type.getGroupId();                                                                                     \
+    }
 
 #define OSG_ABSTR_FIELD_CONTAINER_DEF(OSG_CLASS, OSG_FIELD_CONTAINER_PTR)                                              \
-    ::osg::FieldContainerType& OSG_CLASS::getType() { return _type; }                                                  \
-    const ::osg::FieldContainerType& OSG_CLASS::getType() const { return _type; }                                      \
-    ::osg::UInt32 OSG_CLASS::getContainerSize() const { return static_cast<::osg::UInt32>(sizeof(OSG_CLASS)); }
+    ::osg::FieldContainerType& OSG_CLASS::getType()                                                                    \
+    {                                                                                                                  \
+        return _type;                                                                                                  \
+    }                                                                                                                  \
+    const ::osg::FieldContainerType& OSG_CLASS::getType() const                                                        \
+    {                                                                                                                  \
+        return _type;                                                                                                  \
+    }                                                                                                                  \
+    ::osg::UInt32 OSG_CLASS::getContainerSize() const                                                                  \
+    {                                                                                                                  \
+        return static_cast<::osg::UInt32>(sizeof(OSG_CLASS));                                                          \
+    }
 
 #define OSG_FIELD_CONTAINER_INL_DEF(OSG_CLASS, OSG_FIELD_CONTAINER_PTR)                                                \
     OSG_ABSTR_FIELD_CONTAINER_INL_DEF(OSG_CLASS, OSG_FIELD_CONTAINER_PTR)                                              \

@@ -5,11 +5,16 @@
 
 #include <iosfwd>
 #include <type_traits>
+#include <typeinfo>
 
 namespace osg {
 
 class FieldContainer;
+class FieldContainerPtrBase;
 class NullFieldContainerPtr;
+
+template <class TargetT, class BaseT = FieldContainer>
+TargetT* castContainer(const FieldContainerPtrBase& handle);
 
 /**
  * What all handles have in common: the address of a container, or null.
@@ -56,19 +61,33 @@ public:
 protected:
     constexpr explicit FieldContainerPtrBase(FieldContainer* container) noexcept
         : m_container(container)
-    {
-    }
+    {}
     ~FieldContainerPtrBase() = default;
-    void operator=(const FieldContainerPtrBase& other) noexcept
-    {
-        m_container = other.m_container;
-    }
+    void operator=(const FieldContainerPtrBase& other) noexcept { m_container = other.m_container; }
 
     FieldContainer* m_container = nullptr;
 
 private:
     friend class ContainerAccess;
+    template <class TargetT, class BaseT>
+    friend TargetT* castContainer(const FieldContainerPtrBase& handle);
 };
+
+/**
+ * What dcast() is made of: the container as a @p TargetT if it is one, else null.
+ *
+ * Most casts ask for the type that the container really has, which takes a fraction of a dynamic_cast. Kept out of
+ * line, or compilers think that the result is null wherever it is used untested.
+ */
+template <class TargetT, class BaseT>
+[[gnu::noinline]] TargetT* castContainer(const FieldContainerPtrBase& handle)
+{
+    BaseT* const container = handle.m_container;
+    if (container == nullptr) {
+        return nullptr;
+    }
+    return typeid(*container) == typeid(TargetT) ? static_cast<TargetT*>(container) : dynamic_cast<TargetT*>(container);
+}
 
 /// Handle to any container.
 class OSG_SYSTEM_DLLMAPPING FieldContainerPtr : public FieldContainerPtrBase {
@@ -82,17 +101,12 @@ public:
     constexpr FieldContainerPtr(const FieldContainerPtr&) noexcept = default;
     explicit FieldContainerPtr(const FieldContainer& container) noexcept
         : FieldContainerPtrBase(const_cast<FieldContainer*>(&container))
-    {
-    }
+    {}
     explicit FieldContainerPtr(const FieldContainer* container) noexcept
         : FieldContainerPtrBase(const_cast<FieldContainer*>(container))
-    {
-    }
+    {}
 
-    void operator=(const FieldContainerPtr& other) noexcept
-    {
-        m_container = other.m_container;
-    }
+    void operator=(const FieldContainerPtr& other) noexcept { m_container = other.m_container; }
 
     FieldContainer* operator->() const noexcept { return m_container; }
     FieldContainer& operator*() const noexcept { return *m_container; }
@@ -114,13 +128,9 @@ public:
     constexpr ConstFieldContainerPtr(const ConstFieldContainerPtr&) noexcept = default;
     constexpr ConstFieldContainerPtr(const FieldContainerPtr& container) noexcept
         : FieldContainerPtrBase(container)
-    {
-    }
+    {}
 
-    void operator=(const ConstFieldContainerPtr& other) noexcept
-    {
-        m_container = other.m_container;
-    }
+    void operator=(const ConstFieldContainerPtr& other) noexcept { m_container = other.m_container; }
 
     const FieldContainer* operator->() const noexcept { return m_container; }
     const FieldContainer& operator*() const noexcept { return *m_container; }
@@ -155,14 +165,8 @@ public:
         this->m_container = const_cast<FieldContainerTypeT*>(container);
     }
 
-    void operator=(const FCPtr& other) noexcept
-    {
-        this->m_container = other.m_container;
-    }
-    void operator=(const NullFieldContainerPtr&) noexcept
-    {
-        this->m_container = nullptr;
-    }
+    void operator=(const FCPtr& other) noexcept { this->m_container = other.m_container; }
+    void operator=(const NullFieldContainerPtr&) noexcept { this->m_container = nullptr; }
 
     FieldContainerTypeT* operator->() const noexcept { return static_cast<FieldContainerTypeT*>(this->m_container); }
     FieldContainerTypeT& operator*() const noexcept { return *operator->(); }
@@ -172,7 +176,7 @@ public:
     template <class InTypeT, class = EnableIfHandle<InTypeT>>
     static FCPtr dcast(const InTypeT in)
     {
-        return FCPtr(dynamic_cast<FieldContainerTypeT*>(in.operator->()));
+        return FCPtr(castContainer<FieldContainerTypeT>(in));
     }
 };
 
@@ -209,9 +213,7 @@ inline UInt32 getContainerId(const PtrTypeT& objectP)
 }
 
 /// Announces an edit. Does nothing in this implementation, but belongs in front of every edit.
-inline void beginEditCP(const FieldContainerPtr&, BitVector = FieldBits::AllFields, UInt32 = ChangedOrigin::External)
-{
-}
+inline void beginEditCP(const FieldContainerPtr&, BitVector = FieldBits::AllFields, UInt32 = ChangedOrigin::External) {}
 
 /**
  * Ends an edit: records one entry of identifier and mask in the change list, then calls FieldContainer::changed().
@@ -228,8 +230,7 @@ OSG_SYSTEM_DLLMAPPING void changedCP(const FieldContainerPtr& objectP, BitVector
 /// Ends an edit that turned out to change nothing.
 inline void endEditNotChangedCP(const FieldContainerPtr&, BitVector = FieldBits::AllFields,
                                 UInt32 = ChangedOrigin::External)
-{
-}
+{}
 
 /// Brackets an edit with its own lifetime.
 class OSG_SYSTEM_DLLMAPPING CPEditor {
@@ -244,10 +245,7 @@ public:
     }
     CPEditor(const CPEditor&) = delete;
     CPEditor& operator=(const CPEditor&) = delete;
-    ~CPEditor()
-    {
-        endEditCP(m_object, m_fields, m_origin);
-    }
+    ~CPEditor() { endEditCP(m_object, m_fields, m_origin); }
 
 private:
     FieldContainerPtr m_object;

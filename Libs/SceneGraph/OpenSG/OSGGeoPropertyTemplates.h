@@ -35,17 +35,11 @@ public:
     static UInt16 getClassGroupId();
 
     virtual GenericType getValue(UInt32 index) const = 0;
-    void getValue(GenericType& value, const UInt32 index) const
-    {
-        value = getValue(index);
-    }
+    void getValue(GenericType& value, const UInt32 index) const { value = getValue(index); }
     /// The value first, then its index.
     virtual void setValue(const GenericType& value, UInt32 index) = 0;
     virtual void addValue(const GenericType& value) = 0;
-    void push_back(const GenericType& value)
-    {
-        addValue(value);
-    }
+    void push_back(const GenericType& value) { addValue(value); }
     /// False, and nothing inserted, when @p index is larger than the size.
     virtual bool insertValue(const GenericType& value, UInt32 index) = 0;
     virtual void clear() = 0;
@@ -69,8 +63,7 @@ protected:
     AbstractGeoProperty() = default;
     AbstractGeoProperty(const AbstractGeoProperty& source)
         : Inherited(source)
-    {
-    }
+    {}
 
     static FieldContainerType _type;
 };
@@ -141,8 +134,7 @@ protected:
     GeoProperty(const GeoProperty& source)
         : Inherited(source)
         , m_field(source.m_field)
-    {
-    }
+    {}
 
     static FieldContainerType _type;
 

@@ -115,15 +115,9 @@ public:
 
     // Hints for a renderer with display lists or buffers; nothing here reads them.
     bool getDlistCache() const { return m_sfDlistCache.getValue(); }
-    void setDlistCache(bool dlistCache)
-    {
-        m_sfDlistCache.setValue(dlistCache);
-    }
+    void setDlistCache(bool dlistCache) { m_sfDlistCache.setValue(dlistCache); }
     bool getVbo() const { return m_sfVbo.getValue(); }
-    void setVbo(bool vbo)
-    {
-        m_sfVbo.setValue(vbo);
-    }
+    void setVbo(bool vbo) { m_sfVbo.setValue(vbo); }
 
     /// A geometry with copies of the properties and the same material; the count is zero.
     GeometryPtr clone();

@@ -18,8 +18,7 @@ protected:
     Group() = default;
     Group(const Group& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~Group() override;
 
     static FieldContainerType _type;

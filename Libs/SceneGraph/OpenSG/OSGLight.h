@@ -37,58 +37,37 @@ public:
     OSG_ABSTR_FIELD_CONTAINER_DECL(LightPtr)
 
     const Color4f& getAmbient() const { return m_sfAmbient.getValue(); }
-    void setAmbient(const Color4f& ambient)
-    {
-        m_sfAmbient.setValue(ambient);
-    }
+    void setAmbient(const Color4f& ambient) { m_sfAmbient.setValue(ambient); }
     const SFColor4f* getSFAmbient() const { return &m_sfAmbient; }
     SFColor4f* editSFAmbient() { return &m_sfAmbient; }
 
     const Color4f& getDiffuse() const { return m_sfDiffuse.getValue(); }
-    void setDiffuse(const Color4f& diffuse)
-    {
-        m_sfDiffuse.setValue(diffuse);
-    }
+    void setDiffuse(const Color4f& diffuse) { m_sfDiffuse.setValue(diffuse); }
     const SFColor4f* getSFDiffuse() const { return &m_sfDiffuse; }
     SFColor4f* editSFDiffuse() { return &m_sfDiffuse; }
 
     const Color4f& getSpecular() const { return m_sfSpecular.getValue(); }
-    void setSpecular(const Color4f& specular)
-    {
-        m_sfSpecular.setValue(specular);
-    }
+    void setSpecular(const Color4f& specular) { m_sfSpecular.setValue(specular); }
     const SFColor4f* getSFSpecular() const { return &m_sfSpecular; }
     SFColor4f* editSFSpecular() { return &m_sfSpecular; }
 
     /// The node in whose space the light is placed; null for world space. Not referenced.
     const NodePtr& getBeacon() const { return m_sfBeacon.getValue(); }
-    void setBeacon(const NodePtr& beacon)
-    {
-        m_sfBeacon.setValue(beacon);
-    }
+    void setBeacon(const NodePtr& beacon) { m_sfBeacon.setValue(beacon); }
     const SFNodePtr* getSFBeacon() const { return &m_sfBeacon; }
 
     bool getOn() const { return m_sfOn.getValue(); }
-    void setOn(bool on)
-    {
-        m_sfOn.setValue(on);
-    }
+    void setOn(bool on) { m_sfOn.setValue(on); }
     const SFBool* getSFOn() const { return &m_sfOn; }
     SFBool* editSFOn() { return &m_sfOn; }
 
     Real32 getConstantAttenuation() const { return m_sfConstantAttenuation.getValue(); }
-    void setConstantAttenuation(Real32 constantAttenuation)
-    {
-        m_sfConstantAttenuation.setValue(constantAttenuation);
-    }
+    void setConstantAttenuation(Real32 constantAttenuation) { m_sfConstantAttenuation.setValue(constantAttenuation); }
     const SFReal32* getSFConstantAttenuation() const { return &m_sfConstantAttenuation; }
     SFReal32* editSFConstantAttenuation() { return &m_sfConstantAttenuation; }
 
     Real32 getLinearAttenuation() const { return m_sfLinearAttenuation.getValue(); }
-    void setLinearAttenuation(Real32 linearAttenuation)
-    {
-        m_sfLinearAttenuation.setValue(linearAttenuation);
-    }
+    void setLinearAttenuation(Real32 linearAttenuation) { m_sfLinearAttenuation.setValue(linearAttenuation); }
     const SFReal32* getSFLinearAttenuation() const { return &m_sfLinearAttenuation; }
     SFReal32* editSFLinearAttenuation() { return &m_sfLinearAttenuation; }
 
@@ -112,8 +91,7 @@ protected:
         , m_sfConstantAttenuation(source.m_sfConstantAttenuation)
         , m_sfLinearAttenuation(source.m_sfLinearAttenuation)
         , m_sfQuadraticAttenuation(source.m_sfQuadraticAttenuation)
-    {
-    }
+    {}
     ~Light() override;
 
     static FieldDescription* _desc[];

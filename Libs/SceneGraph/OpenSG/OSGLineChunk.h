@@ -29,34 +29,22 @@ public:
 
     /// In pixels.
     Real32 getWidth() const { return m_sfWidth.getValue(); }
-    void setWidth(Real32 width)
-    {
-        m_sfWidth.setValue(width);
-    }
+    void setWidth(Real32 width) { m_sfWidth.setValue(width); }
     const SFReal32* getSFWidth() const { return &m_sfWidth; }
     SFReal32* editSFWidth() { return &m_sfWidth; }
 
     Int32 getStippleRepeat() const { return m_sfStippleRepeat.getValue(); }
-    void setStippleRepeat(Int32 stippleRepeat)
-    {
-        m_sfStippleRepeat.setValue(stippleRepeat);
-    }
+    void setStippleRepeat(Int32 stippleRepeat) { m_sfStippleRepeat.setValue(stippleRepeat); }
     const SFInt32* getSFStippleRepeat() const { return &m_sfStippleRepeat; }
     SFInt32* editSFStippleRepeat() { return &m_sfStippleRepeat; }
 
     UInt16 getStipplePattern() const { return m_sfStipplePattern.getValue(); }
-    void setStipplePattern(UInt16 stipplePattern)
-    {
-        m_sfStipplePattern.setValue(stipplePattern);
-    }
+    void setStipplePattern(UInt16 stipplePattern) { m_sfStipplePattern.setValue(stipplePattern); }
     const SFUInt16* getSFStipplePattern() const { return &m_sfStipplePattern; }
     SFUInt16* editSFStipplePattern() { return &m_sfStipplePattern; }
 
     bool getSmooth() const { return m_sfSmooth.getValue(); }
-    void setSmooth(bool smooth)
-    {
-        m_sfSmooth.setValue(smooth);
-    }
+    void setSmooth(bool smooth) { m_sfSmooth.setValue(smooth); }
     const SFBool* getSFSmooth() const { return &m_sfSmooth; }
     SFBool* editSFSmooth() { return &m_sfSmooth; }
 
@@ -70,8 +58,7 @@ protected:
         , m_sfStippleRepeat(source.m_sfStippleRepeat)
         , m_sfStipplePattern(source.m_sfStipplePattern)
         , m_sfSmooth(source.m_sfSmooth)
-    {
-    }
+    {}
     ~LineChunk() override;
 
     static FieldDescription* _desc[];

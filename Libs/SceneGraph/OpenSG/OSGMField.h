@@ -29,10 +29,7 @@ public:
     typedef const FieldTypeT* const_iterator;
 
     MField() noexcept = default;
-    explicit MField(const UInt32 size)
-    {
-        resize(size);
-    }
+    explicit MField(const UInt32 size) { resize(size); }
     MField(const MField& other)
         : Field(other)
     {
@@ -42,12 +39,8 @@ public:
     }
     MField(MField&& other) noexcept
         : m_block(std::exchange(other.m_block, nullptr))
-    {
-    }
-    ~MField()
-    {
-        release();
-    }
+    {}
+    ~MField() { release(); }
 
     MField& operator=(const MField& other)
     {
@@ -86,15 +79,9 @@ public:
 
     reference getValue(const UInt32 index) { return values()[index]; }
     const_reference getValue(const UInt32 index) const { return values()[index]; }
-    void setValue(const_reference value, const UInt32 index)
-    {
-        values()[index] = value;
-    }
+    void setValue(const_reference value, const UInt32 index) { values()[index] = value; }
 
-    void addValue(const_reference value)
-    {
-        push_back(value);
-    }
+    void addValue(const_reference value) { push_back(value); }
     void push_back(const_reference value)
     {
         if (size() == capacity()) {
@@ -167,10 +154,7 @@ public:
             m_block = nullptr;
         }
     }
-    void swap(MField& other) noexcept
-    {
-        std::swap(m_block, other.m_block);
-    }
+    void swap(MField& other) noexcept { std::swap(m_block, other.m_block); }
 
     bool operator==(const MField& other) const { return std::equal(begin(), end(), other.begin(), other.end()); }
     bool operator!=(const MField& other) const { return !(*this == other); }
@@ -185,9 +169,9 @@ private:
 
     FieldTypeT* values() const
     {
-        return m_block != nullptr
-                   ? static_cast<FieldTypeT*>(static_cast<void*>(static_cast<char*>(static_cast<void*>(m_block)) + s_offset))
-                   : nullptr;
+        return m_block != nullptr ? static_cast<FieldTypeT*>(
+                                        static_cast<void*>(static_cast<char*>(static_cast<void*>(m_block)) + s_offset))
+                                  : nullptr;
     }
     void setSize(const UInt32 newSize)
     {

@@ -18,11 +18,7 @@ public:
     typedef AttachmentContainer Inherited;
     typedef MaterialPtr Ptr;
 
-    enum : UInt32 {
-        SortKeyFieldId = Inherited::NextFieldId,
-        TransparencyModeFieldId,
-        NextFieldId
-    };
+    enum : UInt32 { SortKeyFieldId = Inherited::NextFieldId, TransparencyModeFieldId, NextFieldId };
     static constexpr BitVector SortKeyFieldMask = BitVector(1) << SortKeyFieldId;
     static constexpr BitVector TransparencyModeFieldMask = BitVector(1) << TransparencyModeFieldId;
 
@@ -43,19 +39,13 @@ public:
 
     /// Drawn in ascending order, the opaque ones before the transparent ones.
     Int32 getSortKey() const { return m_sfSortKey.getValue(); }
-    void setSortKey(Int32 sortKey)
-    {
-        m_sfSortKey.setValue(sortKey);
-    }
+    void setSortKey(Int32 sortKey) { m_sfSortKey.setValue(sortKey); }
     const SFInt32* getSFSortKey() const { return &m_sfSortKey; }
     SFInt32* editSFSortKey() { return &m_sfSortKey; }
 
     /// One of the three constants.
     Int32 getTransparencyMode() const { return m_sfTransparencyMode.getValue(); }
-    void setTransparencyMode(Int32 transparencyMode)
-    {
-        m_sfTransparencyMode.setValue(transparencyMode);
-    }
+    void setTransparencyMode(Int32 transparencyMode) { m_sfTransparencyMode.setValue(transparencyMode); }
     const SFInt32* getSFTransparencyMode() const { return &m_sfTransparencyMode; }
     SFInt32* editSFTransparencyMode() { return &m_sfTransparencyMode; }
 
@@ -68,8 +58,7 @@ protected:
         : Inherited(source)
         , m_sfSortKey(source.m_sfSortKey)
         , m_sfTransparencyMode(source.m_sfTransparencyMode)
-    {
-    }
+    {}
     ~Material() override;
 
     StatePtr m_state; // referenced

@@ -35,58 +35,37 @@ public:
     OSG_FIELD_CONTAINER_DECL(MaterialChunkPtr)
 
     const Color4f& getDiffuse() const { return m_sfDiffuse.getValue(); }
-    void setDiffuse(const Color4f& diffuse)
-    {
-        m_sfDiffuse.setValue(diffuse);
-    }
+    void setDiffuse(const Color4f& diffuse) { m_sfDiffuse.setValue(diffuse); }
     const SFColor4f* getSFDiffuse() const { return &m_sfDiffuse; }
     SFColor4f* editSFDiffuse() { return &m_sfDiffuse; }
 
     const Color4f& getAmbient() const { return m_sfAmbient.getValue(); }
-    void setAmbient(const Color4f& ambient)
-    {
-        m_sfAmbient.setValue(ambient);
-    }
+    void setAmbient(const Color4f& ambient) { m_sfAmbient.setValue(ambient); }
     const SFColor4f* getSFAmbient() const { return &m_sfAmbient; }
     SFColor4f* editSFAmbient() { return &m_sfAmbient; }
 
     const Color4f& getSpecular() const { return m_sfSpecular.getValue(); }
-    void setSpecular(const Color4f& specular)
-    {
-        m_sfSpecular.setValue(specular);
-    }
+    void setSpecular(const Color4f& specular) { m_sfSpecular.setValue(specular); }
     const SFColor4f* getSFSpecular() const { return &m_sfSpecular; }
     SFColor4f* editSFSpecular() { return &m_sfSpecular; }
 
     const Color4f& getEmission() const { return m_sfEmission.getValue(); }
-    void setEmission(const Color4f& emission)
-    {
-        m_sfEmission.setValue(emission);
-    }
+    void setEmission(const Color4f& emission) { m_sfEmission.setValue(emission); }
     const SFColor4f* getSFEmission() const { return &m_sfEmission; }
     SFColor4f* editSFEmission() { return &m_sfEmission; }
 
     Real32 getShininess() const { return m_sfShininess.getValue(); }
-    void setShininess(Real32 shininess)
-    {
-        m_sfShininess.setValue(shininess);
-    }
+    void setShininess(Real32 shininess) { m_sfShininess.setValue(shininess); }
     const SFReal32* getSFShininess() const { return &m_sfShininess; }
     SFReal32* editSFShininess() { return &m_sfShininess; }
 
     bool getLit() const { return m_sfLit.getValue(); }
-    void setLit(bool lit)
-    {
-        m_sfLit.setValue(lit);
-    }
+    void setLit(bool lit) { m_sfLit.setValue(lit); }
     const SFBool* getSFLit() const { return &m_sfLit; }
     SFBool* editSFLit() { return &m_sfLit; }
 
     GLenum getColorMaterial() const { return m_sfColorMaterial.getValue(); }
-    void setColorMaterial(GLenum colorMaterial)
-    {
-        m_sfColorMaterial.setValue(colorMaterial);
-    }
+    void setColorMaterial(GLenum colorMaterial) { m_sfColorMaterial.setValue(colorMaterial); }
     const SFGLenum* getSFColorMaterial() const { return &m_sfColorMaterial; }
     SFGLenum* editSFColorMaterial() { return &m_sfColorMaterial; }
 
@@ -104,8 +83,7 @@ protected:
         , m_sfShininess(source.m_sfShininess)
         , m_sfLit(source.m_sfLit)
         , m_sfColorMaterial(source.m_sfColorMaterial)
-    {
-    }
+    {}
     ~MaterialChunk() override;
 
     static FieldDescription* _desc[];

@@ -14,11 +14,7 @@ public:
     typedef Drawable Inherited;
     typedef MaterialDrawablePtr Ptr;
 
-    enum : UInt32 {
-        MaterialFieldId = Inherited::NextFieldId,
-        OverwriteMaterialFieldId,
-        NextFieldId
-    };
+    enum : UInt32 { MaterialFieldId = Inherited::NextFieldId, OverwriteMaterialFieldId, NextFieldId };
     static constexpr BitVector MaterialFieldMask = BitVector(1) << MaterialFieldId;
     static constexpr BitVector OverwriteMaterialFieldMask = BitVector(1) << OverwriteMaterialFieldId;
 
@@ -31,10 +27,7 @@ public:
 
     /// Whether the own material holds over that of a material group above.
     bool getOverwriteMaterial() const { return m_sfOverwriteMaterial.getValue(); }
-    void setOverwriteMaterial(bool overwriteMaterial)
-    {
-        m_sfOverwriteMaterial.setValue(overwriteMaterial);
-    }
+    void setOverwriteMaterial(bool overwriteMaterial) { m_sfOverwriteMaterial.setValue(overwriteMaterial); }
     const SFBool* getSFOverwriteMaterial() const { return &m_sfOverwriteMaterial; }
     SFBool* editSFOverwriteMaterial() { return &m_sfOverwriteMaterial; }
 

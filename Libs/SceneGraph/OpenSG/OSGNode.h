@@ -88,23 +88,14 @@ public:
     bool getActive() const { return getTravMask() == 0xFFFFFFFF; }
     void setActive(bool active);
     UInt32 getTravMask() const { return m_sfTravMask.getValue(); }
-    void setTravMask(const UInt32 mask)
-    {
-        m_sfTravMask.setValue(mask);
-    }
+    void setTravMask(const UInt32 mask) { m_sfTravMask.setValue(mask); }
 
     UInt8 getOcclusionMask() const { return m_occlusionMask; }
-    void setOcclusionMask(const UInt8 mask)
-    {
-        m_occlusionMask = mask;
-    }
+    void setOcclusionMask(const UInt8 mask) { m_occlusionMask = mask; }
 
     /// For the host alone; nothing here reads them.
     UInt32 getHostFlags() const { return m_sfHostFlags.getValue(); }
-    void setHostFlags(const UInt32 flags)
-    {
-        m_sfHostFlags.setValue(flags);
-    }
+    void setHostFlags(const UInt32 flags) { m_sfHostFlags.setValue(flags); }
 
     /// The product of all transformations from the root down to this node's own core.
     Matrix getToWorld();

@@ -41,8 +41,7 @@ protected:
     /// The copy is the core of no node.
     NodeCore(const NodeCore& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~NodeCore() override;
 
     /// Adds the core's own extent to @p volume, which is the union of its node's children, or transforms it.

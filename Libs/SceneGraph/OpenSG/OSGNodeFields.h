@@ -21,14 +21,8 @@ public:
     explicit NodePtr(const Node& container) noexcept;
     explicit NodePtr(const Node* container) noexcept;
 
-    void operator=(const NodePtr& other) noexcept
-    {
-        m_container = other.m_container;
-    }
-    void operator=(const NullFieldContainerPtr&) noexcept
-    {
-        m_container = nullptr;
-    }
+    void operator=(const NodePtr& other) noexcept { m_container = other.m_container; }
+    void operator=(const NullFieldContainerPtr&) noexcept { m_container = nullptr; }
 
     Node* operator->() const noexcept;
     Node& operator*() const noexcept;
@@ -38,7 +32,7 @@ public:
     template <class InTypeT, class = EnableIfHandle<InTypeT>>
     static NodePtr dcast(const InTypeT in)
     {
-        return NodePtr(dynamic_cast<Node*>(in.operator->()));
+        return NodePtr(castContainer<Node>(in));
     }
 };
 

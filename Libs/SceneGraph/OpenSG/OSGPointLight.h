@@ -20,10 +20,7 @@ public:
 
     /// In the space of the beacon.
     const Pnt3f& getPosition() const { return m_sfPosition.getValue(); }
-    void setPosition(const Pnt3f& position)
-    {
-        m_sfPosition.setValue(position);
-    }
+    void setPosition(const Pnt3f& position) { m_sfPosition.setValue(position); }
     const SFPnt3f* getSFPosition() const { return &m_sfPosition; }
     SFPnt3f* editSFPosition() { return &m_sfPosition; }
 
@@ -32,8 +29,7 @@ protected:
     PointLight(const PointLight& source)
         : Inherited(source)
         , m_sfPosition(source.m_sfPosition)
-    {
-    }
+    {}
     ~PointLight() override;
 
     static FieldDescription* _desc[];

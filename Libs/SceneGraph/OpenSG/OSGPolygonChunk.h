@@ -43,82 +43,52 @@ public:
     OSG_FIELD_CONTAINER_DECL(PolygonChunkPtr)
 
     GLenum getCullFace() const { return m_sfCullFace.getValue(); }
-    void setCullFace(GLenum cullFace)
-    {
-        m_sfCullFace.setValue(cullFace);
-    }
+    void setCullFace(GLenum cullFace) { m_sfCullFace.setValue(cullFace); }
     const SFGLenum* getSFCullFace() const { return &m_sfCullFace; }
     SFGLenum* editSFCullFace() { return &m_sfCullFace; }
 
     GLenum getFrontFace() const { return m_sfFrontFace.getValue(); }
-    void setFrontFace(GLenum frontFace)
-    {
-        m_sfFrontFace.setValue(frontFace);
-    }
+    void setFrontFace(GLenum frontFace) { m_sfFrontFace.setValue(frontFace); }
     const SFGLenum* getSFFrontFace() const { return &m_sfFrontFace; }
     SFGLenum* editSFFrontFace() { return &m_sfFrontFace; }
 
     GLenum getFrontMode() const { return m_sfFrontMode.getValue(); }
-    void setFrontMode(GLenum frontMode)
-    {
-        m_sfFrontMode.setValue(frontMode);
-    }
+    void setFrontMode(GLenum frontMode) { m_sfFrontMode.setValue(frontMode); }
     const SFGLenum* getSFFrontMode() const { return &m_sfFrontMode; }
     SFGLenum* editSFFrontMode() { return &m_sfFrontMode; }
 
     GLenum getBackMode() const { return m_sfBackMode.getValue(); }
-    void setBackMode(GLenum backMode)
-    {
-        m_sfBackMode.setValue(backMode);
-    }
+    void setBackMode(GLenum backMode) { m_sfBackMode.setValue(backMode); }
     const SFGLenum* getSFBackMode() const { return &m_sfBackMode; }
     SFGLenum* editSFBackMode() { return &m_sfBackMode; }
 
     bool getSmooth() const { return m_sfSmooth.getValue(); }
-    void setSmooth(bool smooth)
-    {
-        m_sfSmooth.setValue(smooth);
-    }
+    void setSmooth(bool smooth) { m_sfSmooth.setValue(smooth); }
     const SFBool* getSFSmooth() const { return &m_sfSmooth; }
     SFBool* editSFSmooth() { return &m_sfSmooth; }
 
     Real32 getOffsetFactor() const { return m_sfOffsetFactor.getValue(); }
-    void setOffsetFactor(Real32 offsetFactor)
-    {
-        m_sfOffsetFactor.setValue(offsetFactor);
-    }
+    void setOffsetFactor(Real32 offsetFactor) { m_sfOffsetFactor.setValue(offsetFactor); }
     const SFReal32* getSFOffsetFactor() const { return &m_sfOffsetFactor; }
     SFReal32* editSFOffsetFactor() { return &m_sfOffsetFactor; }
 
     Real32 getOffsetBias() const { return m_sfOffsetBias.getValue(); }
-    void setOffsetBias(Real32 offsetBias)
-    {
-        m_sfOffsetBias.setValue(offsetBias);
-    }
+    void setOffsetBias(Real32 offsetBias) { m_sfOffsetBias.setValue(offsetBias); }
     const SFReal32* getSFOffsetBias() const { return &m_sfOffsetBias; }
     SFReal32* editSFOffsetBias() { return &m_sfOffsetBias; }
 
     bool getOffsetPoint() const { return m_sfOffsetPoint.getValue(); }
-    void setOffsetPoint(bool offsetPoint)
-    {
-        m_sfOffsetPoint.setValue(offsetPoint);
-    }
+    void setOffsetPoint(bool offsetPoint) { m_sfOffsetPoint.setValue(offsetPoint); }
     const SFBool* getSFOffsetPoint() const { return &m_sfOffsetPoint; }
     SFBool* editSFOffsetPoint() { return &m_sfOffsetPoint; }
 
     bool getOffsetLine() const { return m_sfOffsetLine.getValue(); }
-    void setOffsetLine(bool offsetLine)
-    {
-        m_sfOffsetLine.setValue(offsetLine);
-    }
+    void setOffsetLine(bool offsetLine) { m_sfOffsetLine.setValue(offsetLine); }
     const SFBool* getSFOffsetLine() const { return &m_sfOffsetLine; }
     SFBool* editSFOffsetLine() { return &m_sfOffsetLine; }
 
     bool getOffsetFill() const { return m_sfOffsetFill.getValue(); }
-    void setOffsetFill(bool offsetFill)
-    {
-        m_sfOffsetFill.setValue(offsetFill);
-    }
+    void setOffsetFill(bool offsetFill) { m_sfOffsetFill.setValue(offsetFill); }
     const SFBool* getSFOffsetFill() const { return &m_sfOffsetFill; }
     SFBool* editSFOffsetFill() { return &m_sfOffsetFill; }
 
@@ -143,8 +113,7 @@ protected:
         , m_sfOffsetLine(source.m_sfOffsetLine)
         , m_sfOffsetFill(source.m_sfOffsetFill)
         , m_mfStipple(source.m_mfStipple)
-    {
-    }
+    {}
     ~PolygonChunk() override;
 
     static FieldDescription* _desc[];

@@ -31,10 +31,7 @@ public:
     {
         addRefCP(m_handle);
     }
-    virtual ~RefPtr()
-    {
-        subRefCP(m_handle);
-    }
+    virtual ~RefPtr() { subRefCP(m_handle); }
 
     operator Ref() const { return m_handle; }
     Ref get() const { return m_handle; }

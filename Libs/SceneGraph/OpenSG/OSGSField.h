@@ -14,8 +14,7 @@ public:
     constexpr SField() = default;
     constexpr explicit SField(const FieldTypeT& value)
         : m_value(value)
-    {
-    }
+    {}
 
     static const FieldType& getClassType()
     {
@@ -25,10 +24,7 @@ public:
 
     FieldTypeT& getValue() { return m_value; }
     const FieldTypeT& getValue() const { return m_value; }
-    void setValue(const FieldTypeT& value)
-    {
-        m_value = value;
-    }
+    void setValue(const FieldTypeT& value) { m_value = value; }
 
     UInt32 getSize() const { return 1; }
     bool isEmpty() const { return false; }

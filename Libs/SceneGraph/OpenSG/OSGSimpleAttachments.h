@@ -52,8 +52,7 @@ protected:
     SimpleAttachment(const SimpleAttachment& source)
         : Inherited(source)
         , m_field(source.m_field)
-    {
-    }
+    {}
 
     static FieldContainerType _type;
 

@@ -48,85 +48,55 @@ public:
     OSG_FIELD_CONTAINER_DECL(SimpleMaterialPtr)
 
     const Color3f& getAmbient() const { return m_sfAmbient.getValue(); }
-    void setAmbient(const Color3f& ambient)
-    {
-        m_sfAmbient.setValue(ambient);
-    }
+    void setAmbient(const Color3f& ambient) { m_sfAmbient.setValue(ambient); }
     const SFColor3f* getSFAmbient() const { return &m_sfAmbient; }
     SFColor3f* editSFAmbient() { return &m_sfAmbient; }
 
     const Color3f& getDiffuse() const { return m_sfDiffuse.getValue(); }
-    void setDiffuse(const Color3f& diffuse)
-    {
-        m_sfDiffuse.setValue(diffuse);
-    }
+    void setDiffuse(const Color3f& diffuse) { m_sfDiffuse.setValue(diffuse); }
     const SFColor3f* getSFDiffuse() const { return &m_sfDiffuse; }
     SFColor3f* editSFDiffuse() { return &m_sfDiffuse; }
 
     const Color3f& getSpecular() const { return m_sfSpecular.getValue(); }
-    void setSpecular(const Color3f& specular)
-    {
-        m_sfSpecular.setValue(specular);
-    }
+    void setSpecular(const Color3f& specular) { m_sfSpecular.setValue(specular); }
     const SFColor3f* getSFSpecular() const { return &m_sfSpecular; }
     SFColor3f* editSFSpecular() { return &m_sfSpecular; }
 
     Real32 getShininess() const { return m_sfShininess.getValue(); }
-    void setShininess(Real32 shininess)
-    {
-        m_sfShininess.setValue(shininess);
-    }
+    void setShininess(Real32 shininess) { m_sfShininess.setValue(shininess); }
     const SFReal32* getSFShininess() const { return &m_sfShininess; }
     SFReal32* editSFShininess() { return &m_sfShininess; }
 
     const Color3f& getEmission() const { return m_sfEmission.getValue(); }
-    void setEmission(const Color3f& emission)
-    {
-        m_sfEmission.setValue(emission);
-    }
+    void setEmission(const Color3f& emission) { m_sfEmission.setValue(emission); }
     const SFColor3f* getSFEmission() const { return &m_sfEmission; }
     SFColor3f* editSFEmission() { return &m_sfEmission; }
 
     /// Zero is opaque, one invisible.
     Real32 getTransparency() const { return m_sfTransparency.getValue(); }
-    void setTransparency(Real32 transparency)
-    {
-        m_sfTransparency.setValue(transparency);
-    }
+    void setTransparency(Real32 transparency) { m_sfTransparency.setValue(transparency); }
     const SFReal32* getSFTransparency() const { return &m_sfTransparency; }
     SFReal32* editSFTransparency() { return &m_sfTransparency; }
 
     bool getLit() const { return m_sfLit.getValue(); }
-    void setLit(bool lit)
-    {
-        m_sfLit.setValue(lit);
-    }
+    void setLit(bool lit) { m_sfLit.setValue(lit); }
     const SFBool* getSFLit() const { return &m_sfLit; }
     SFBool* editSFLit() { return &m_sfLit; }
 
     GLenum getColorMaterial() const { return m_sfColorMaterial.getValue(); }
-    void setColorMaterial(GLenum colorMaterial)
-    {
-        m_sfColorMaterial.setValue(colorMaterial);
-    }
+    void setColorMaterial(GLenum colorMaterial) { m_sfColorMaterial.setValue(colorMaterial); }
     const SFGLenum* getSFColorMaterial() const { return &m_sfColorMaterial; }
     SFGLenum* editSFColorMaterial() { return &m_sfColorMaterial; }
 
     /// For the host alone; nothing here reads it.
     UInt32 getHostReserved() const { return m_sfHostReserved.getValue(); }
-    void setHostReserved(UInt32 hostReserved)
-    {
-        m_sfHostReserved.setValue(hostReserved);
-    }
+    void setHostReserved(UInt32 hostReserved) { m_sfHostReserved.setValue(hostReserved); }
     const SFUInt32* getSFHostReserved() const { return &m_sfHostReserved; }
     SFUInt32* editSFHostReserved() { return &m_sfHostReserved; }
 
     /// For the host alone; nothing here reads it.
     bool getHostOption() const { return m_sfHostOption.getValue(); }
-    void setHostOption(bool hostOption)
-    {
-        m_sfHostOption.setValue(hostOption);
-    }
+    void setHostOption(bool hostOption) { m_sfHostOption.setValue(hostOption); }
     const SFBool* getSFHostOption() const { return &m_sfHostOption; }
     SFBool* editSFHostOption() { return &m_sfHostOption; }
 
@@ -148,8 +118,7 @@ protected:
         , m_sfColorMaterial(source.m_sfColorMaterial)
         , m_sfHostReserved(source.m_sfHostReserved)
         , m_sfHostOption(source.m_sfHostOption)
-    {
-    }
+    {}
     ~SimpleMaterial() override;
 
     static FieldDescription* _desc[];

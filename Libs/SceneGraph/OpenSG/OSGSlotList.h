@@ -73,10 +73,7 @@ public:
         return slot;
     }
 
-    void replace(const UInt32 slot, const HandleT& handle)
-    {
-        m_slots[slot] = handle;
-    }
+    void replace(const UInt32 slot, const HandleT& handle) { m_slots[slot] = handle; }
 
     template <class MovedT>
     void insert(const UInt32 index, const HandleT& handle, const MovedT& moved)

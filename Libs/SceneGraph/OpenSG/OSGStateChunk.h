@@ -51,10 +51,7 @@ public:
 
     /// Whether the renderer is to pass over this chunk.
     bool getIgnore() const { return m_sfIgnore.getValue(); }
-    void setIgnore(bool ignore)
-    {
-        m_sfIgnore.setValue(ignore);
-    }
+    void setIgnore(bool ignore) { m_sfIgnore.setValue(ignore); }
     const SFBool* getSFIgnore() const { return &m_sfIgnore; }
     SFBool* editSFIgnore() { return &m_sfIgnore; }
 
@@ -63,8 +60,7 @@ protected:
     StateChunk(const StateChunk& source)
         : Inherited(source)
         , m_sfIgnore(source.m_sfIgnore)
-    {
-    }
+    {}
     ~StateChunk() override;
 
     static FieldDescription* _desc[];

@@ -23,10 +23,7 @@ public:
 
     /// Index of a child, SwitchAll or SwitchNone.
     Int32 getChoice() const { return m_sfChoice.getValue(); }
-    void setChoice(Int32 choice)
-    {
-        m_sfChoice.setValue(choice);
-    }
+    void setChoice(Int32 choice) { m_sfChoice.setValue(choice); }
     const SFInt32* getSFChoice() const { return &m_sfChoice; }
     SFInt32* editSFChoice() { return &m_sfChoice; }
 
@@ -35,8 +32,7 @@ protected:
     Switch(const Switch& source)
         : Inherited(source)
         , m_sfChoice(source.m_sfChoice)
-    {
-    }
+    {}
     ~Switch() override;
 
     static FieldDescription* _desc[];

@@ -22,10 +22,7 @@ public:
     const Matrix& getMatrix() const { return m_sfMatrix.getValue(); }
     Matrix& getMatrix() { return m_sfMatrix.getValue(); }
     Matrix& editMatrix() { return m_sfMatrix.getValue(); }
-    void setMatrix(const Matrix& matrix)
-    {
-        m_sfMatrix.setValue(matrix);
-    }
+    void setMatrix(const Matrix& matrix) { m_sfMatrix.setValue(matrix); }
     const SFMatrix* getSFMatrix() const { return &m_sfMatrix; }
     SFMatrix* editSFMatrix() { return &m_sfMatrix; }
 
@@ -37,8 +34,7 @@ protected:
     Transform(const Transform& source)
         : Inherited(source)
         , m_sfMatrix(source.m_sfMatrix)
-    {
-    }
+    {}
     ~Transform() override;
 
     void adjustVolume(Volume& volume) override;

@@ -18,8 +18,7 @@ protected:
     UberCamera() = default;
     UberCamera(const UberCamera& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~UberCamera() override;
 
     static FieldContainerType _type;

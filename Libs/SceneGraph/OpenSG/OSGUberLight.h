@@ -18,8 +18,7 @@ protected:
     UberLight() = default;
     UberLight(const UberLight& source)
         : Inherited(source)
-    {
-    }
+    {}
     ~UberLight() override;
 
     static FieldContainerType _type;

@@ -4,10 +4,9 @@
 namespace osg {
 
 FieldDescription* Attachment::_desc[] = {
-    new FieldDescription(MFFieldContainerPtr::getClassType(), "parents", ParentsFieldId, ParentsFieldMask, true,
-                         [](FieldContainer& container) -> Field* {
-                             return &static_cast<Attachment&>(container).getParents();
-                         }),
+    new FieldDescription(
+        MFFieldContainerPtr::getClassType(), "parents", ParentsFieldId, ParentsFieldMask, true,
+        [](FieldContainer& container) -> Field* { return &static_cast<Attachment&>(container).getParents(); }),
 };
 
 FieldContainerType Attachment::_type("Attachment", "FieldContainer", nullptr, nullptr, nullptr, _desc, sizeof(_desc));

@@ -22,8 +22,8 @@ namespace {
 template <class IteratorT>
 IteratorT lowerBound(const IteratorT begin, const IteratorT end, const UInt32 key)
 {
-    return std::lower_bound(begin, end, key,
-                            [](const AttachmentMap::Entry& entry, const UInt32 wanted) { return entry.first < wanted; });
+    return std::lower_bound(
+        begin, end, key, [](const AttachmentMap::Entry& entry, const UInt32 wanted) { return entry.first < wanted; });
 }
 
 } // namespace

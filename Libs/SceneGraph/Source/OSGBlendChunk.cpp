@@ -14,7 +14,9 @@ FieldDescription* BlendChunk::_desc[] = {
     describeField<&BlendChunk::m_sfAlphaDestFactor>("alphaDestFactor", AlphaDestFactorFieldId),
 };
 
-FieldContainerType BlendChunk::_type("BlendChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType BlendChunk::_type(
+    "BlendChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(BlendChunk, BlendChunkPtr)
 OSG_FIELD_CONTAINER_DEF(BlendChunk, BlendChunkPtr)

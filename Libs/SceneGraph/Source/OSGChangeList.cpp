@@ -37,8 +37,7 @@ ChangeList* Thread::s_changeList = nullptr;
 
 ChangeList::ChangeList()
     : m_readOnly(!recordByDefault)
-{
-}
+{}
 
 void ChangeList::setReadWriteDefault(const bool readWrite)
 {

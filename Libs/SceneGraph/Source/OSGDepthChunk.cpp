@@ -11,7 +11,9 @@ FieldDescription* DepthChunk::_desc[] = {
     describeField<&DepthChunk::m_sfReadOnly>("readOnly", ReadOnlyFieldId),
 };
 
-FieldContainerType DepthChunk::_type("DepthChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType DepthChunk::_type(
+    "DepthChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(DepthChunk, DepthChunkPtr)
 OSG_FIELD_CONTAINER_DEF(DepthChunk, DepthChunkPtr)

@@ -6,7 +6,6 @@ namespace osg {
 FieldType::FieldType(const std::string& contentName, const Cardinality cardinality)
     : m_name((cardinality == SINGLE_FIELD ? "SF" : "MF") + contentName)
     , m_cardinality(cardinality)
-{
-}
+{}
 
 } // namespace osg

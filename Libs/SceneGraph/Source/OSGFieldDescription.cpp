@@ -13,8 +13,7 @@ FieldDescription::FieldDescription(const FieldType& type, const Char8* name, con
     , m_fieldMask(fieldMask)
     , m_internal(internal)
     , m_accessMethod(accessMethod)
-{
-}
+{}
 
 FieldDescription::FieldDescription(const FieldType& type, const Char8* name, const UInt32 fieldId,
                                    const BitVector fieldMask, const bool internal,
@@ -25,8 +24,7 @@ FieldDescription::FieldDescription(const FieldType& type, const Char8* name, con
     , m_fieldMask(fieldMask)
     , m_internal(internal)
     , m_accessFunction(accessFunction)
-{
-}
+{}
 
 Field* FieldDescription::getField(FieldContainer& container) const
 {

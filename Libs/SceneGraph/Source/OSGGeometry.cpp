@@ -38,7 +38,8 @@ FieldDescription* Geometry::_desc[] = {
     describeField<&Geometry::m_sfPositions>("positions", PositionsFieldId),
     describeField<&Geometry::m_sfNormals>("normals", NormalsFieldId),
     describeField<&Geometry::m_sfColors>("colors", ColorsFieldId),
-    new FieldDescription(SFGeoColorsPtr::getClassType(), "secondaryColors", SecondaryColorsFieldId, SecondaryColorsFieldMask, false,
+    new FieldDescription(SFGeoColorsPtr::getClassType(), "secondaryColors", SecondaryColorsFieldId,
+                         SecondaryColorsFieldMask, false,
                          [](FieldContainer& container) -> Field* {
                              return &static_cast<Geometry&>(container).editRareFields().secondaryColors;
                          }),
@@ -77,11 +78,11 @@ FieldDescription* Geometry::_desc[] = {
                              return &static_cast<Geometry&>(container).editRareFields().indexMapping;
                          }),
     describeField<&Geometry::m_sfDlistCache>("dlistCache", DlistCacheFieldId),
-    new FieldDescription(SFInt32::getClassType(), "GLId", GLIdFieldId, GLIdFieldMask, false,
-                         [](FieldContainer& container) -> Field* {
-                             return &static_cast<Geometry&>(container).editRareFields().glId;
-                         }),
-    new FieldDescription(SFInt32::getClassType(), "IgnoreGLForAspect", IgnoreGLForAspectFieldId, IgnoreGLForAspectFieldMask, false,
+    new FieldDescription(
+        SFInt32::getClassType(), "GLId", GLIdFieldId, GLIdFieldMask, false,
+        [](FieldContainer& container) -> Field* { return &static_cast<Geometry&>(container).editRareFields().glId; }),
+    new FieldDescription(SFInt32::getClassType(), "IgnoreGLForAspect", IgnoreGLForAspectFieldId,
+                         IgnoreGLForAspectFieldMask, false,
                          [](FieldContainer& container) -> Field* {
                              return &static_cast<Geometry&>(container).editRareFields().ignoreGLForAspect;
                          }),
@@ -346,6 +347,9 @@ MFUInt16* Geometry::editMFIndexMapping()
 GeometryPtr Geometry::clone()
 {
     const GeometryPtr copy = GeometryPtr::dcast(shallowCopy());
+    if (copy == NullFC) {
+        return copy;
+    }
     copy->forEachProperty([&copy](auto& field, UInt32& slot, BitVector) {
         if (field.getValue() != NullFC) {
             copy->setProperty(field, slot, field.getValue()->clone());

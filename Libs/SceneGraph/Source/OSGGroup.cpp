@@ -3,7 +3,8 @@
 
 namespace osg {
 
-FieldContainerType Group::_type("Group", "NodeCore", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr);
+FieldContainerType Group::_type(
+    "Group", "NodeCore", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr);
 
 OSG_FIELD_CONTAINER_INL_DEF(Group, GroupPtr)
 OSG_FIELD_CONTAINER_DEF(Group, GroupPtr)

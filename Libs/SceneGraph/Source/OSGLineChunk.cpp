@@ -10,7 +10,9 @@ FieldDescription* LineChunk::_desc[] = {
     describeField<&LineChunk::m_sfSmooth>("smooth", SmoothFieldId),
 };
 
-FieldContainerType LineChunk::_type("LineChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType LineChunk::_type(
+    "LineChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(LineChunk, LineChunkPtr)
 OSG_FIELD_CONTAINER_DEF(LineChunk, LineChunkPtr)

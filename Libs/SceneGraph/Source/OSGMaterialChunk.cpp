@@ -13,7 +13,9 @@ FieldDescription* MaterialChunk::_desc[] = {
     describeField<&MaterialChunk::m_sfColorMaterial>("colorMaterial", ColorMaterialFieldId),
 };
 
-FieldContainerType MaterialChunk::_type("MaterialChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType MaterialChunk::_type(
+    "MaterialChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(MaterialChunk, MaterialChunkPtr)
 OSG_FIELD_CONTAINER_DEF(MaterialChunk, MaterialChunkPtr)

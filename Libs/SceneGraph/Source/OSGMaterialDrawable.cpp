@@ -10,7 +10,8 @@ FieldDescription* MaterialDrawable::_desc[] = {
     describeField<&MaterialDrawable::m_sfOverwriteMaterial>("overwriteMaterial", OverwriteMaterialFieldId),
 };
 
-FieldContainerType MaterialDrawable::_type("MaterialDrawable", "Drawable", nullptr, nullptr, nullptr, _desc, sizeof(_desc));
+FieldContainerType MaterialDrawable::_type("MaterialDrawable", "Drawable", nullptr, nullptr, nullptr, _desc,
+                                           sizeof(_desc));
 
 OSG_ABSTR_FIELD_CONTAINER_INL_DEF(MaterialDrawable, MaterialDrawablePtr)
 OSG_ABSTR_FIELD_CONTAINER_DEF(MaterialDrawable, MaterialDrawablePtr)

@@ -9,7 +9,9 @@ FieldDescription* MaterialGroup::_desc[] = {
     describeField<&MaterialGroup::m_sfMaterial>("material", MaterialFieldId),
 };
 
-FieldContainerType MaterialGroup::_type("MaterialGroup", "Group", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType MaterialGroup::_type(
+    "MaterialGroup", "Group", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(MaterialGroup, MaterialGroupPtr)
 OSG_FIELD_CONTAINER_DEF(MaterialGroup, MaterialGroupPtr)

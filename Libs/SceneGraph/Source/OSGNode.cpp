@@ -103,9 +103,8 @@ void Node::insertChild(const UInt32 index, const NodePtr& child)
     addRefCP(newChild);
     newChild->leaveParent();
     if (index < m_children.size()) {
-        m_children.insert(index, newChild, [](const NodePtr& node, UInt32, const UInt32 newSlot) {
-            node->m_slotInParent = newSlot;
-        });
+        m_children.insert(index, newChild,
+                          [](const NodePtr& node, UInt32, const UInt32 newSlot) { node->m_slotInParent = newSlot; });
         newChild->m_slotInParent = index;
     } else {
         newChild->m_slotInParent = m_children.add(newChild);
@@ -354,7 +353,8 @@ void Node::dump(const UInt32 indent, const BitVector flags) const
 {
     // Only a look at one level below: the whole tree would need as much stack as it is deep.
     Inherited::dump(indent, flags);
-    std::fprintf(stderr, "%*smask 0x%x, %u children\n", static_cast<int>(indent) + 4, "", getTravMask(), getNChildren());
+    std::fprintf(stderr, "%*smask 0x%x, %u children\n", static_cast<int>(indent) + 4, "", getTravMask(),
+                 getNChildren());
     getCore().dump(indent + 4, flags);
 }
 

@@ -6,10 +6,9 @@
 namespace osg {
 
 FieldDescription* NodeCore::_desc[] = {
-    new FieldDescription(MFNodePtr::getClassType(), "parents", ParentsFieldId, ParentsFieldMask, true,
-                         [](FieldContainer& container) -> Field* {
-                             return &static_cast<NodeCore&>(container).getParents();
-                         }),
+    new FieldDescription(
+        MFNodePtr::getClassType(), "parents", ParentsFieldId, ParentsFieldMask, true,
+        [](FieldContainer& container) -> Field* { return &static_cast<NodeCore&>(container).getParents(); }),
 };
 
 FieldContainerType NodeCore::_type("NodeCore", "AttachmentContainer", nullptr, nullptr, nullptr, _desc, sizeof(_desc));

@@ -7,7 +7,8 @@ FieldDescription* PointLight::_desc[] = {
     describeField<&PointLight::m_sfPosition>("position", PositionFieldId),
 };
 
-FieldContainerType PointLight::_type("PointLight", "Light", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType PointLight::_type(
+    "PointLight", "Light", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(PointLight, PointLightPtr)
 OSG_FIELD_CONTAINER_DEF(PointLight, PointLightPtr)

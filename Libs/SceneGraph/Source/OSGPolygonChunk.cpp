@@ -17,7 +17,9 @@ FieldDescription* PolygonChunk::_desc[] = {
     describeField<&PolygonChunk::m_mfStipple>("stipple", StippleFieldId),
 };
 
-FieldContainerType PolygonChunk::_type("PolygonChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType PolygonChunk::_type(
+    "PolygonChunk", "StateChunk", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(PolygonChunk, PolygonChunkPtr)
 OSG_FIELD_CONTAINER_DEF(PolygonChunk, PolygonChunkPtr)

@@ -27,6 +27,9 @@ void setName(AttachmentContainerPtr container, const std::string& name)
     const bool isNew = attachment == NullFC;
     if (isNew) {
         attachment = Name::create();
+        if (attachment == NullFC) {
+            return; // after osgExit()
+        }
     }
     beginEditCP(attachment, Name::SimpleFieldMask);
     attachment->editField().setValue(name);
@@ -77,6 +80,9 @@ void setVoidP(AttachmentContainerPtr container, void* pointer)
     const bool isNew = attachment == NullFC;
     if (isNew) {
         attachment = VoidPAttachment::create();
+        if (attachment == NullFC) {
+            return; // after osgExit()
+        }
     }
     beginEditCP(attachment, VoidPAttachment::SimpleFieldMask);
     attachment->editField().setValue(pointer);

@@ -47,10 +47,7 @@ struct TriangleMesh {
         return static_cast<UInt32>(positions.size() - 1);
     }
 
-    void addTriangle(const UInt32 a, const UInt32 b, const UInt32 c)
-    {
-        indices.insert(indices.end(), {a, b, c});
-    }
+    void addTriangle(const UInt32 a, const UInt32 b, const UInt32 c) { indices.insert(indices.end(), {a, b, c}); }
 
     /// Adds a rectangle of @p hor by @p vert quads; @p right and @p up are its sides.
     void addRectangle(const Pnt3f& corner, const Vec3f& right, const Vec3f& up, const UInt16 hor, const UInt16 vert)

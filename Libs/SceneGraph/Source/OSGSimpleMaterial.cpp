@@ -16,7 +16,9 @@ FieldDescription* SimpleMaterial::_desc[] = {
     describeField<&SimpleMaterial::m_sfHostOption>("hostOption", HostOptionFieldId),
 };
 
-FieldContainerType SimpleMaterial::_type("SimpleMaterial", "ChunkMaterial", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType SimpleMaterial::_type(
+    "SimpleMaterial", "ChunkMaterial", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc,
+    sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(SimpleMaterial, SimpleMaterialPtr)
 OSG_FIELD_CONTAINER_DEF(SimpleMaterial, SimpleMaterialPtr)

@@ -7,7 +7,8 @@ FieldDescription* Transform::_desc[] = {
     describeField<&Transform::m_sfMatrix>("matrix", MatrixFieldId),
 };
 
-FieldContainerType Transform::_type("Transform", "Group", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
+FieldContainerType Transform::_type(
+    "Transform", "Group", nullptr, []() -> FieldContainerPtr { return createEmpty(); }, nullptr, _desc, sizeof(_desc));
 
 OSG_FIELD_CONTAINER_INL_DEF(Transform, TransformPtr)
 OSG_FIELD_CONTAINER_DEF(Transform, TransformPtr)
