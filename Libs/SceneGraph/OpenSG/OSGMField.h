@@ -65,10 +65,10 @@ public:
     bool empty() const { return size() == 0; }
     bool isEmpty() const { return size() == 0; }
 
-    iterator begin() { return values(); }
-    iterator end() { return values() + size(); }
-    const_iterator begin() const { return values(); }
-    const_iterator end() const { return values() + size(); }
+    iterator begin() { return m_block != nullptr ? values() : nullptr; }
+    iterator end() { return begin() + size(); }
+    const_iterator begin() const { return m_block != nullptr ? values() : nullptr; }
+    const_iterator end() const { return begin() + size(); }
 
     reference operator[](const UInt32 index) { return values()[index]; }
     const_reference operator[](const UInt32 index) const { return values()[index]; }
@@ -167,11 +167,11 @@ private:
     static constexpr std::size_t s_offset = std::max(sizeof(Block), alignof(FieldTypeT));
     static_assert(alignof(FieldTypeT) <= alignof(std::max_align_t));
 
+    /// The first value; only for fields that have memory.
     FieldTypeT* values() const
     {
-        return m_block != nullptr ? static_cast<FieldTypeT*>(
-                                        static_cast<void*>(static_cast<char*>(static_cast<void*>(m_block)) + s_offset))
-                                  : nullptr;
+        void* const address = static_cast<char*>(static_cast<void*>(m_block)) + s_offset;
+        return static_cast<FieldTypeT*>(address);
     }
     void setSize(const UInt32 newSize)
     {
