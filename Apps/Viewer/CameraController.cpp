@@ -10,11 +10,11 @@ namespace quon::viewer {
 namespace {
 
 constexpr double Pi = 3.14159265358979323846;
-constexpr double VerticalFieldOfView = 30.0 * Pi / 180.0;
+constexpr double VerticalFieldOfView = 22.0 * Pi / 180.0;
 // At the pole itself the upward direction is lost.
 constexpr double LargestPitch = 89.0 * Pi / 180.0;
 // What is left free around a fitted scene.
-constexpr double Margin = 1.12;
+constexpr double Margin = 1.25;
 
 struct StandardView {
     const char* name;
@@ -44,10 +44,15 @@ void CameraController::setViewportSize(const int width, const int height)
 {
     m_width = std::max(1, width);
     m_height = std::max(1, height);
-    changed();
+    if (m_fitted) {
+        fit();
+    } else {
+        changed();
+    }
 }
 
-void CameraController::setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3f& maximum)
+void CameraController::setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3f& maximum,
+                                      const std::vector<osg::Pnt3f>& outline)
 {
     Vector3 centre{};
     Vector3 extent{};
@@ -62,13 +67,21 @@ void CameraController::setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3
         squares += extent[axis] * extent[axis];
     }
     if (!valid || !(squares > 0)) {
-        m_sceneCentre = valid ? centre : Vector3{0, 0, 0};
-        m_sceneExtent = {0.5, 0.5, 0.5};
-        m_radius = std::sqrt(0.75);
-    } else {
-        m_sceneCentre = centre;
-        m_sceneExtent = extent;
-        m_radius = std::sqrt(squares);
+        centre = valid ? centre : Vector3{0, 0, 0};
+        extent = {0.5, 0.5, 0.5};
+        squares = 0.75;
+    }
+    m_sceneCentre = centre;
+    m_radius = std::sqrt(squares);
+
+    m_outline.clear();
+    for (const osg::Pnt3f& point : outline) {
+        m_outline.push_back({static_cast<double>(point[0]) - centre[0], static_cast<double>(point[1]) - centre[1],
+                             static_cast<double>(point[2]) - centre[2]});
+    }
+    for (int corner = 0; m_outline.size() < 8 && corner < 8; ++corner) {
+        m_outline.push_back({(corner & 1) != 0 ? extent[0] : -extent[0], (corner & 2) != 0 ? extent[1] : -extent[1],
+                             (corner & 4) != 0 ? extent[2] : -extent[2]});
     }
     changed();
 }
@@ -78,17 +91,38 @@ void CameraController::fit()
     const Axes axes = getAxes();
     const double tangentY = std::tan(VerticalFieldOfView / 2);
     const double tangentX = tangentY * m_width / m_height;
-    double distance = 0;
-    for (int corner = 0; corner < 8; ++corner) {
-        const Vector3 offset{(corner & 1) != 0 ? m_sceneExtent[0] : -m_sceneExtent[0],
-                             (corner & 2) != 0 ? m_sceneExtent[1] : -m_sceneExtent[1],
-                             (corner & 4) != 0 ? m_sceneExtent[2] : -m_sceneExtent[2]};
-        const double sideways =
-            std::max(std::abs(dot(offset, axes.right)) / tangentX, std::abs(dot(offset, axes.up)) / tangentY);
-        distance = std::max(distance, sideways * Margin + dot(offset, axes.back));
+    // With perspective the middle of the picture is not the middle of the scene; a few steps find it.
+    Vector3 offset{0, 0, 0};
+    for (int step = 0; step < 5; ++step) {
+        m_distance = m_radius * 1e-3;
+        for (const Vector3& point : m_outline) {
+            const Vector3 place{point[0] - offset[0], point[1] - offset[1], point[2] - offset[2]};
+            const double sideways =
+                std::max(std::abs(dot(place, axes.right)) / tangentX, std::abs(dot(place, axes.up)) / tangentY);
+            m_distance = std::max(m_distance, sideways * Margin + dot(place, axes.back));
+        }
+        double left = 0;
+        double right = 0;
+        double bottom = 0;
+        double top = 0;
+        for (const Vector3& point : m_outline) {
+            const Vector3 place{point[0] - offset[0], point[1] - offset[1], point[2] - offset[2]};
+            const double depth = std::max(m_distance - dot(place, axes.back), m_radius * 1e-3);
+            left = std::min(left, dot(place, axes.right) / depth);
+            right = std::max(right, dot(place, axes.right) / depth);
+            bottom = std::min(bottom, dot(place, axes.up) / depth);
+            top = std::max(top, dot(place, axes.up) / depth);
+        }
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            offset[axis] += (axes.right[axis] * (left + right) + axes.up[axis] * (bottom + top)) / 2 * m_distance;
+        }
     }
-    m_interest = m_sceneCentre;
-    m_distance = distance;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        m_interest[axis] = m_sceneCentre[axis] + offset[axis];
+    }
+    // Room for the last correction.
+    m_distance *= 1.02;
+    m_fitted = true;
     changed();
 }
 
@@ -107,6 +141,7 @@ bool CameraController::setStandardView(const std::string& name)
 
 void CameraController::orbit(const double deltaX, const double deltaY)
 {
+    m_fitted = false;
     m_yaw = std::remainder(m_yaw - 2 * Pi * deltaX / m_width, 2 * Pi);
     m_pitch = std::clamp(m_pitch + 2 * Pi * deltaY / m_width, -LargestPitch, LargestPitch);
     changed();
@@ -114,6 +149,7 @@ void CameraController::orbit(const double deltaX, const double deltaY)
 
 void CameraController::pan(const double deltaX, const double deltaY)
 {
+    m_fitted = false;
     const Axes axes = getAxes();
     const double unitsPerPixel = 2 * m_distance * std::tan(VerticalFieldOfView / 2) / m_height;
     for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -127,6 +163,7 @@ void CameraController::zoom(const double factor)
     if (!(factor > 0) || !std::isfinite(factor)) {
         return;
     }
+    m_fitted = false;
     m_distance = std::clamp(m_distance / factor, m_radius * 1e-3, m_radius * 1e3);
     changed();
 }

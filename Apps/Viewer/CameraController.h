@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quon::viewer {
 
@@ -24,18 +25,29 @@ public:
     /** @param changed called after every change of the camera or the viewport; may be empty */
     explicit CameraController(std::function<void()> changed = {});
 
-    /** @param width, height in pixels; values below one count as one */
+    /**
+     * Sets the size of the viewport; a fitted scene that nobody has moved since is fitted again.
+     *
+     * @param width, height in pixels; values below one count as one
+     */
     void setViewportSize(int width, int height);
     int getViewportWidth() const { return m_width; }
     int getViewportHeight() const { return m_height; }
 
-    /** Sets the world box that must stay visible; one that is not a finite box counts as the unit box. */
-    void setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3f& maximum);
+    /**
+     * Sets what must stay visible.
+     *
+     * @param minimum, maximum world box of the scene; one that is not a finite box counts as the unit box
+     * @param outline points that stand for the shape of the scene when it is fitted into the view; where there are none
+     *        the corners of the box do
+     */
+    void setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3f& maximum,
+                        const std::vector<osg::Pnt3f>& outline = {});
 
     /** Half the diagonal of the scene's box; never zero. */
     double getSceneRadius() const { return m_radius; }
 
-    /** Moves straight back or forth until the scene's box just fits, keeping the direction of view. */
+    /** Moves sideways and back or forth until the scene just fits, keeping the direction of view. */
     void fit();
 
     /**
@@ -80,10 +92,11 @@ private:
     int m_width = 1;
     int m_height = 1;
     Vector3 m_sceneCentre{0, 0, 0};
-    Vector3 m_sceneExtent{0.5, 0.5, 0.5};
+    std::vector<Vector3> m_outline; ///< relative to the centre
     double m_radius = 1;
     Vector3 m_interest{0, 0, 0};
     double m_distance = 4;
+    bool m_fitted = false; ///< nothing moved since fit()
     double m_yaw;
     double m_pitch;
 };

@@ -27,7 +27,7 @@ using quon::viewer::ViewerError;
 
 constexpr int BadInput = 2;
 
-// Without a window nobody is there to be told what Qt thinks of the platform; errors have their own way out.
+// What Qt thinks of the platform is no message of the viewer's: bad input gets one line and nothing else.
 void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg) {
@@ -43,7 +43,6 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
 
     // No window system is needed: the scene is drawn through EGL, the texts over it into an image.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler(dropMessage);
     const QApplication application(argc, argv);
     quon::viewer::ViewerSession session;
     quon::viewer::Viewport viewport(session, quon::viewer::Viewport::Target::Pictures);
@@ -58,6 +57,9 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
 
 int runWindow(const CommandLine& line, int& argc, char** argv)
 {
+    if (!line.model.empty()) {
+        quon::viewer::ModelLoader::checkFile(line.model);
+    }
     const bool hasDisplay = std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr ||
                             std::getenv("QT_QPA_PLATFORM") != nullptr;
     if (!hasDisplay) {
@@ -98,6 +100,7 @@ int main(int argc, char** argv)
 {
     osg::ChangeList::setReadWriteDefault();
     osg::osgInit(argc, argv);
+    qInstallMessageHandler(dropMessage);
     int status = BadInput;
     try {
         status = run(argc, argv);

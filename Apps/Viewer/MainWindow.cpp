@@ -41,7 +41,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     addDockWidget(Qt::RightDockWidgetArea, dock);
     m_keyHelp->setFocusPolicy(Qt::NoFocus);
     m_keyHelp->setFrameShape(QFrame::NoFrame);
-    m_keyHelp->setMinimumWidth(280);
+    m_keyHelp->setMinimumWidth(340);
     fillKeyHelp();
 
     addActions();

@@ -53,32 +53,6 @@ private:
     ModelLoader::Progress m_progress;
 };
 
-void checkFile(const std::string& file)
-{
-    namespace fs = std::filesystem;
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (status.type() == fs::file_type::not_found) {
-        throw ViewerError(file, "no such file");
-    }
-    if (error) {
-        throw ViewerError(file, error.message());
-    }
-    if (fs::is_directory(status)) {
-        throw ViewerError(file, "is a directory");
-    }
-    if (!fs::is_regular_file(status)) {
-        throw ViewerError(file, "is not a regular file");
-    }
-    const auto size = fs::file_size(file, error);
-    if (error) {
-        throw ViewerError(file, error.message());
-    }
-    if (size == 0) {
-        throw ViewerError(file, "is empty");
-    }
-}
-
 osg::Color3f toColour(const aiColor4D& colour)
 {
     return osg::Color3f(colour.r, colour.g, colour.b);
@@ -342,6 +316,32 @@ std::string explain(const std::string& assimpError)
 ModelLoader::ModelLoader(Progress progress)
     : m_progress(std::move(progress))
 {}
+
+void ModelLoader::checkFile(const std::string& file)
+{
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found) {
+        throw ViewerError(file, "no such file");
+    }
+    if (error) {
+        throw ViewerError(file, error.message());
+    }
+    if (fs::is_directory(status)) {
+        throw ViewerError(file, "is a directory");
+    }
+    if (!fs::is_regular_file(status)) {
+        throw ViewerError(file, "is not a regular file");
+    }
+    const auto size = fs::file_size(file, error);
+    if (error) {
+        throw ViewerError(file, error.message());
+    }
+    if (size == 0) {
+        throw ViewerError(file, "is empty");
+    }
+}
 
 osg::RefPtr<osg::NodePtr> ModelLoader::load(const std::string& file) const
 {

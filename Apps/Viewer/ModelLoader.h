@@ -35,6 +35,9 @@ public:
      */
     osg::RefPtr<osg::NodePtr> load(const std::string& file) const;
 
+    /** Does the first checks of load() alone: there is such a file, and it is a file with something in it. */
+    static void checkFile(const std::string& file);
+
 private:
     Progress m_progress;
 };

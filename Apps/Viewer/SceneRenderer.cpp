@@ -85,7 +85,7 @@ void main()
 
     vec3 key = normalize(vec3(-0.45, 0.65, 0.75));
     vec3 fill = normalize(vec3(0.75, -0.15, 0.55));
-    float light = 0.34 + 0.08 * n.y + 0.58 * max(dot(n, key), 0.0) + 0.20 * max(dot(n, fill), 0.0);
+    float light = 0.36 + 0.08 * n.y + 0.56 * max(dot(n, key), 0.0) + 0.28 * max(dot(n, fill), 0.0);
     float shine = pow(max(dot(reflect(-key, n), toEye), 0.0), max(shininess, 1.0));
     gl_FragColor = vec4(emission + base.rgb * light + specular * shine, base.a);
 }

@@ -78,7 +78,6 @@ void ScriptRunner::run(const ScriptCommand& command)
     switch (command.kind) {
     case Kind::Size:
         m_viewport.resize(point(0).x(), point(0).y());
-        m_session.getCamera().fit();
         break;
     case Kind::View:
         m_session.getCamera().setStandardView(command.text);
@@ -205,9 +204,8 @@ void ScriptRunner::sendKey(const QEvent::Type type, const int key, const Qt::Key
 
 void ScriptRunner::addEmptyGroup(const ScriptCommand& command)
 {
-    osg::Pnt3f minimum;
-    osg::Pnt3f maximum;
-    m_session.getModelBounds(minimum, maximum);
+    const osg::Pnt3f& minimum = m_session.getModelMinimum();
+    const osg::Pnt3f& maximum = m_session.getModelMaximum();
     osg::Pnt3f place;
     for (osg::UInt32 axis = 0; axis < 3; ++axis) {
         const double low = static_cast<double>(minimum[axis]);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/ViewerSession.h"
 
+#include "Viewer/ModelOutline.h"
 #include "Viewer/Part.h"
 
-#include <Extensions/SceneExtensions.h>
 #include <Interaction/InteractionManager.h>
 #include <Interaction/NodeSelectionModel.h>
 #include <Interaction/SelectionManager.h>
@@ -196,10 +196,10 @@ void ViewerSession::setModel(const osg::NodePtr& model)
         endEditCP(m_scene, osg::Node::ChildrenFieldMask);
     }
 
-    osg::Pnt3f minimum;
-    osg::Pnt3f maximum;
-    getModelBounds(minimum, maximum);
-    m_camera.setSceneBounds(minimum, maximum);
+    const ModelOutline outline = ModelOutline::find(model);
+    m_modelMinimum = outline.minimum;
+    m_modelMaximum = outline.maximum;
+    m_camera.setSceneBounds(outline.minimum, outline.maximum, outline.points);
     m_camera.setStandardView("iso");
     // Two hundredths of the model: to be found with the eye, not to be taken for a part.
     m_boxes.setMarkerSize(static_cast<float>(m_camera.getSceneRadius() * 0.02));
@@ -313,15 +313,6 @@ int ViewerSession::countParts() const
         return true;
     });
     return static_cast<int>(parts.size());
-}
-
-bool ViewerSession::getModelBounds(osg::Pnt3f& minimum, osg::Pnt3f& maximum) const
-{
-    if (m_model == osg::NullFC) {
-        return false;
-    }
-    extensions::getWorldBounds(m_model.get(), minimum, maximum);
-    return !(minimum == maximum);
 }
 
 void ViewerSession::addBindings()

@@ -112,8 +112,9 @@ public:
     /** The number of parts of the model. */
     int countParts() const;
 
-    /** The corners of the model's box in world space; false when it has no extent. */
-    bool getModelBounds(osg::Pnt3f& minimum, osg::Pnt3f& maximum) const;
+    /** The tightest box around the geometry that the model showed when it was set, in world space. */
+    const osg::Pnt3f& getModelMinimum() const { return m_modelMinimum; }
+    const osg::Pnt3f& getModelMaximum() const { return m_modelMaximum; }
 
 private:
     void addBindings();
@@ -133,6 +134,8 @@ private:
     osg::RefPtr<osg::NodePtr> m_scene;
     osg::RefPtr<osg::NodePtr> m_visualisations;
     osg::RefPtr<osg::NodePtr> m_model;
+    osg::Pnt3f m_modelMinimum;
+    osg::Pnt3f m_modelMaximum;
     CameraController m_camera;
     EmbreePicker m_picker;
     interaction::BoxSelectionVisualisation m_boxes;

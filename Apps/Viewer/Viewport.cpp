@@ -210,7 +210,11 @@ QImage Viewport::drawOffscreen(const bool multisampling)
         m_offscreen = std::make_unique<OffscreenSurface>();
     }
     m_offscreen->setMultisampling(multisampling);
-    return m_offscreen->draw(width(), height(), [this] { draw(width(), height(), 1); });
+    // Lines of one pixel need more than the samples of one pixel to look even.
+    const int scale = multisampling ? 2 : 1;
+    const QImage picture =
+        m_offscreen->draw(width() * scale, height() * scale, [&] { draw(width() * scale, height() * scale, scale); });
+    return picture.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 void Viewport::redraw()
