@@ -78,6 +78,10 @@ HostMarksAttachmentPtr createAttachment(osg::UInt32 marks)
 
 HostMarksAttachmentPtr findAttachment(const osg::AttachmentContainerPtr& container)
 {
+    // The answer for most containers, and asked for all ancestors of each selected node.
+    if (container->getSFAttachments()->getValue().empty()) {
+        return osg::NullFC;
+    }
     const osg::AttachmentPtr attachment = container->findAttachment(HostMarksAttachment::getClassGroupId());
     if (attachment == osg::NullFC) {
         return osg::NullFC;
