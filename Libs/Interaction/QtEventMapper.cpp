@@ -14,10 +14,12 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace quon::interaction {
 
@@ -63,7 +65,8 @@ QString groupName()
  * A walk over the bindings of one code, or over all, during which anybody may add and remove bindings.
  *
  * A context that handles an event may rebind its tool, and a listener of the shortcut registry may do so when it hears
- * of a removal. Every removal therefore goes through a walk, which moves the other walks off the entry.
+ * of a removal. Every addition and removal therefore goes through this class: the walks under way pass over what was
+ * added, and are moved off what is removed.
  */
 class BindingWalk {
 public:
@@ -73,7 +76,6 @@ public:
         : m_bindings(bindings)
         , m_code(code)
         , m_next(code ? bindings.lower_bound(*code) : bindings.begin())
-        , m_remainingSteps(bindings.size())
         , m_outer(s_innermost)
     {
         s_innermost = this;
@@ -84,12 +86,25 @@ public:
 
     ~BindingWalk() { s_innermost = m_outer; }
 
+    /** Files @p binding behind those of the same code. */
+    static void addBinding(Bindings& bindings, const InputMapping& binding)
+    {
+        const Bindings::iterator added = bindings.insert({binding.code, binding});
+        for (BindingWalk* walk = s_innermost; walk != nullptr; walk = walk->m_outer) {
+            if (&walk->m_bindings == &bindings) {
+                walk->m_added.push_back(added);
+            }
+        }
+    }
+
     bool step()
     {
-        // The number of steps is bounded, or a context that adds a binding with every event would keep the walk going.
-        m_onEntry = m_remainingSteps > 0 && m_next != m_bindings.end() && (!m_code || m_next->first == *m_code);
+        // Passed over, or a context that adds a binding with every event would keep the walk going.
+        while (std::find(m_added.begin(), m_added.end(), m_next) != m_added.end()) {
+            ++m_next;
+        }
+        m_onEntry = m_next != m_bindings.end() && (!m_code || m_next->first == *m_code);
         if (m_onEntry) {
-            --m_remainingSteps;
             m_current = m_next++;
         }
         return m_onEntry;
@@ -122,6 +137,7 @@ private:
         if (m_next == removed) {
             ++m_next;
         }
+        m_added.erase(std::remove(m_added.begin(), m_added.end(), removed), m_added.end());
     }
 
     static BindingWalk* s_innermost;
@@ -131,7 +147,7 @@ private:
     Bindings::iterator m_next;
     Bindings::iterator m_current;
     bool m_onEntry = false;
-    std::size_t m_remainingSteps;
+    std::vector<Bindings::iterator> m_added;
     BindingWalk* m_outer;
 };
 
@@ -201,7 +217,7 @@ void QtEventMapper::setInteractionManager(InteractionManager* manager)
 
 void QtEventMapper::addKeyboardMapping(int key, int modifiers, const std::string& category, const QString& description)
 {
-    m_keyboardMappings.insert({key, InputMapping{key, modifiers, category}});
+    BindingWalk::addBinding(m_keyboardMappings, InputMapping{key, modifiers, category});
     if (!description.isEmpty()) {
         koShortcut::addKey(groupName(), key, modifiers, description);
     }
@@ -221,7 +237,7 @@ void QtEventMapper::addMouseMapping(Qt::MouseButton button, int modifiers, const
                                     const QString& description)
 {
     const int code = static_cast<int>(button);
-    m_mouseMappings.insert({code, InputMapping{code, modifiers, category}});
+    BindingWalk::addBinding(m_mouseMappings, InputMapping{code, modifiers, category});
     if (!description.isEmpty()) {
         koShortcut::addMouseButton(groupName(), code, modifiers, description);
     }

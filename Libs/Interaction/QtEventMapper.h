@@ -48,8 +48,8 @@ struct InputMapping {
  * @par Calls from inside an event
  * A context may call every operation of the mapper while it handles an event of the mapper. A binding removed from
  * inside gets no further event, except that a press or release whose event is under way is completed; a binding added
- * from inside takes part from the next operation on at the latest. After setInteractionManager() the rest of the
- * operation goes to the new manager, or nowhere when it is null. On a release a category stays active until its
+ * from inside takes part from the next operation on. After setInteractionManager() the rest of the operation goes to
+ * the new manager, or nowhere when it is null. On a release a category stays active until its
  * "trigger" has returned: resetEvents() called from inside the "stop" or "trigger" of a release sends both again, and a
  * "start" sent from inside ends with the release under way. A context must not destroy the mapper or assign to it.
  * @par Threading

@@ -4,8 +4,8 @@
 #include "Support/AllocationCount.h"
 
 #include <cstddef>
-#include <limits>
 #include <string>
+#include <vector>
 
 using quon::interaction::InteractionManager;
 using quon::interaction::QtEventMapper;
@@ -643,6 +643,43 @@ TEST_P(QtEventMapperMouseRemovalTest, AContextMayRemoveAllBindingsFromInsideAnEv
     EXPECT_THAT(m_log.calls(), IsEmpty());
 }
 
+TEST_P(QtEventMapperMouseRemovalTest, ABindingAddedFromInsideAnEventTakesPartFromTheNextOperationOn)
+{
+    const std::string& verb = GetParam().verb;
+    const bool reachesAllButtons = verb == "hover" || verb == "stopHover";
+    m_mapper.addMouseMapping(Qt::LeftButton, none, "first", QString());
+    m_mapper.addMouseMapping(Qt::LeftButton, none, "second", QString());
+    m_mapper.addMouseMapping(Qt::RightButton, none, "third", QString());
+    // Active, so that a release would end it.
+    m_mapper.addMouseMapping(Qt::MiddleButton, none, "added", QString());
+    press(Qt::LeftButton);
+    press(Qt::MiddleButton);
+    m_mapper.removeMouseMapping(Qt::MiddleButton, none);
+    m_log.clear();
+    during(sent("first", verb), [this] {
+        m_mapper.addMouseMapping(Qt::LeftButton, none, "added", QString());
+        m_mapper.addMouseMapping(Qt::RightButton, none, "added", QString());
+    });
+
+    send(verb);
+
+    std::vector<std::string> expected;
+    for (const std::string category : {"first", "second", "third"}) {
+        if (verb == "stop" || verb == "trigger") {
+            expected.push_back(sent(category, "stop"));
+            expected.push_back(sent(category, "trigger"));
+        } else {
+            expected.push_back(sent(category, verb));
+        }
+        if (category == "second" && !reachesAllButtons) {
+            break;
+        }
+    }
+    EXPECT_EQ(m_log.take(), expected);
+    release(Qt::LeftButton);
+    EXPECT_THAT(m_log.calls(), ::testing::IsSupersetOf({sent("added", "stop"), sent("added", "trigger")}));
+}
+
 TEST_P(QtEventMapperMouseRemovalTest, AContextThatAddsABindingWithEveryEventDoesNotKeepTheWalkGoing)
 {
     const std::string& verb = GetParam().verb;
@@ -700,6 +737,25 @@ TEST_F(QtEventMapperMouseTest, ABindingReplacedDuringAMoveOfAllButtonsDoesNotDis
 
     hover();
     EXPECT_THAT(m_log.calls(), ElementsAre(sent("left again", "hover"), sent("middle", "hover")));
+}
+
+TEST_F(QtEventMapperMouseTest, ABindingAddedAndRemovedFromInsideAnEventLeavesNoTrace)
+{
+    bind(Qt::LeftButton, none, "a");
+    bind(Qt::MiddleButton, none, "b");
+    during(sent("a", "hover"), [this] {
+        bind(Qt::LeftButton, none, "added");
+        bind(Qt::RightButton, none, "added");
+        m_mapper.removeMouseMapping(Qt::LeftButton, none, "added");
+        m_mapper.removeMouseMapping(Qt::RightButton, none, "added");
+        bind(Qt::RightButton, none, "added again");
+    });
+
+    hover();
+    EXPECT_THAT(m_log.take(), ElementsAre(sent("a", "hover"), sent("b", "hover")));
+
+    hover();
+    EXPECT_THAT(m_log.calls(), ElementsAre(sent("a", "hover"), sent("added again", "hover"), sent("b", "hover")));
 }
 
 TEST_F(QtEventMapperMouseTest, AResetInsideAStartComesTooEarlyForItsCategory)
