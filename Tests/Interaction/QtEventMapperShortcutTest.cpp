@@ -17,6 +17,7 @@ using ::testing::IsEmpty;
 namespace {
 
 CallLog* registryLog = nullptr;
+std::function<void()> duringAddition;
 std::function<void()> duringRemoval;
 
 void record(const std::string& operation, const QString& group, int code, int modifiers)
@@ -35,10 +36,11 @@ void record(const std::string& operation, const QString& group, int code, int mo
     }
 }
 
-void callDuringRemoval()
+void callIfSet(const std::function<void()>& action)
 {
-    if (duringRemoval) {
-        duringRemoval();
+    // A copy: the action may replace itself.
+    if (const std::function<void()> copy = action) {
+        copy();
     }
 }
 
@@ -47,23 +49,25 @@ void callDuringRemoval()
 void koShortcut::addKey(const QString& group, int key, int modifiers, const QString& description)
 {
     record("addKey", group, key, modifiers, description);
+    callIfSet(duringAddition);
 }
 
 void koShortcut::subKey(const QString& group, int key, int modifiers)
 {
     record("subKey", group, key, modifiers);
-    callDuringRemoval();
+    callIfSet(duringRemoval);
 }
 
 void koShortcut::addMouseButton(const QString& group, int button, int modifiers, const QString& description)
 {
     record("addMouseButton", group, button, modifiers, description);
+    callIfSet(duringAddition);
 }
 
 void koShortcut::subMouseButton(const QString& group, int button, int modifiers)
 {
     record("subMouseButton", group, button, modifiers);
-    callDuringRemoval();
+    callIfSet(duringRemoval);
 }
 
 namespace {
@@ -75,6 +79,7 @@ protected:
     ~QtEventMapperShortcutTest() override
     {
         registryLog = nullptr;
+        duringAddition = nullptr;
         duringRemoval = nullptr;
     }
 };
@@ -138,6 +143,23 @@ TEST_F(QtEventMapperShortcutTest, RemovingAnUnknownBindingDoesNotCallTheRegistry
     m_mapper.removeMouseMapping(Qt::RightButton, none);
 
     EXPECT_THAT(m_log.calls(), IsEmpty());
+}
+
+TEST_F(QtEventMapperShortcutTest, ABindingIsAlreadyThereWhenItIsRegistered)
+{
+    consumeEverything();
+    duringAddition = [this] {
+        leave();
+        pressKey(Qt::Key_A);
+    };
+
+    m_mapper.addMouseMapping(Qt::LeftButton, none, "button", "Button");
+    m_mapper.addKeyboardMapping(Qt::Key_A, none, "key", "Key");
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("koShortcut.addMouseButton(Interaction, 1, None, Button)", sent("button", "stopHover"),
+                            sent("qt-key:65", "press"), "koShortcut.addKey(Interaction, 65, None, Key)",
+                            sent("button", "stopHover"), sent("key", "start")));
 }
 
 TEST_F(QtEventMapperShortcutTest, EachBindingIsStillThereWhileItIsUnregistered)
