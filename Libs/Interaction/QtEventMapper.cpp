@@ -364,17 +364,9 @@ bool QtEventMapper::keyReleased(const QKeyEvent* event)
         return false;
     }
 
-    bool consumed = endBindings(m_keyboardMappings, key, m_activeKeyEvents);
-
-    // Taken out before they are sent: a context that presses, releases or resets from inside does not meet them again.
-    std::multimap<int, std::string> released;
-    for (auto next = m_pressedQtKeys.lower_bound(key); next != m_pressedQtKeys.end() && next->first == key;) {
-        released.insert(released.end(), m_pressedQtKeys.extract(next++));
-    }
-    for (const auto& [releasedKey, category] : released) {
-        consumed |= send(InteractionEvent(category, "release"));
-    }
-    return consumed;
+    const bool endConsumed = endBindings(m_keyboardMappings, key, m_activeKeyEvents);
+    const bool releaseConsumed = releasePressedKey(key);
+    return endConsumed || releaseConsumed;
 }
 
 void QtEventMapper::resetEvents()
@@ -382,11 +374,13 @@ void QtEventMapper::resetEvents()
     endAll(m_activeKeyEvents);
     endAll(m_activeMouseEvents);
 
-    std::multimap<int, std::string> released;
-    released.swap(m_pressedQtKeys);
-    for (const auto& [key, category] : released) {
-        send(InteractionEvent(category, "release"));
+    for (auto next = m_pressedQtKeys.begin(); next != m_pressedQtKeys.end();) {
+        const int key = next->first;
+        releasePressedKey(key);
+        next = m_pressedQtKeys.upper_bound(key);
     }
+    // A key that was pressed from inside after its turn: nothing stays pending.
+    m_pressedQtKeys.clear();
 }
 
 std::string QtEventMapper::qtKeyEventToString(int key, int modifiers)
@@ -453,13 +447,30 @@ bool QtEventMapper::endBindings(Bindings& bindings, int code, Categories& active
 
 void QtEventMapper::endAll(Categories& active)
 {
-    // Emptied before anything is sent: a context that resets the mapper from inside ends nothing twice.
-    Categories ended;
-    ended.swap(active);
-    for (const std::string& category : ended) {
-        send(InteractionEvent(category, "stop"));
-        send(InteractionEvent(category, "trigger"));
+    // Each is taken out before it is sent and the next one looked up afterwards: a context may start, end and reset
+    // from inside, and ends nothing twice.
+    for (auto next = active.begin(); next != active.end();) {
+        const Categories::node_type ended = active.extract(next);
+        send(InteractionEvent(ended.value(), "stop"));
+        send(InteractionEvent(ended.value(), "trigger"));
+        next = active.upper_bound(ended.value());
     }
+    // One that was started from inside after its turn: nothing stays pending.
+    active.clear();
+}
+
+bool QtEventMapper::releasePressedKey(int key)
+{
+    // Taken out before they are sent: a context that presses, releases or resets from inside does not meet them again.
+    std::multimap<int, std::string> released;
+    for (auto next = m_pressedQtKeys.lower_bound(key); next != m_pressedQtKeys.end() && next->first == key;) {
+        released.insert(released.end(), m_pressedQtKeys.extract(next++));
+    }
+    bool consumed = false;
+    for (const auto& [releasedKey, category] : released) {
+        consumed |= send(InteractionEvent(category, "release"));
+    }
+    return consumed;
 }
 
 } // namespace quon::interaction

@@ -188,7 +188,8 @@ public:
      *
      * Sends "stop" and "trigger" for each category that a key made active, then for each that a mouse button made
      * active, both in byte order, then "release" for each pending key press, by key and oldest first. A reset from
-     * inside one of these events ends nothing twice, and what is started or pressed from inside stays pending.
+     * inside one of these events ends nothing twice. What is started or pressed from inside is ended as well when its
+     * turn is still to come, else it is forgotten: nothing is pending afterwards.
      *
      * Must only be called while a manager is bound or nothing is pending.
      */
@@ -215,6 +216,7 @@ private:
     bool start(const std::string& category, Categories& active);
     bool endBindings(Bindings& bindings, int code, Categories& active);
     void endAll(Categories& active);
+    bool releasePressedKey(int key);
 
     InteractionManager* m_interactionManager;
     std::multimap<int, InputMapping> m_keyboardMappings;
