@@ -303,16 +303,11 @@ void BoxSelectionVisualisation::updateVisualisation(const osg::NodePtr& node, co
         return;
     }
     const osg::GeoPositions3fPtr positions = osg::GeoPositions3fPtr::dcast(geometry->getPositions());
-    if (positions == osg::NullFC) {
-        return;
-    }
-    // Read as a field: most updates find nothing to write.
-    const osg::GeoPositions3f::StoredFieldType& corners = positions->getField();
-    if (corners.size() < cornerCount) {
+    if (positions == osg::NullFC || positions->getSize() < cornerCount) {
         return;
     }
 
-    if (!isNear(corners[0], min) || !isNear(corners[cornerCount - 1], max)) {
+    if (!isNear(positions->getValue(0), min) || !isNear(positions->getValue(cornerCount - 1), max)) {
         const EditScope editGeometry(geometry, osg::Geometry::PositionsFieldMask);
         const EditScope editPositions(positions);
         for (osg::UInt32 i = 0; i < cornerCount; ++i) {
