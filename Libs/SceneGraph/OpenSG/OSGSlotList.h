@@ -4,6 +4,7 @@
 #include <OpenSG/OSGFieldContainerPtr.h>
 #include <OpenSG/OSGMField.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -62,6 +63,13 @@ public:
         return slot < m_slots.size() && m_slots[slot] == handle;
     }
 
+    /// Whether @p handle is one of the list's own, which any change of the list may overwrite.
+    bool owns(const HandleT& handle) const
+    {
+        const std::less<const HandleT*> before{};
+        return !before(&handle, m_slots.begin()) && before(&handle, m_slots.end());
+    }
+
     /// Appends and returns the slot.
     UInt32 add(const HandleT& handle)
     {
@@ -75,14 +83,66 @@ public:
 
     void replace(const UInt32 slot, const HandleT& handle) { m_slots[slot] = handle; }
 
+    /**
+     * Inserts in front of the handle number @p index, which must be smaller than size() (not checked).
+     *
+     * Moves no more handles than there are up to the next hole. In the first half of the list that is one that is
+     * opened at the front, so that inserting there again and again is as cheap as appending.
+     *
+     * @return the slot
+     */
     template <class MovedT>
-    void insert(const UInt32 index, const HandleT& handle, const MovedT& moved)
+    UInt32 insert(const UInt32 index, const HandleT& handle, const MovedT& moved)
     {
-        close(moved);
-        m_slots.insert(m_slots.begin() + index, handle);
-        for (UInt32 slot = index + 1; slot < m_slots.size(); ++slot) {
-            moved(m_slots[slot], slot - 1, slot);
+        UInt32 slot = slotOf(index);
+        if (slot > 0 && m_slots[slot - 1] == NullFC) {
+            --slot;
+            if (m_holes->counts) {
+                m_holes->counts->change(slot, 1);
+            }
+            fillHole(slot, handle);
+            return slot;
         }
+        if (m_holes) {
+            m_holes->counts.reset();
+        }
+        if (index < size() / 2 && size() > s_holesAllowed) {
+            if (!m_holes || m_holes->front == 0) {
+                openFront(moved);
+                slot = slotOf(index);
+            }
+            UInt32 hole = slot - 1;
+            while (m_slots[hole] != NullFC) {
+                --hole;
+            }
+            if (m_holes->front == hole + 1) {
+                m_holes->front = hole;
+            }
+            for (; hole + 1 < slot; ++hole) {
+                m_slots[hole] = m_slots[hole + 1];
+                moved(m_slots[hole], hole + 1, hole);
+            }
+            fillHole(hole, handle);
+            return hole;
+        }
+        UInt32 hole = slot;
+        while (hole < m_slots.size() && m_slots[hole] != NullFC) {
+            ++hole;
+        }
+        const bool isHole = hole < m_slots.size();
+        if (!isHole) {
+            m_slots.push_back(handle);
+        }
+        for (; hole > slot; --hole) {
+            m_slots[hole] = m_slots[hole - 1];
+            moved(m_slots[hole], hole - 1, hole);
+        }
+        if (isHole) {
+            fillHole(slot, handle);
+        } else {
+            m_slots[slot] = handle;
+        }
+        return slot;
     }
 
     /// The slot of the handle number @p index, which must be smaller than size() (not checked).
@@ -136,6 +196,7 @@ public:
             if (m_holes && m_slots.size() <= m_holes->front) {
                 m_holes.reset();
             }
+            giveMemoryBack();
             return;
         }
         m_slots[slot] = NullFC;
@@ -178,6 +239,7 @@ public:
         }
         m_slots.resize(target);
         m_holes.reset();
+        giveMemoryBack();
     }
 
     /// The handles as a field; close() the holes first.
@@ -185,12 +247,55 @@ public:
 
 private:
     static constexpr UInt32 s_holesAllowed = 16;
+    static constexpr UInt32 s_capacityKept = 64;
 
     struct Holes {
         UInt32 count = 0; // all holes
         UInt32 front = 0; // those in front of the first handle
         std::unique_ptr<SlotCounts> counts;
     };
+
+    void fillHole(const UInt32 slot, const HandleT& handle)
+    {
+        m_slots[slot] = handle;
+        m_holes->front = std::min(m_holes->front, slot);
+        if (--m_holes->count == 0) {
+            m_holes.reset();
+        }
+    }
+
+    /// Closes all holes and opens half as many as there are handles at the front.
+    template <class MovedT>
+    void openFront(const MovedT& moved)
+    {
+        const UInt32 gap = size() / 2;
+        MField<HandleT> newSlots;
+        newSlots.reserve(gap + size() + 1);
+        newSlots.resize(gap);
+        for (UInt32 slot = 0; slot < m_slots.size(); ++slot) {
+            if (m_slots[slot] != NullFC) {
+                newSlots.push_back(m_slots[slot]);
+                moved(m_slots[slot], slot, newSlots.size() - 1);
+            }
+        }
+        m_slots.swap(newSlots);
+        m_holes = std::make_unique<Holes>();
+        m_holes->count = gap;
+        m_holes->front = gap;
+    }
+
+    /// Keeps a list that was long once from holding on to the memory.
+    void giveMemoryBack()
+    {
+        if (m_slots.capacity() > s_capacityKept && m_slots.size() < m_slots.capacity() / 4) {
+            MField<HandleT> newSlots;
+            newSlots.reserve(m_slots.capacity() / 2);
+            for (const HandleT& handle : m_slots) {
+                newSlots.push_back(handle);
+            }
+            m_slots.swap(newSlots);
+        }
+    }
 
     const SlotCounts& counts() const
     {

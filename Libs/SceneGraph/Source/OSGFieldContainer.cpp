@@ -44,6 +44,7 @@ std::vector<FieldContainer*>& waitingForDestruction()
 constexpr std::size_t granularity = 16;
 constexpr std::size_t largestPooled = 1024;
 constexpr std::size_t slabBytes = 64 * 1024;
+constexpr std::size_t cacheLine = 64; // nodes are two of them
 
 struct FreePiece {
     FreePiece* next;
@@ -63,7 +64,7 @@ struct Pool {
             return piece;
         }
         if (static_cast<std::size_t>(end - next) < size) {
-            next = static_cast<char*>(::operator new(slabBytes));
+            next = static_cast<char*>(::operator new(slabBytes, std::align_val_t(cacheLine)));
             end = next + slabBytes;
         }
         void* const piece = next;

@@ -103,9 +103,8 @@ void Node::insertChild(const UInt32 index, const NodePtr& child)
     addRefCP(newChild);
     newChild->leaveParent();
     if (index < m_children.size()) {
-        m_children.insert(index, newChild,
-                          [](const NodePtr& node, UInt32, const UInt32 newSlot) { node->m_slotInParent = newSlot; });
-        newChild->m_slotInParent = index;
+        newChild->m_slotInParent = m_children.insert(
+            index, newChild, [](const NodePtr& node, UInt32, const UInt32 newSlot) { node->m_slotInParent = newSlot; });
     } else {
         newChild->m_slotInParent = m_children.add(newChild);
     }
@@ -135,11 +134,11 @@ void Node::subChild(const UInt32 index)
 void Node::removeChildAt(const UInt32 slot, const NodePtr& child)
 {
     NodePtr oldChild = child;
+    const NodePtr& released = m_children.owns(child) ? oldChild : child;
     m_children.remove(slot, [](const NodePtr& node, UInt32, const UInt32 newSlot) { node->m_slotInParent = newSlot; });
     oldChild->setParent(NullFC);
     invalidateVolume();
-    // A handle that was part of the list reads something else by now.
-    subRefCP(child == oldChild ? child : oldChild);
+    subRefCP(released);
 }
 
 void Node::replaceChild(const UInt32 index, const NodePtr& child)
