@@ -145,12 +145,13 @@ private:
     Node* findStaleChild(UInt32 slot) const;
     void computeVolume();
 
-    SFBoxVolume m_sfVolume;
+    // What walks up the tree read comes first.
     SFUInt32 m_sfTravMask{0xFFFFFFFF};
     SFUInt32 m_sfHostFlags;
     SFNodePtr m_sfParent;
-    mutable SlotList<NodePtr> m_children;
     SFNodeCorePtr m_sfCore;
+    SFBoxVolume m_sfVolume;
+    mutable SlotList<NodePtr> m_children;
     UInt32 m_slotInParent = 0;
     UInt32 m_slotInCore = 0;
     UInt8 m_occlusionMask = 0;

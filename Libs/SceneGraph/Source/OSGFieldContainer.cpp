@@ -41,10 +41,11 @@ std::vector<FieldContainer*>& waitingForDestruction()
 
 #if !defined(OSG_PLAIN_MEMORY)
 
-constexpr std::size_t granularity = 16;
+// Larger pieces are whole cache lines and begin with one: what a walk reads of a node lies in the first of two.
+constexpr std::size_t smallGranularity = 16;
+constexpr std::size_t cacheLine = 64;
 constexpr std::size_t largestPooled = 1024;
 constexpr std::size_t slabBytes = 64 * 1024;
-constexpr std::size_t cacheLine = 64; // nodes are two of them
 
 struct FreePiece {
     FreePiece* next;
@@ -75,7 +76,13 @@ struct Pool {
 };
 
 // Zero before any constructor runs and never destroyed, as containers live longer than statics.
-Pool pools[largestPooled / granularity];
+Pool pools[largestPooled / smallGranularity + 1];
+
+constexpr std::size_t roundUp(const std::size_t size)
+{
+    const std::size_t granularity = size <= cacheLine ? smallGranularity : cacheLine;
+    return (size + granularity - 1) / granularity * granularity;
+}
 
 #endif
 
@@ -124,15 +131,15 @@ void FieldContainer::operator delete(void* memory, std::size_t)
 
 void* FieldContainer::operator new(const std::size_t size)
 {
-    const std::size_t rounded = (size + granularity - 1) / granularity;
-    return rounded * granularity < largestPooled ? pools[rounded].take(rounded * granularity) : ::operator new(size);
+    const std::size_t rounded = roundUp(size);
+    return rounded <= largestPooled ? pools[rounded / smallGranularity].take(rounded) : ::operator new(size);
 }
 
 void FieldContainer::operator delete(void* memory, const std::size_t size)
 {
-    const std::size_t rounded = (size + granularity - 1) / granularity;
-    if (rounded * granularity < largestPooled) {
-        pools[rounded].giveBack(memory);
+    const std::size_t rounded = roundUp(size);
+    if (rounded <= largestPooled) {
+        pools[rounded / smallGranularity].giveBack(memory);
     } else {
         ::operator delete(memory);
     }
