@@ -164,4 +164,30 @@ TEST_F(AttachmentContainerTest, AShallowCopySharesTheAttachments)
     EXPECT_TRUE(copy->findAttachment(Name::getClassType()) == node->findAttachment(Name::getClassType()));
 }
 
+TEST_F(AttachmentContainerTest, AnUntypedPointerIsAttached)
+{
+    const auto node = hold(Node::create());
+    int value = 0;
+    EXPECT_TRUE(osg::getVoidP(node.get()) == nullptr);
+
+    osg::setVoidP(node.get(), &value);
+
+    EXPECT_TRUE(osg::getVoidP(node.get()) == &value);
+}
+
+TEST_F(AttachmentContainerTest, SubtractingWhatIsNotAttachedDoesNothing)
+{
+    const auto node = hold(Node::create());
+    const auto attached = hold(GeoPositions3f::create());
+    const auto other = hold(GeoPositions3f::create());
+    node->addAttachment(attached.get());
+
+    node->subAttachment(other.get());
+    node->subAttachment(attached.get(), 1);
+
+    EXPECT_TRUE(node->findAttachment(GeoPositions3f::getClassType()) == attached.get());
+    EXPECT_EQ(attached.get().getRefCount(), 2);
+    EXPECT_EQ(other.get().getRefCount(), 1);
+}
+
 } // namespace

@@ -271,6 +271,23 @@ TEST_F(ChangeListTest, ClearingForgetsEverything)
     EXPECT_EQ(list()->sizeAddRefd(), 0U);
 }
 
+TEST_F(ChangeListTest, MergingAppendsTheOtherList)
+{
+    const auto group = hold(Group::create());
+    const UInt32 id = getContainerId(group.get());
+    ChangeList other;
+    other.setReadOnly(false);
+    takeChanges();
+    endEditCP(group, 0x2);
+
+    other.merge(*list());
+    other.merge(*list());
+
+    EXPECT_THAT(std::vector<Change>(other.beginChanged(), other.endChanged()),
+                ElementsAre(Pair(id, 0x2U), Pair(id, 0x2U)));
+    EXPECT_EQ(list()->sizeChanged(), 1U);
+}
+
 TEST_F(ChangeListTest, AReadOnlyListRecordsNothing)
 {
     list()->clearAll();

@@ -149,4 +149,18 @@ TEST_F(EmbeddedOnlyTest, ReplacingTheOnlyChildByItselfKeepsEverythingAlive)
     EXPECT_EQ(child->getParent() != NullFC, parent->getNChildren() == 1U);
 }
 
+TEST_F(EmbeddedOnlyTest, ATypeThatComesLateHasAPrototypeOnceItIsInitialized)
+{
+    FieldContainerType late("LateGroup", "Group", nullptr, []() -> FieldContainerPtr { return Group::createEmpty(); },
+                            nullptr);
+    EXPECT_TRUE(late.getPrototype() == NullFC);
+    EXPECT_TRUE(late.createFieldContainer() == NullFC);
+
+    FieldContainerFactory::the()->initializePendingTypes();
+
+    EXPECT_TRUE(late.getPrototype() != NullFC);
+    EXPECT_TRUE(late.isDerivedFrom(NodeCore::getClassType()));
+    EXPECT_EQ(FieldContainerFactory::the()->findType("LateGroup"), &late);
+}
+
 } // namespace

@@ -245,8 +245,9 @@ TEST_F(EmbeddedScaleTest, ManyNodesShareACoreAndLeaveItInAnyOrder)
     std::vector<UInt32> order(many);
     std::iota(order.begin(), order.end(), 0U);
     std::shuffle(order.begin(), order.end(), std::mt19937(23));
-    const std::size_t half = many / 2;
-    for (std::size_t i = 0; i < half; ++i) {
+    // Most of them without looking in between, so that those who stay are moved together more than once.
+    const std::size_t rest = many / 5;
+    for (std::size_t i = rest; i < many; ++i) {
         nodes[order[i]] = NullFC;
     }
 
@@ -256,9 +257,9 @@ TEST_F(EmbeddedScaleTest, ManyNodesShareACoreAndLeaveItInAnyOrder)
             left.push_back(node);
         }
     }
-    ASSERT_EQ(core->getParents().size(), half);
+    ASSERT_EQ(core->getParents().size(), rest);
     std::vector<NodePtr> parents;
-    for (UInt32 i = 0; i < half; ++i) {
+    for (UInt32 i = 0; i < rest; ++i) {
         parents.push_back(core->getParents()[i]);
     }
     EXPECT_TRUE(parents == left);
@@ -295,6 +296,28 @@ TEST_F(EmbeddedScaleTest, ManyGeometriesShareAPropertyAndLeaveIt)
 
     EXPECT_EQ(positions->getParents().size(), 0U);
     EXPECT_EQ(positions.get().getRefCount(), 1);
+}
+
+TEST_F(EmbeddedScaleTest, ManyNodesShareAnAttachmentAndLeaveIt)
+{
+    const auto attachment = hold(GeoPositions3f::create());
+    const auto other = hold(GeoColors3f::create());
+    std::vector<RefPtr<NodePtr>> nodes(many);
+    for (auto& node : nodes) {
+        node = Node::create();
+        node->addAttachment(other.get());
+        node->addAttachment(attachment.get());
+    }
+
+    std::shuffle(nodes.begin(), nodes.end(), std::mt19937(31));
+    const RefPtr<NodePtr> last(nodes.back());
+    nodes.clear();
+
+    ASSERT_EQ(attachment->getParents().size(), 1U);
+    EXPECT_TRUE(attachment->getParents()[0] == last.get());
+    EXPECT_EQ(other->getParents().size(), 1U);
+    last->subAttachment(attachment.get());
+    EXPECT_EQ(attachment->getParents().size(), 0U);
 }
 
 TEST_F(EmbeddedScaleTest, MemoryOfTheDeadIsUsedAgain)

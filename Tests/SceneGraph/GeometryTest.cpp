@@ -95,4 +95,56 @@ TEST_F(GeometryTest, KeepsItsMaterial)
     EXPECT_TRUE(geometry->getMaterial() == material);
 }
 
+TEST_F(GeometryTest, SettingItsOwnPropertyAgainKeepsIt)
+{
+    const auto geometry = hold(makeCube());
+    const UInt32 id = getContainerId(geometry->getPositions());
+
+    geometry->setPositions(geometry->getPositions());
+
+    ASSERT_TRUE(quon::testing::isAlive(id));
+    EXPECT_EQ(geometry->getPositions().getRefCount(), 1);
+    EXPECT_EQ(geometry->getPositions()->getParents().size(), 1U);
+}
+
+TEST_F(GeometryTest, AShallowCopySharesTheProperties)
+{
+    const auto geometry = hold(makeCube());
+
+    const auto copy = hold(GeometryPtr::dcast(geometry->shallowCopy()));
+
+    EXPECT_TRUE(copy->getPositions() == geometry->getPositions());
+    EXPECT_EQ(copy->getPositions().getRefCount(), 2);
+    EXPECT_EQ(copy->getPositions()->getParents().size(), 2U);
+}
+
+TEST_F(GeometryTest, ACloneHasPropertiesOfItsOwn)
+{
+    const auto geometry = hold(makeCube());
+
+    const auto copy = hold(geometry->clone());
+
+    EXPECT_TRUE(copy->getPositions() != geometry->getPositions());
+    EXPECT_EQ(copy->getPositions().getRefCount(), 1);
+    EXPECT_EQ(copy->getPositions()->getValue(1), Pnt3f(1, 1, 1));
+    EXPECT_EQ(geometry->getPositions()->getParents().size(), 1U);
+}
+
+TEST_F(GeometryTest, RarePropertiesAreHeldAndReleasedAsTheOthersAre)
+{
+    const auto geometry = hold(Geometry::create());
+    const auto colors = hold(GeoColors3f::create());
+    const auto coordinates = hold(GeoTexCoords2f::create());
+
+    geometry->setSecondaryColors(colors.get());
+    geometry->setTexCoords1(coordinates.get());
+    EXPECT_TRUE(geometry->getSecondaryColors() == colors.get());
+    EXPECT_TRUE(geometry->getTexCoords1() == coordinates.get());
+    EXPECT_EQ(colors.get().getRefCount(), 2);
+
+    geometry->setSecondaryColors(NullFC);
+    EXPECT_EQ(colors.get().getRefCount(), 1);
+    EXPECT_EQ(coordinates.get().getRefCount(), 2);
+}
+
 } // namespace

@@ -131,4 +131,18 @@ TEST_F(NodeCoreTest, AMaterialPoolHoldsMaterials)
     EXPECT_EQ(material.get().getRefCount(), 1);
 }
 
+TEST_F(NodeCoreTest, AMaterialPoolReleasesItsMaterials)
+{
+    RefPtr<MaterialPoolPtr> pool(MaterialPool::create());
+    const auto first = hold(SimpleMaterial::create());
+    const auto second = hold(SimpleMaterial::create());
+    pool->add(first.get());
+    pool->clear();
+    EXPECT_EQ(first.get().getRefCount(), 1);
+
+    pool->add(second.get());
+    pool = NullFC;
+    EXPECT_EQ(second.get().getRefCount(), 1);
+}
+
 } // namespace
