@@ -398,6 +398,14 @@ osg::Matrix EmbreePicker::getCamera() const
     return m_camera;
 }
 
+const std::vector<osg::NodePtr>& EmbreePicker::getPickedNodes(osg::SelectionOption* option)
+{
+    m_asksForNodes = true;
+    const std::vector<osg::NodePtr>& nodes = LazyPicker::getPickedNodes(option);
+    m_asksForNodes = false;
+    return nodes;
+}
+
 void EmbreePicker::setRoot(const osg::NodePtr& root)
 {
     LazyPicker::setRoot(root);
@@ -428,10 +436,8 @@ osg::NodePtr EmbreePicker::findNodeAt(const osg::Pnt2f& position)
 
 bool EmbreePicker::isCacheValid()
 {
-    // The picks and the node list share one dirty flag, and this operation does not learn which of the two is asked
-    // for: so both must be up to date, as far as either has been asked for at all.
-    const Key current = getCurrentKey();
-    return (!m_pickKey.set || m_pickKey.equals(current)) && (!m_nodesKey.set || m_nodesKey.equals(current));
+    // The picks and the node list share one dirty flag: each has to prove by its own key that it is up to date.
+    return (m_asksForNodes ? m_nodesKey : m_pickKey).equals(getCurrentKey());
 }
 
 void EmbreePicker::computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,

@@ -47,6 +47,7 @@ public:
     void setCamera(const osg::Matrix& camera) override;
     osg::Matrix getCamera() const override;
 
+    const std::vector<osg::NodePtr>& getPickedNodes(osg::SelectionOption* option) override;
     void setRoot(const osg::NodePtr& root) override;
     void invalidate() override;
 
@@ -115,6 +116,7 @@ private:
     bool m_sceneStale = true;
     Key m_pickKey;
     Key m_nodesKey;
+    bool m_asksForNodes = false; ///< inside getPickedNodes()
 };
 
 } // namespace quon::viewer

@@ -188,8 +188,8 @@ TEST_F(SceneRendererTest, ASwitchShowsItsChoiceAlone)
 {
     const osg::SwitchPtr choosing = osg::Switch::create();
     choosing->setChoice(1);
-    add(makeNode(choosing, {makeNode(rectangle(makePlainMaterial(Red), 0.5F)),
-                            makeNode(rectangle(makePlainMaterial(Green)))}));
+    add(makeNode(choosing,
+                 {makeNode(rectangle(makePlainMaterial(Red), 0.5F)), makeNode(rectangle(makePlainMaterial(Green)))}));
 
     EXPECT_EQ(drawCentre(), hex(GreenPixel));
 }
@@ -695,8 +695,8 @@ TEST_F(SceneRendererTest, ACameraThatIsNotANumberDrawsWithoutHarm)
     Matrix4 nowhere;
     nowhere(2, 3) = std::numeric_limits<double>::quiet_NaN();
 
-    const QImage picture = m_surface.draw(
-        Size, Size, [&] { m_renderer.draw(m_root.get(), nowhere, Matrix4(), Size, Size); });
+    const QImage picture =
+        m_surface.draw(Size, Size, [&] { m_renderer.draw(m_root.get(), nowhere, Matrix4(), Size, Size); });
 
     EXPECT_EQ(m_renderer.getStatistics().transparent, 2U);
     EXPECT_EQ(picture.width(), Size);
@@ -847,19 +847,18 @@ const osg::Pnt3f B(0.5F, -0.5F, 0);
 const osg::Pnt3f C(0.5F, 0.5F, 0);
 const osg::Pnt3f D(-0.5F, 0.5F, 0);
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, SceneRendererPrimitiveTest,
-    ::testing::Values(Primitive{"Points", GL_POINTS, {A, B, C, D}, 30, 40},
-                      Primitive{"Lines", GL_LINES, {A, B, C, D}, 62, 66},
-                      Primitive{"LineStrip", GL_LINE_STRIP, {A, B, C}, 62, 66},
-                      Primitive{"LineLoop", GL_LINE_LOOP, {A, B, C, D}, 124, 130},
-                      Primitive{"Triangles", GL_TRIANGLES, {A, B, C, A, C, D}, 1024, 1024},
-                      Primitive{"TriangleStrip", GL_TRIANGLE_STRIP, {A, B, D, C}, 1024, 1024},
-                      Primitive{"TriangleFan", GL_TRIANGLE_FAN, {A, B, C, D}, 1024, 1024},
-                      Primitive{"Quads", GL_QUADS, {A, B, C, D}, 1024, 1024},
-                      Primitive{"QuadStrip", GL_QUAD_STRIP, {A, B, D, C}, 1024, 1024},
-                      Primitive{"Polygon", GL_POLYGON, {A, B, C, D}, 1024, 1024}),
-    [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Kinds, SceneRendererPrimitiveTest,
+                         ::testing::Values(Primitive{"Points", GL_POINTS, {A, B, C, D}, 30, 40},
+                                           Primitive{"Lines", GL_LINES, {A, B, C, D}, 62, 66},
+                                           Primitive{"LineStrip", GL_LINE_STRIP, {A, B, C}, 62, 66},
+                                           Primitive{"LineLoop", GL_LINE_LOOP, {A, B, C, D}, 124, 130},
+                                           Primitive{"Triangles", GL_TRIANGLES, {A, B, C, A, C, D}, 1024, 1024},
+                                           Primitive{"TriangleStrip", GL_TRIANGLE_STRIP, {A, B, D, C}, 1024, 1024},
+                                           Primitive{"TriangleFan", GL_TRIANGLE_FAN, {A, B, C, D}, 1024, 1024},
+                                           Primitive{"Quads", GL_QUADS, {A, B, C, D}, 1024, 1024},
+                                           Primitive{"QuadStrip", GL_QUAD_STRIP, {A, B, D, C}, 1024, 1024},
+                                           Primitive{"Polygon", GL_POLYGON, {A, B, C, D}, 1024, 1024}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 } // namespace
 
