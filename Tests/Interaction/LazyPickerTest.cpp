@@ -5,6 +5,7 @@
 #include "Support/ObjectNames.h"
 #include "Support/RecordingPicker.h"
 #include "Support/SceneFixture.h"
+#include "Support/VirtualSlot.h"
 
 #include <OpenSG/OSGConfig.h>
 
@@ -17,6 +18,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -124,6 +126,65 @@ private:
 constexpr const char* optionCall = "picker.updateSelectionOption(null)";
 constexpr const char* validCall = "picker.isCacheValid()";
 constexpr const char* pickCall = "picker.computePicked(null)";
+
+// The interface.
+
+/** Names the operations that are for subclasses only. */
+class ProtectedOperations : public LazyPicker {
+public:
+    static std::vector<std::ptrdiff_t> slots()
+    {
+        return {virtualSlot(&ProtectedOperations::isCacheValid), virtualSlot(&ProtectedOperations::computePicked),
+                virtualSlot(&ProtectedOperations::computePickedNodes),
+                virtualSlot(&ProtectedOperations::computeMultiPicked),
+                virtualSlot(&ProtectedOperations::updateSelectionOption)};
+    }
+
+    virtual void next() = 0;
+};
+
+TEST(PickerTest, DeclaresItsOperationsInTheirOrderWithoutAVirtualDestructor)
+{
+    EXPECT_EQ(virtualSlot(&Picker::getPicked), 0);
+    EXPECT_EQ(virtualSlot(&Picker::getPickedPoint), 1);
+    EXPECT_EQ(virtualSlot(&Picker::getPickedNode), 2);
+    EXPECT_EQ(virtualSlot(&Picker::getPickedNormal), 3);
+    EXPECT_EQ(virtualSlot(&Picker::getPickedUV), 4);
+    EXPECT_EQ(virtualSlot(&Picker::getPickedMaterial), 5);
+    EXPECT_EQ(virtualSlot(&Picker::getMultiPicked), 6);
+    EXPECT_EQ(virtualSlot(&Picker::setFullyEnclosed), 7);
+    EXPECT_EQ(virtualSlot(&Picker::getFullyEnclosed), 8);
+    EXPECT_EQ(virtualSlot(&Picker::setDepthSelection), 9);
+    EXPECT_EQ(virtualSlot(&Picker::getDepthSelection), 10);
+    EXPECT_EQ(virtualSlot(&Picker::setSelectionRegion), 11);
+    EXPECT_EQ(virtualSlot(&Picker::getSelectionRegion), 12);
+    EXPECT_EQ(virtualSlot(&Picker::getPickedNodes), 13);
+    EXPECT_EQ(virtualSlot(&Picker::setRoot), 14);
+    EXPECT_EQ(virtualSlot(&Picker::getRoot), 15);
+    EXPECT_EQ(virtualSlot(&Picker::setMakeNormalsConsistent), 16);
+    EXPECT_EQ(virtualSlot(&Picker::getMakeNormalsConsistent), 17);
+    EXPECT_EQ(virtualSlot(&Picker::setMaterialLayerEvaluationEnabled), 18);
+    EXPECT_EQ(virtualSlot(&Picker::setTransparencyEvaluationEnabled), 19);
+    EXPECT_EQ(virtualSlot(&Picker::setPointer), 20);
+    EXPECT_EQ(virtualSlot(&Picker::getPointer), 21);
+    EXPECT_EQ(virtualSlot(&Picker::setCamera), 22);
+    EXPECT_EQ(virtualSlot(&Picker::getCamera), 23);
+    static_assert(!std::has_virtual_destructor_v<Picker>);
+    static_assert(std::is_abstract_v<Picker>);
+    static_assert(sizeof(Picker) == sizeof(void*));
+}
+
+TEST_F(LazyPickerTest, AddsAVirtualDestructorAndItsOwnOperationsBehindThoseOfTheInterface)
+{
+    // The destructor takes the places 24 and 25.
+    static_assert(std::has_virtual_destructor_v<LazyPicker>);
+    EXPECT_EQ(virtualSlot(&LazyPicker::invalidate), 26);
+    EXPECT_EQ(virtualSlot(&LazyPicker::getMaterialLayerEvaluationEnabled), 27);
+    EXPECT_EQ(virtualSlot(&LazyPicker::getTransparencyEvaluationEnabled), 28);
+    EXPECT_THAT(ProtectedOperations::slots(), ElementsAre(29, 30, 31, 32, 33));
+    EXPECT_EQ(virtualSlot(&ProtectedOperations::next), 34);
+    static_assert(std::is_abstract_v<LazyPicker>);
+}
 
 // The first query.
 
