@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdlib>
 #include <list>
 #include <memory>
 #include <string>
@@ -84,6 +85,22 @@ TEST_F(InteractionManagerTest, GetInstanceAlwaysReturnsTheSameManager)
     EXPECT_NE(first, nullptr);
     EXPECT_EQ(InteractionManager::getInstance(), first);
     EXPECT_NE(first, &m_manager);
+}
+
+TEST_F(InteractionManagerTest, TheInstanceStillAnswersAtProcessExit)
+{
+    // In a process of its own, where nobody has asked for the instance before.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto exitWithContext = [this] {
+        static const InteractionEvent event("tool:select", "start");
+        // Registered first, called last.
+        std::atexit([] { std::_Exit(InteractionManager::getInstance()->triggerEvent(event) ? 0 : 1); });
+        m_two.setConsuming(true);
+        InteractionManager::getInstance()->addContext(&m_two);
+        std::exit(2);
+    };
+
+    EXPECT_EXIT(exitWithContext(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(InteractionManagerTest, StartsEnabledWithoutContextsRootAndPresenterMode)
@@ -499,6 +516,20 @@ TEST_F(InteractionManagerTest, TwoDisableNeedTwoEnable)
 
     m_manager.enable();
     EXPECT_THAT(m_log.take(), ElementsAre("two.enabled()"));
+}
+
+TEST_F(InteractionManagerTest, DisabledTwiceIsDisabled)
+{
+    m_two.setConsuming(true);
+    add(m_two);
+    m_manager.disable();
+    m_manager.disable();
+    m_log.clear();
+
+    EXPECT_FALSE(m_manager.triggerEvent(m_event));
+    m_manager.addContext(&m_five);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("five.contextAdded()", "five.disabled()"));
 }
 
 TEST_F(InteractionManagerTest, ASurplusEnableIsTakenBackByTheNextDisable)
