@@ -57,7 +57,7 @@ public:
     /**
      * Marks the context enabled and, when it is active and has a description, shows it, on top or not.
      *
-     * Does nothing when the context is enabled already.
+     * Does nothing when the context is enabled already. A notification that is still shown stays, no longer tracked.
      */
     void enabled(InteractionManager* manager) override;
 
@@ -70,7 +70,11 @@ public:
     /** Removes the notification while enabled, forgets the manager and marks the context inactive; raised stays. */
     void contextRemoved(InteractionManager* manager) override;
 
-    /** Marks the context raised and, while enabled, shows the description unless it is empty. */
+    /**
+     * Marks the context raised and, while enabled, shows the description unless it is empty.
+     *
+     * A notification that is still shown stays, no longer tracked.
+     */
     void contextRaised(InteractionManager* manager) override;
 
     /** Marks the context not raised and removes the notification while enabled. */
