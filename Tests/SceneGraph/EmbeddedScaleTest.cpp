@@ -320,6 +320,26 @@ TEST_F(EmbeddedScaleTest, ManyNodesShareAnAttachmentAndLeaveIt)
     EXPECT_EQ(attachment->getParents().size(), 0U);
 }
 
+TEST_F(EmbeddedScaleTest, ManyNodesHaveAnAttachmentTwiceAndLeaveIt)
+{
+    const auto attachment = hold(GeoPositions3f::create());
+    std::vector<RefPtr<NodePtr>> nodes(many / 10);
+    for (auto& node : nodes) {
+        node = Node::create();
+        node->addAttachment(attachment.get(), 0);
+        node->addAttachment(attachment.get(), 1);
+    }
+
+    std::shuffle(nodes.begin(), nodes.end(), std::mt19937(37));
+    const RefPtr<NodePtr> last(nodes.back());
+    nodes.clear();
+    last->subAttachment(attachment.get(), 0);
+
+    ASSERT_EQ(attachment->getParents().size(), 1U);
+    EXPECT_TRUE(attachment->getParents()[0] == last.get());
+    EXPECT_EQ(attachment.get().getRefCount(), 2);
+}
+
 TEST_F(EmbeddedScaleTest, MemoryOfTheDeadIsUsedAgain)
 {
     // Identifiers are not, and both together must not grow without end.

@@ -56,7 +56,11 @@ TEST_F(FieldContainerFactoryTest, IdsFollowTheOrderOfCreation)
 
 TEST_F(FieldContainerFactoryTest, IdsAreNeverUsedAgain)
 {
-    UInt32 lastId = 0;
+    const UInt32 firstId = [] {
+        const auto node = hold(Node::create());
+        return getContainerId(node.get());
+    }();
+    UInt32 lastId = firstId;
 
     for (int i = 0; i < 5000; ++i) {
         NodePtr node = Node::create();
@@ -65,6 +69,9 @@ TEST_F(FieldContainerFactoryTest, IdsAreNeverUsedAgain)
         lastId = id;
         subRefCP(node);
     }
+
+    EXPECT_TRUE(FieldContainerFactory::the()->getContainer(firstId) == NullFC);
+    EXPECT_TRUE(FieldContainerFactory::the()->getContainer(lastId) == NullFC);
 }
 
 TEST_F(FieldContainerFactoryTest, FindsTypesByName)

@@ -243,6 +243,17 @@ TEST_F(NodeVolumeTest, ACoreSetWithoutAnEditLeavesTheOldVolume)
     EXPECT_EQ(worldBounds(node), filled(Pnt3f(0, 0, 0), Pnt3f(5, 5, 5)));
 }
 
+TEST_F(NodeVolumeTest, EndingTheEditOfTheMaskOfARootRefreshesItself)
+{
+    const auto node = hold(makeNode(makeCube()));
+    ASSERT_EQ(worldBounds(node), unitCube);
+    node->setCore(makePoints({Pnt3f(0, 0, 0), Pnt3f(5, 5, 5)}));
+
+    endEditCP(node, Node::TravMaskFieldMask);
+
+    EXPECT_EQ(worldBounds(node), filled(Pnt3f(0, 0, 0), Pnt3f(5, 5, 5)));
+}
+
 TEST_F(NodeVolumeTest, ANodeThatLostItsChildrenIsEmptyWithItsOldBounds)
 {
     const auto node = hold(makeNode(makeTranslation(5, 0, 0)));

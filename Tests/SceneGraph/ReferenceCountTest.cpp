@@ -380,6 +380,19 @@ TEST_F(ReferenceCountTest, SubtractingAChunkReleasesOneAndTheEditTheOther)
     EXPECT_EQ(chunk.get().getRefCount(), 1);
 }
 
+TEST_F(ReferenceCountTest, SubtractingAChunkFromASimpleMaterialReleasesItWithTheEdit)
+{
+    const auto material = hold(SimpleMaterial::create());
+    const auto chunk = hold(LineChunk::create());
+    material->addChunk(chunk.get(), -2);
+    endEditCP(material);
+
+    material->subChunk(chunk.get());
+    endEditCP(material);
+
+    EXPECT_EQ(chunk.get().getRefCount(), 1);
+}
+
 TEST_F(ReferenceCountTest, AContainerHoldsItsAttachments)
 {
     const auto node = hold(Node::create());

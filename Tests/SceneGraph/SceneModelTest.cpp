@@ -215,6 +215,59 @@ RC_GTEST_FIXTURE_PROP(SceneModelTest, ParentsOfCoresAreThoseOfAPlainVector, ())
     }
 }
 
+RC_GTEST_FIXTURE_PROP(SceneModelTest, ParentsOfAttachmentsAreThoseOfAPlainVector, ())
+{
+    constexpr std::size_t attachmentCount = 2;
+    constexpr std::size_t nodeCount = 30;
+    struct Use {
+        std::size_t node;
+        UInt16 binding;
+    };
+    std::vector<RefPtr<GeoPositions3fPtr>> attachments;
+    std::vector<RefPtr<NodePtr>> nodes(nodeCount);
+    std::vector<std::vector<Use>> uses(attachmentCount);
+    const auto forget = [&uses](const auto& isMeant) {
+        for (auto& list : uses) {
+            list.erase(std::remove_if(list.begin(), list.end(), isMeant), list.end());
+        }
+    };
+    for (std::size_t i = 0; i < attachmentCount; ++i) {
+        attachments.push_back(hold(GeoPositions3f::create()));
+    }
+    for (auto& node : nodes) {
+        node = Node::create();
+    }
+
+    const int steps = *rc::gen::inRange(0, 400);
+    for (int step = 0; step < steps; ++step) {
+        const Use use{pick(nodeCount), static_cast<UInt16>(pick(3))};
+        const std::size_t attachment = pick(attachmentCount);
+        const auto isSame = [&use](const Use& other) { return other.node == use.node && other.binding == use.binding; };
+        auto& list = uses[attachment];
+        if (happens(65)) {
+            nodes[use.node]->addAttachment(attachments[attachment].get(), use.binding);
+            forget(isSame);
+            list.push_back(use);
+        } else if (happens(50)) {
+            nodes[use.node]->subAttachment(attachments[attachment].get(), use.binding);
+            list.erase(std::remove_if(list.begin(), list.end(), isSame), list.end());
+        } else {
+            nodes[use.node] = Node::create();
+            forget([&use](const Use& other) { return other.node == use.node; });
+        }
+
+        if (happens(3) || step + 1 == steps) {
+            for (std::size_t i = 0; i < attachmentCount; ++i) {
+                RC_ASSERT(attachments[i]->getParents().size() == uses[i].size());
+                RC_ASSERT(attachments[i].get().getRefCount() == static_cast<Int32>(uses[i].size()) + 1);
+                for (std::size_t j = 0; j < uses[i].size(); ++j) {
+                    RC_ASSERT(attachments[i]->getParents()[static_cast<UInt32>(j)] == nodes[uses[i][j].node].get());
+                }
+            }
+        }
+    }
+}
+
 // A small tree whose boxes are computed from scratch as well.
 class VolumeModel {
 public:

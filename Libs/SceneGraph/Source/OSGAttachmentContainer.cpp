@@ -47,10 +47,11 @@ AttachmentContainer::AttachmentContainer(const AttachmentContainer& source)
 
 AttachmentContainer::~AttachmentContainer()
 {
-    MField<AttachmentMap::Entry> entries;
-    entries.swap(m_sfAttachments.getValue().m_entries);
-    for (AttachmentMap::Entry& entry : entries) {
-        release(entry);
+    // In place: while one goes, the slot of another, the same attachment under a second binding, may still change.
+    for (AttachmentMap::Entry& entry : m_sfAttachments.getValue().m_entries) {
+        AttachmentMap::Entry released = entry;
+        entry.second = NullFC;
+        release(released);
     }
 }
 
