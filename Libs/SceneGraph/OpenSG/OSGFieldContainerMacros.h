@@ -9,6 +9,8 @@
  *
  * The class itself brings the static members `_type` (FieldContainerType) and, with fields of its own, `_desc` (array
  * of FieldDescription*), a constructor and a copy constructor, both protected, and the friend osg::FieldContainer.
+ *
+ * create() stays out of line, or compilers warn of the null that it returns before osgInit() wherever it is used.
  */
 
 #define OSG_ABSTR_FIELD_CONTAINER_DECL(OSG_FIELD_CONTAINER_PTR)                                                        \
@@ -22,8 +24,8 @@ public:                                                                         
 
 #define OSG_FIELD_CONTAINER_DECL(OSG_FIELD_CONTAINER_PTR)                                                              \
     OSG_ABSTR_FIELD_CONTAINER_DECL(OSG_FIELD_CONTAINER_PTR)                                                            \
-    static OSG_FIELD_CONTAINER_PTR create();                                                                           \
-    static OSG_FIELD_CONTAINER_PTR createEmpty();                                                                      \
+    [[gnu::noinline]] static OSG_FIELD_CONTAINER_PTR create();                                                         \
+    [[gnu::noinline]] static OSG_FIELD_CONTAINER_PTR createEmpty();                                                    \
     ::osg::FieldContainerPtr shallowCopy() const override;
 
 #define OSG_ABSTR_FIELD_CONTAINER_INL_DEF(OSG_CLASS, OSG_FIELD_CONTAINER_PTR)                                          \

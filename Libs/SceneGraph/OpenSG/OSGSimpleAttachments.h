@@ -35,8 +35,8 @@ public:
     const FieldContainerType& getType() const override { return _type; }
     UInt32 getContainerSize() const override { return static_cast<UInt32>(sizeof(SimpleAttachment)); }
 
-    static PtrType create();
-    static PtrType createEmpty();
+    [[gnu::noinline]] static PtrType create();
+    [[gnu::noinline]] static PtrType createEmpty();
     FieldContainerPtr shallowCopy() const override;
 
     using FieldContainer::getField;
