@@ -306,6 +306,35 @@ TEST_F(ToolInteractionContextTest, SettingTheFirstToolInAManagerActivatesIt)
     EXPECT_THAT(m_log.calls(), ElementsAre("tool.activateTool()"));
 }
 
+TEST_F(ToolInteractionContextTest, SettingAToolBelowTheTopActivatesItAsWell)
+{
+    RecordingContext top(m_log, "top", InteractionContext::Overlay);
+    m_manager.addContext(&top);
+    m_manager.addContext(&m_context);
+    m_manager.disable();
+    m_log.clear();
+
+    m_context.setTool(&m_tool);
+    m_context.setTool(&m_other);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("tool.activateTool()", "tool.deactivateTool()", "other.activateTool()"));
+}
+
+TEST_F(ToolInteractionContextTest, AToolMayHandOverToAnotherWhileItIsActivated)
+{
+    m_context.setTool(&m_tool);
+    m_tool.setHook([this](const std::string& operation) {
+        if (operation == "activateTool") {
+            m_context.setTool(&m_other);
+        }
+    });
+
+    m_manager.addContext(&m_context);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("tool.activateTool()", "tool.deactivateTool()", "other.activateTool()"));
+    EXPECT_EQ(m_context.getTool(), &m_other);
+}
+
 TEST_F(ToolInteractionContextTest, ReplacingTheToolDoesNotHandTheModeOver)
 {
     m_context.setTool(&m_tool);
