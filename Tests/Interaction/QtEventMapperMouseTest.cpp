@@ -658,6 +658,7 @@ TEST_P(QtEventMapperMouseRemovalTest, ABindingAddedFromInsideAnEventTakesPartFro
     m_log.clear();
     during(sent("first", verb), [this] {
         m_mapper.addMouseMapping(Qt::LeftButton, none, "added", QString());
+        m_mapper.addMouseMapping(Qt::LeftButton, none, "added", QString());
         m_mapper.addMouseMapping(Qt::RightButton, none, "added", QString());
     });
 
@@ -956,6 +957,32 @@ TEST_F(QtEventMapperMouseTest, AfterTheFirstPressShortCategoriesAllocateNothing)
     const std::size_t allocationCount = getAllocationCount();
 
     pressDragAndRelease();
+
+    EXPECT_EQ(getAllocationCount(), allocationCount);
+}
+
+TEST_F(QtEventMapperMouseTest, StartsOfActiveCategoriesDoNotMakeLaterOnesAllocate)
+{
+    InteractionManager managerWithoutContexts;
+    m_mapper.setInteractionManager(&managerWithoutContexts);
+    bind(Qt::LeftButton, none, "left");
+    bind(Qt::RightButton, none, "right");
+    const auto pressAndReleaseBoth = [this] {
+        press(Qt::LeftButton);
+        press(Qt::RightButton);
+        release(Qt::LeftButton);
+        release(Qt::RightButton);
+    };
+    pressAndReleaseBoth();
+    const std::size_t allocationCount = getAllocationCount();
+
+    // More often than memory is kept for.
+    for (int count = 0; count < 20; ++count) {
+        press(Qt::LeftButton);
+        press(Qt::LeftButton);
+        release(Qt::LeftButton);
+    }
+    pressAndReleaseBoth();
 
     EXPECT_EQ(getAllocationCount(), allocationCount);
 }

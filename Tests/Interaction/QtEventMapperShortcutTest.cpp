@@ -98,6 +98,7 @@ TEST_F(QtEventMapperShortcutTest, AddingWithoutDescriptionDoesNotCallTheRegistry
     m_mapper.addKeyboardMapping(Qt::Key_A, none, "select", QString());
     m_mapper.addKeyboardMapping(Qt::Key_A, none, "select", "");
     m_mapper.addMouseMapping(Qt::LeftButton, none, "orbit", QString());
+    m_mapper.addMouseMapping(Qt::LeftButton, none, "orbit", "");
 
     EXPECT_THAT(m_log.calls(), IsEmpty());
 }
