@@ -7,8 +7,7 @@
 
 #include <cmath>
 #include <limits>
-#include <map>
-#include <set>
+#include <string>
 #include <type_traits>
 
 namespace {
@@ -22,7 +21,18 @@ template <class PointT>
 class FreshPointTest : public ::testing::Test {};
 
 using AllPoints = ::testing::Types<Pnt2f, Pnt3f, Pnt4f, Vec2f, Vec3f, Vec4f, Pnt3d, Vec3d, Vec4d, Pnt3ub, Vec4ub, Vec3s>;
-TYPED_TEST_SUITE(FreshPointTest, AllPoints);
+
+struct PointName {
+    template <class PointT>
+    static std::string GetName(int)
+    {
+        constexpr bool isPoint = std::is_same_v<PointT, Point<typename PointT::ValueType, PointT::_uiSize>>;
+        return std::string(isPoint ? "PointOf" : "VectorOf") + std::to_string(PointT::_uiSize) + "Times" +
+               std::to_string(sizeof(typename PointT::ValueType)) + "Bytes";
+    }
+};
+
+TYPED_TEST_SUITE(FreshPointTest, AllPoints, PointName);
 
 TYPED_TEST(FreshPointTest, HasOnlyZeros)
 {
