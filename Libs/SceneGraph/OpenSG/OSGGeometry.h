@@ -125,7 +125,7 @@ public:
     void changed(BitVector whichField, UInt32 origin) override;
 
 protected:
-    Geometry() = default;
+    Geometry();
     /// The copy shares the properties.
     Geometry(const Geometry& source);
     ~Geometry() override;

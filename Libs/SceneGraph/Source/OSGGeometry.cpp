@@ -156,6 +156,9 @@ Geometry::RareFields& Geometry::editRareFields()
     return *m_rareFields;
 }
 
+// Here, where the rare fields are known, so that classes can be derived elsewhere.
+Geometry::Geometry() = default;
+
 Geometry::Geometry(const Geometry& source)
     : Inherited(source)
     , m_sfTypes(source.m_sfTypes)
