@@ -207,7 +207,9 @@ void BoxSelectionVisualisation::setLockedColor(const osg::Color3f& color)
 
 void BoxSelectionVisualisation::setTransparency(float transparency, int sortKeyOffset)
 {
-    const osg::Int32 sortKey = m_highlightMaterial->getSortKey() + sortKeyOffset;
+    // Offsets accumulate: in unsigned numbers, where they may run over.
+    const osg::Int32 sortKey = static_cast<osg::Int32>(static_cast<osg::UInt32>(m_highlightMaterial->getSortKey()) +
+                                                       static_cast<osg::UInt32>(sortKeyOffset));
     {
         const EditScope edit(m_highlightMaterial);
         m_highlightMaterial->setTransparency(transparency);
@@ -247,7 +249,7 @@ osg::NodePtr BoxSelectionVisualisation::createVisualisation(const osg::NodePtr& 
     const osg::GeoIndicesUI32Ptr indices = createIndices();
     const osg::GeoPositions3fPtr positions = createPositions();
 
-    const osg::GeometryPtr geometry = osg::Geometry::create();
+    const osg::GeometryPtr geometry = extensions::createGeometry();
     {
         const EditScope edit(geometry);
         geometry->setTypes(types);

@@ -34,7 +34,8 @@ namespace quon::interaction {
  * stack with removeVisualisation() and back with createVisualisation(), and is dropped by clear() and the destructor
  * for the nodes on the stack only: a box that is in use when the instance is destroyed keeps it. So does each of the
  * two materials keep the reference that the constructor took. Call removeAllNodes() before destroying an instance to
- * leave no box behind.
+ * leave no box behind, and deselect a node before the scene destroys it: the box of a node that is gone is not recycled
+ * and keeps its own reference for good.
  *
  * @par Threading
  * User-interface thread only, no locks.
@@ -73,7 +74,7 @@ public:
      * Sets the transparency of all boxes and moves them within the order of drawing.
      *
      * The offset is added to the current sort key of the highlight material, so it accumulates over calls; the
-     * locked-node material gets the same key, whatever its own was.
+     * locked-node material gets the same key, whatever its own was. The key wraps around at the ends of 32 bits.
      *
      * @param transparency 0 for opaque to 1 for invisible; 0.001 by default
      * @param sortKeyOffset added to the sort key, 60000 by default
@@ -109,7 +110,8 @@ public:
      * Fits @p visualisation to the world bounds of @p node and colours it by whether the user may edit the node.
      *
      * Where all six coordinates of the bounds are exactly 0, a cube of twice the marker size around the node's world
-     * position is drawn instead. Corners within 1e-6 of the wanted ones are not written again.
+     * position is drawn instead. A node that lost its extent may still report its last bounds: those are drawn then.
+     * Corners within 1e-6 of the wanted ones are not written again.
      *
      * @param node null is ignored
      * @param visualisation null is ignored, and so is a node that is no geometry with eight 3-float positions

@@ -3,6 +3,7 @@
 
 #include "Support/SceneBuilder.h"
 #include "Support/SceneFixture.h"
+#include "Support/StandardError.h"
 
 #include <Extensions/SceneExtensions.h>
 #include <SceneUtilities/NodeUtils.h>
@@ -71,6 +72,7 @@ using quon::testing::makeTranslation;
 using quon::testing::NodeRef;
 using quon::testing::SceneFixture;
 using quon::testing::setTranslation;
+using quon::testing::StandardError;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -297,6 +299,29 @@ TEST_F(BoxSelectionVisualisationTest, TheConstructorBuildsAndClosesInOrder)
                     Change(ids[5], allFields), Change(rootId, osg::Node::CoreFieldMask)));
 }
 
+TEST_F(BoxSelectionVisualisationTest, TheRootIsNamedAfterItHasItsMaterialGroup)
+{
+    std::vector<osg::BitVector> edits;
+    for (const Change& change : of(m_constructorChanges, {osg::getContainerId(root())})) {
+        if (change.second != osg::Node::VolumeFieldMask) {
+            edits.push_back(change.second);
+        }
+    }
+
+    ASSERT_GE(edits.size(), 3U);
+    EXPECT_EQ(edits[0], osg::Node::CoreFieldMask) << "the group core that the base built";
+    EXPECT_EQ(edits[1], osg::Node::CoreFieldMask);
+    EXPECT_THAT(std::vector<osg::BitVector>(edits.begin() + 2, edits.end()),
+                ::testing::Each(osg::AttachmentContainer::AttachmentsFieldMask));
+}
+
+TEST_F(BoxSelectionVisualisationTest, TheRootAloneHoldsTheGroupAndTheMaterialsAloneTheChunks)
+{
+    EXPECT_EQ(root()->getCore().getRefCount(), 1);
+    EXPECT_EQ(chunk(0).getRefCount(), chunk(1).getRefCount()) << "the instance holds none, also not the switch";
+    EXPECT_EQ(chunk(1).getRefCount(), chunk(2).getRefCount());
+}
+
 TEST_F(BoxSelectionVisualisationTest, DefaultsAreReadBack)
 {
     EXPECT_EQ(m_boxes->getMarkerSize(), 1.0F);
@@ -353,6 +378,16 @@ TEST_F(BoxSelectionVisualisationTest, TheSortKeyOffsetAccumulates)
 
     EXPECT_EQ(m_highlightMaterial->getSortKey(), 0);
     EXPECT_EQ(m_lockedNodeMaterial->getSortKey(), 0);
+}
+
+TEST_F(BoxSelectionVisualisationTest, TheSortKeyWrapsAround)
+{
+    m_boxes->setTransparency(0.5F, std::numeric_limits<int>::max());
+    EXPECT_EQ(m_highlightMaterial->getSortKey(), std::numeric_limits<int>::min() + 59999);
+    EXPECT_EQ(m_lockedNodeMaterial->getSortKey(), std::numeric_limits<int>::min() + 59999);
+
+    m_boxes->setTransparency(0.5F, std::numeric_limits<int>::min());
+    EXPECT_EQ(m_highlightMaterial->getSortKey(), 59999);
 }
 
 TEST_F(BoxSelectionVisualisationTest, TheLockedNodeMaterialTakesOverTheHighlightSortKey)
@@ -487,6 +522,30 @@ TEST_F(BoxSelectionVisualisationTest, ANewBoxIsBuiltAndClosedInOrder)
     osg::subRefCP(box);
 }
 
+TEST_F(BoxSelectionVisualisationTest, ANewBoxIsClosedThenNamedAndMarkedThenFitted)
+{
+    const osg::NodePtr node = addExtent();
+    takeChanges();
+
+    osg::NodePtr box = m_boxes->createVisualisation(node);
+
+    const osg::UInt32 id = osg::getContainerId(box);
+    const osg::UInt32 geometry = osg::getContainerId(geometryOf(box));
+    std::vector<Change> changes;
+    for (const Change& change : of(takeChanges(), {id, geometry})) {
+        if (change == Change(id, allFields) || change == Change(geometry, osg::Geometry::PositionsFieldMask) ||
+            change == Change(id, osg::AttachmentContainer::AttachmentsFieldMask)) {
+            changes.push_back(change);
+        }
+    }
+    ASSERT_GE(changes.size(), 3U);
+    EXPECT_EQ(changes.front(), Change(id, allFields));
+    EXPECT_THAT(std::vector<Change>(changes.begin() + 1, changes.begin() + 3),
+                ::testing::Each(Change(id, osg::AttachmentContainer::AttachmentsFieldMask)));
+    EXPECT_EQ(changes.back(), Change(geometry, osg::Geometry::PositionsFieldMask));
+    osg::subRefCP(box);
+}
+
 TEST_F(BoxSelectionVisualisationTest, ANullNodeHasNoBox)
 {
     osg::NodePtr box = boxOf(addExtent());
@@ -564,14 +623,14 @@ TEST_F(BoxSelectionVisualisationTest, TheBoxHandedBackLastIsReusedFirstAndRefitt
     const osg::NodePtr secondBox = boxOf(second);
     m_boxes->removeNode(first);
     m_boxes->removeNode(second);
-    const std::size_t live = osg::FieldContainerFactory::the()->getLiveContainerCount();
+    const std::size_t live = quon::testing::countLiveContainers();
 
     m_boxes->addNode(third);
     m_boxes->addNode(first);
 
     EXPECT_EQ(root()->getChild(0), secondBox);
     EXPECT_EQ(root()->getChild(1), firstBox);
-    EXPECT_EQ(osg::FieldContainerFactory::the()->getLiveContainerCount(), live) << "no new containers";
+    EXPECT_EQ(quon::testing::countLiveContainers(), live) << "no new containers";
     EXPECT_EQ(cornersOf(secondBox), cornersBetween({-3.0F, -2.0F, -1.0F}, {5.0F, 6.0F, 7.0F}));
 }
 
@@ -646,6 +705,42 @@ TEST_F(BoxSelectionVisualisationTest, ClearingSparesABoxThatSomebodyElseHolds)
     m_boxes->clear();
 
     EXPECT_EQ(box.get().getRefCount(), 1);
+}
+
+TEST_F(BoxSelectionVisualisationTest, TheBoxOfADestroyedNodeIsNotRecycledAndKeepsItsOwnReference)
+{
+    const osg::NodePtr node = addExtent();
+    const osg::NodePtr other = addExtent();
+    osg::NodePtr box = boxOf(node);
+    m_scene->subChild(node);
+
+    m_boxes->removeAllNodes();
+
+    // Nobody hands it back: the hook is left out for a node that does not exist any more.
+    EXPECT_EQ(box.getRefCount(), 1) << "its own";
+    EXPECT_NE(StandardError::take(), "");
+    EXPECT_NE(boxOf(other), box);
+    m_boxes->removeAllNodes();
+    m_boxes->clear();
+    EXPECT_EQ(box.getRefCount(), 1) << "its own";
+    osg::subRefCP(box);
+}
+
+TEST_F(BoxSelectionVisualisationTest, ASpareBoxThatIsSelectedMayBecomeItsOwnBox)
+{
+    const osg::NodePtr node = addExtent();
+    const NodeRef box(boxOf(node));
+    m_boxes->removeNode(node);
+
+    m_boxes->addNode(box);
+    m_boxes->updateAllNodes();
+
+    ASSERT_EQ(root()->getNChildren(), 1U);
+    EXPECT_EQ(root()->getChild(0), box);
+    EXPECT_EQ(box.get().getRefCount(), 4) << "test, its own, entry, root";
+    EXPECT_EQ(cornersOf(box), cornersBetween({1.0F, 2.0F, 3.0F}, {4.0F, 6.0F, 8.0F}));
+    m_boxes->removeNode(box);
+    EXPECT_EQ(box.get().getRefCount(), 2) << "test, its own";
 }
 
 TEST_F(BoxSelectionVisualisationTest, TheDestructorReleasesSpareBoxes)
@@ -742,6 +837,49 @@ TEST_F(BoxSelectionVisualisationTest, ANodeWithoutCoreGetsAMarkerCube)
     m_boxes->removeAllNodes();
 }
 
+TEST_F(BoxSelectionVisualisationTest, ANodeThatLostItsExtentKeepsItsLastBounds)
+{
+    const osg::NodePtr node = addChild(m_scene, osg::Group::create());
+    const osg::NodePtr part = addChild(node, makeExtent(osg::Pnt3f(1.0F, 2.0F, 3.0F), osg::Pnt3f(4.0F, 6.0F, 8.0F)));
+    const osg::NodePtr box = boxOf(node);
+    osg::beginEditCP(node, osg::Node::ChildrenFieldMask);
+    node->subChild(part);
+    osg::endEditCP(node, osg::Node::ChildrenFieldMask);
+
+    m_boxes->updateNode(node);
+
+    // The scene graph empties bounds without zeroing them, and zeros alone make a marker cube.
+    EXPECT_EQ(cornersOf(box), cornersBetween({1.0F, 2.0F, 3.0F}, {4.0F, 6.0F, 8.0F}));
+}
+
+TEST_F(BoxSelectionVisualisationTest, TheBoxFollowsANodeToAnotherParent)
+{
+    const osg::NodePtr near = addChild(m_scene, makeTranslation(10.0F, 0.0F, 0.0F));
+    const osg::NodePtr far = addChild(m_scene, makeTranslation(100.0F, 0.0F, 0.0F));
+    const NodeRef node(addChild(near, makeExtent(osg::Pnt3f(1.0F, 2.0F, 3.0F), osg::Pnt3f(4.0F, 6.0F, 8.0F))));
+    const osg::NodePtr box = boxOf(node);
+    EXPECT_EQ(cornersOf(box), cornersBetween({11.0F, 2.0F, 3.0F}, {14.0F, 6.0F, 8.0F}));
+
+    far->addChild(node);
+    m_boxes->updateNode(node);
+    EXPECT_EQ(cornersOf(box), cornersBetween({101.0F, 2.0F, 3.0F}, {104.0F, 6.0F, 8.0F}));
+
+    far->subChild(node);
+    m_boxes->updateNode(node);
+    EXPECT_EQ(cornersOf(box), cornersBetween({1.0F, 2.0F, 3.0F}, {4.0F, 6.0F, 8.0F}));
+    m_boxes->removeAllNodes();
+}
+
+TEST_F(BoxSelectionVisualisationTest, NodesThatShareACoreHaveABoxEach)
+{
+    const osg::GeometryPtr shared = makeExtent(osg::Pnt3f(0.0F, 0.0F, 0.0F), osg::Pnt3f(1.0F, 1.0F, 1.0F));
+    const osg::NodePtr first = addChild(addChild(m_scene, makeTranslation(10.0F, 0.0F, 0.0F)), shared);
+    const osg::NodePtr second = addChild(addChild(m_scene, makeTranslation(20.0F, 0.0F, 0.0F)), shared);
+
+    EXPECT_EQ(cornersOf(boxOf(first)), cornersBetween({10.0F, 0.0F, 0.0F}, {11.0F, 1.0F, 1.0F}));
+    EXPECT_EQ(cornersOf(boxOf(second)), cornersBetween({20.0F, 0.0F, 0.0F}, {21.0F, 1.0F, 1.0F}));
+}
+
 TEST_F(BoxSelectionVisualisationTest, APointAtTheOriginGetsAMarkerCubeWhereItsNodeStands)
 {
     const osg::NodePtr node = addExtent(osg::Pnt3f(0.0F, 0.0F, 0.0F), osg::Pnt3f(-0.0F, 0.0F, -0.0F));
@@ -773,6 +911,26 @@ TEST_F(BoxSelectionVisualisationTest, ABoxThatTouchesTheOriginIsDrawnAsItIs)
     EXPECT_EQ(cornersOf(boxOf(tiny)), cornersBetween({-1e-7F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}))
         << "zero means exactly zero";
 }
+
+// One of the six coordinates is not zero: corner and axis.
+class NearlyNoExtentTest : public BoxSelectionVisualisationTest,
+                           public ::testing::WithParamInterface<std::tuple<bool, osg::UInt32>> {};
+
+TEST_P(NearlyNoExtentTest, OneCoordinateThatIsNotZeroMakesABoxOfItsOwn)
+{
+    const auto [isMax, axis] = GetParam();
+    osg::Pnt3f min;
+    osg::Pnt3f max;
+    (isMax ? max : min)[axis] = isMax ? 2.0F : -2.0F;
+
+    EXPECT_EQ(cornersOf(boxOf(addExtent(min, max))),
+              cornersBetween({min[0], min[1], min[2]}, {max[0], max[1], max[2]}));
+}
+
+INSTANTIATE_TEST_SUITE_P(AllCoordinates, NearlyNoExtentTest,
+                         ::testing::Combine(::testing::Bool(), ::testing::Values(0U, 1U, 2U)), [](const auto& row) {
+                             return std::string(std::get<0>(row.param) ? "Max" : "Min") + "XYZ"[std::get<1>(row.param)];
+                         });
 
 // One coordinate of the stored corners lies off the wanted place: corner, axis, distance.
 class ToleranceTest : public BoxSelectionVisualisationTest,
