@@ -39,6 +39,9 @@ INTERACTION_EXPORT osg::NodePtr cloneSelectionTree(const osg::NodePtr& node);
  * node of a geometry directly below a transform also follows changes of that transform at once, until its first
  * update; later the transform is part of the copy's own matrix. Both draw the same picture.
  *
+ * Everything below a selected node is copied, highlights included: do not select the root or a node above it, or each
+ * update copies the copies of the one before and the trees grow without end.
+ *
  * @par Ownership
  * The instance holds one reference to the material that it built, which the destructor deliberately does not release,
  * and one to the material group. Visualisation nodes are held by the base alone.
@@ -101,7 +104,8 @@ public:
      * A shown node first gives a visualisation that is a transform the world matrix of its parent, the identity
      * without one, and then replaces the first child; it never adds a child. A copy that was removed while the node
      * was hidden therefore comes back only where the scene graph's `replaceChild` adds to a node without children;
-     * where it does not, the new copy is destroyed. A hidden node whose copy is gone already changes nothing.
+     * where it does not, the new copy is destroyed. A hidden node whose copy is gone already changes nothing. A node
+     * that has no core any more gives no copy: the old one stays.
      *
      * @param node null is ignored
      * @param visualisation null is ignored

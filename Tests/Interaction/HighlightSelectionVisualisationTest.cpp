@@ -27,22 +27,28 @@
 
 namespace quon::interaction {
 
-// A light of a host that goes its own way.
-class DerivedLight;
-using DerivedLightPtr = osg::FCPtr<osg::UberLightPtr, DerivedLight>;
+// Cores of a host that go their own way.
+#define KO_DERIVED_CORE(Derived, Base)                                                                                 \
+    class Derived;                                                                                                     \
+    using Derived##Ptr = osg::FCPtr<osg::Base##Ptr, Derived>;                                                          \
+    class Derived : public osg::Base {                                                                                 \
+        OSG_FIELD_CONTAINER_DECL(Derived##Ptr)                                                                         \
+    private:                                                                                                           \
+        static osg::FieldContainerType _type;                                                                          \
+    };                                                                                                                 \
+    osg::FieldContainerType Derived::_type(                                                                            \
+        #Derived, #Base, nullptr, []() -> osg::FieldContainerPtr { return createEmpty(); }, nullptr);                  \
+    OSG_FIELD_CONTAINER_INL_DEF(Derived, Derived##Ptr)                                                                 \
+    OSG_FIELD_CONTAINER_DEF(Derived, Derived##Ptr)
 
-class DerivedLight : public osg::UberLight {
-    OSG_FIELD_CONTAINER_DECL(DerivedLightPtr)
+KO_DERIVED_CORE(DerivedLight, UberLight)
+KO_DERIVED_CORE(DerivedCamera, UberCamera)
+KO_DERIVED_CORE(DerivedMaterialGroup, MaterialGroup)
+KO_DERIVED_CORE(DerivedMaterialPool, MaterialPool)
+KO_DERIVED_CORE(DerivedGeometry, Geometry)
+KO_DERIVED_CORE(DerivedTransform, Transform)
 
-private:
-    static osg::FieldContainerType _type;
-};
-
-osg::FieldContainerType DerivedLight::_type(
-    "DerivedLight", "UberLight", nullptr, []() -> osg::FieldContainerPtr { return createEmpty(); }, nullptr);
-
-OSG_FIELD_CONTAINER_INL_DEF(DerivedLight, DerivedLightPtr)
-OSG_FIELD_CONTAINER_DEF(DerivedLight, DerivedLightPtr)
+#undef KO_DERIVED_CORE
 
 namespace {
 
@@ -242,11 +248,15 @@ TEST_P(ReplacedCoreTest, TheCopyHasANewEmptyGroup)
 
 INSTANTIATE_TEST_SUITE_P(
     Cores, ReplacedCoreTest,
-    ::testing::Values(ReplacedCoreRow{"UberLight", [] { return osg::NodeCorePtr(osg::UberLight::create()); }},
-                      ReplacedCoreRow{"DerivedFromUberLight", [] { return osg::NodeCorePtr(DerivedLight::create()); }},
-                      ReplacedCoreRow{"UberCamera", [] { return osg::NodeCorePtr(osg::UberCamera::create()); }},
-                      ReplacedCoreRow{"MaterialGroup", [] { return osg::NodeCorePtr(osg::MaterialGroup::create()); }},
-                      ReplacedCoreRow{"MaterialPool", [] { return osg::NodeCorePtr(osg::MaterialPool::create()); }}),
+    ::testing::Values(
+        ReplacedCoreRow{"UberLight", [] { return osg::NodeCorePtr(osg::UberLight::create()); }},
+        ReplacedCoreRow{"DerivedFromUberLight", [] { return osg::NodeCorePtr(DerivedLight::create()); }},
+        ReplacedCoreRow{"UberCamera", [] { return osg::NodeCorePtr(osg::UberCamera::create()); }},
+        ReplacedCoreRow{"DerivedFromUberCamera", [] { return osg::NodeCorePtr(DerivedCamera::create()); }},
+        ReplacedCoreRow{"MaterialGroup", [] { return osg::NodeCorePtr(osg::MaterialGroup::create()); }},
+        ReplacedCoreRow{"DerivedFromMaterialGroup", [] { return osg::NodeCorePtr(DerivedMaterialGroup::create()); }},
+        ReplacedCoreRow{"MaterialPool", [] { return osg::NodeCorePtr(osg::MaterialPool::create()); }},
+        ReplacedCoreRow{"DerivedFromMaterialPool", [] { return osg::NodeCorePtr(DerivedMaterialPool::create()); }}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // The visualisation
@@ -376,6 +386,11 @@ TEST_F(HighlightSelectionVisualisationTest, TheInstanceHoldsMaterialAndGroupOnce
 {
     EXPECT_EQ(m_material.getRefCount(), 2) << "instance, material group";
     EXPECT_EQ(group().getRefCount(), 2) << "instance, root";
+}
+
+TEST_F(HighlightSelectionVisualisationTest, TheMaterialAloneHoldsTheChunks)
+{
+    EXPECT_EQ(chunk(1).getRefCount(), chunk(0).getRefCount()) << "the instance holds none, also not the switch";
 }
 
 TEST_F(HighlightSelectionVisualisationTest, TheDestructorReleasesTheGroupButNotTheMaterial)
@@ -551,6 +566,36 @@ TEST_F(HighlightSelectionVisualisationTest, AGeometryBelowATransformSharesThatTr
                 ElementsAre(allFields, osg::BitVector(osg::Node::ParentFieldMask)));
 }
 
+TEST_F(HighlightSelectionVisualisationTest, CoresDerivedFromGeometryAndTransformCountAsSuch)
+{
+    const DerivedTransformPtr parentTransform = DerivedTransform::create();
+    setTranslation(parentTransform, 10.0F, 0.0F, 0.0F);
+    const osg::NodePtr parent = addChild(m_scene, parentTransform);
+    const DerivedGeometryPtr geometry = DerivedGeometry::create();
+    const osg::NodePtr node = addChild(parent, geometry);
+
+    const NodeRef visualisation(m_highlight->createVisualisation(node));
+
+    ASSERT_EQ(visualisation->getNChildren(), 1U);
+    EXPECT_EQ(visualisation->getChild(0)->getCore(), parentTransform);
+    ASSERT_EQ(visualisation->getChild(0)->getNChildren(), 1U);
+    EXPECT_EQ(visualisation->getChild(0)->getChild(0)->getCore(), geometry);
+}
+
+TEST_F(HighlightSelectionVisualisationTest, TheLevelInBetweenIsShownWhateverTheMaskOfTheParent)
+{
+    const osg::NodePtr parent = addChild(m_scene, makeTranslation(10.0F, 0.0F, 0.0F));
+    const osg::NodePtr node = addChild(parent, makeUnitExtent());
+    parent->setTravMask(0);
+    node->setTravMask(2);
+
+    const NodeRef visualisation(m_highlight->createVisualisation(node));
+
+    EXPECT_EQ(visualisation->getTravMask(), allOnes);
+    EXPECT_EQ(visualisation->getChild(0)->getTravMask(), allOnes);
+    EXPECT_EQ(visualisation->getChild(0)->getChild(0)->getTravMask(), 2U) << "that of the node itself is copied";
+}
+
 TEST_F(HighlightSelectionVisualisationTest, AGeometryBelowAGroupHasNoLevelInBetween)
 {
     const osg::GeometryPtr geometry = makeUnitExtent();
@@ -678,7 +723,7 @@ TEST_F(HighlightSelectionVisualisationTest, TheBaseAloneHoldsAVisualisation)
 {
     const osg::GeometryPtr geometry = makeUnitExtent();
     const osg::NodePtr node = addChild(m_scene, geometry);
-    const std::size_t live = osg::FieldContainerFactory::the()->getLiveContainerCount();
+    const std::size_t live = quon::testing::countLiveContainers();
 
     m_highlight->addNode(node);
 
@@ -691,7 +736,7 @@ TEST_F(HighlightSelectionVisualisationTest, TheBaseAloneHoldsAVisualisation)
     EXPECT_EQ(visualisation->getChild(0).getRefCount(), 1) << "its parent";
     m_highlight->removeNode(node);
     EXPECT_EQ(geometry.getRefCount(), 1);
-    EXPECT_EQ(osg::FieldContainerFactory::the()->getLiveContainerCount(), live);
+    EXPECT_EQ(quon::testing::countLiveContainers(), live);
 }
 
 TEST_F(HighlightSelectionVisualisationTest, RemovingAVisualisationDoesNothing)
@@ -754,6 +799,61 @@ TEST_F(HighlightSelectionVisualisationTest, AnUpdateFollowsStructureAndPlace)
     EXPECT_THAT(editsOf(osg::getContainerId(visualisation), changes), ElementsAre(allFields));
 }
 
+TEST_F(HighlightSelectionVisualisationTest, AnUpdateClosesCopyThenTransformThenVisualisation)
+{
+    const osg::NodePtr node = addChild(m_scene, osg::Group::create());
+    const NodeRef visualisation(m_highlight->createVisualisation(node));
+    takeChanges();
+
+    m_highlight->updateVisualisation(node, visualisation);
+
+    const osg::UInt32 copy = osg::getContainerId(visualisation->getChild(0));
+    std::vector<Change> changes;
+    for (const Change& change : takeChanges()) {
+        if (change.second == allFields || change == Change(copy, osg::Node::ParentFieldMask)) {
+            changes.push_back(change);
+        }
+    }
+    EXPECT_THAT(changes,
+                ElementsAre(Change(copy, allFields), Change(osg::getContainerId(visualisation->getCore()), allFields),
+                            Change(copy, osg::Node::ParentFieldMask),
+                            Change(osg::getContainerId(visualisation.get()), allFields)));
+}
+
+TEST_F(HighlightSelectionVisualisationTest, AnUpdateFollowsANodeToAnotherParent)
+{
+    const osg::NodePtr near = addChild(m_scene, makeTranslation(1.0F, 0.0F, 0.0F));
+    const osg::NodePtr far = addChild(m_scene, makeTranslation(100.0F, 0.0F, 0.0F));
+    const NodeRef node(addChild(near, makeUnitExtent()));
+    m_highlight->addNode(node);
+    const osg::NodePtr visualisation = root()->getChild(0);
+
+    far->addChild(node);
+    m_highlight->updateNode(node);
+    EXPECT_TRUE(matrixOf(visualisation) == translation(100.0F, 0.0F, 0.0F));
+
+    far->subChild(node);
+    m_highlight->updateNode(node);
+    EXPECT_TRUE(matrixOf(visualisation) == osg::Matrix());
+    m_highlight->removeNode(node);
+}
+
+TEST_F(HighlightSelectionVisualisationTest, ANodeThatLostItsCoreKeepsItsLastCopy)
+{
+    const osg::GeometryPtr geometry = makeUnitExtent();
+    const osg::NodePtr node = addChild(m_scene, geometry);
+    m_highlight->addNode(node);
+    const osg::NodePtr copy = root()->getChild(0)->getChild(0);
+    node->setCore(osg::NodeCorePtr());
+
+    m_highlight->updateNode(node);
+
+    // A null copy replaces nothing.
+    ASSERT_EQ(root()->getChild(0)->getNChildren(), 1U);
+    EXPECT_EQ(root()->getChild(0)->getChild(0), copy);
+    EXPECT_EQ(copy->getCore(), geometry);
+}
+
 TEST_F(HighlightSelectionVisualisationTest, AnUpdateReplacesTheFirstChildOnly)
 {
     const osg::NodePtr node = addChild(m_scene, osg::Group::create());
@@ -806,6 +906,22 @@ TEST_P(HiddenNodeTest, AnUpdateRemovesTheCopy)
     EXPECT_THAT(editsOf(osg::getContainerId(visualisation.get()), takeChanges()), ElementsAre(allFields));
 }
 
+TEST_P(HiddenNodeTest, AnUpdateRemovesTheFirstChildOnlyAndLeavesTheMatrix)
+{
+    const osg::TransformPtr place = makeTranslation(1.0F, 0.0F, 0.0F);
+    const osg::NodePtr node = addChild(addChild(m_scene, place), osg::Group::create());
+    const NodeRef visualisation(m_highlight->createVisualisation(node));
+    const osg::NodePtr further = addChild(visualisation, osg::Group::create());
+    node->setTravMask(GetParam());
+    setTranslation(place, 5.0F, 0.0F, 0.0F);
+
+    m_highlight->updateVisualisation(node, visualisation);
+
+    ASSERT_EQ(visualisation->getNChildren(), 1U);
+    EXPECT_EQ(visualisation->getChild(0), further);
+    EXPECT_TRUE(matrixOf(visualisation) == translation(1.0F, 0.0F, 0.0F));
+}
+
 TEST_P(HiddenNodeTest, AnUpdateOfANodeStillHiddenChangesNothing)
 {
     const osg::NodePtr node = addChild(m_scene, makeUnitExtent());
@@ -830,14 +946,14 @@ TEST_F(HighlightSelectionVisualisationTest, AnUpdateOnlyReplacesAndLeaksNoCopyTh
     node->setTravMask(0);
     m_highlight->updateVisualisation(node, visualisation);
     node->setTravMask(allOnes);
-    const std::size_t live = osg::FieldContainerFactory::the()->getLiveContainerCount();
+    const std::size_t live = quon::testing::countLiveContainers();
     takeChanges();
 
     m_highlight->updateVisualisation(node, visualisation);
 
     EXPECT_EQ(visualisation->getNChildren(), 0U);
     EXPECT_EQ(node->getCore().getRefCount(), 1) << "the copy that found no place is gone";
-    EXPECT_EQ(osg::FieldContainerFactory::the()->getLiveContainerCount(), live);
+    EXPECT_EQ(quon::testing::countLiveContainers(), live);
     const std::vector<Change> changes = takeChanges();
     EXPECT_THAT(editsOf(osg::getContainerId(visualisation.get()), changes), ElementsAre(allFields));
     EXPECT_THAT(editsOf(osg::getContainerId(visualisation->getCore()), changes), ElementsAre(allFields));
@@ -903,6 +1019,28 @@ TEST_F(HighlightSelectionVisualisationTest, TheSceneThatHoldsTheHighlightMayBeSe
     EXPECT_EQ(root()->getNChildren(), 2U);
     m_highlight->removeAllNodes();
     EXPECT_EQ(root()->getNChildren(), 0U);
+    m_scene->subChild(root());
+}
+
+TEST_F(HighlightSelectionVisualisationTest, AboveTheRootEachUpdateCopiesTheCopyOfTheOneBefore)
+{
+    m_scene->addChild(root());
+    m_highlight->addNode(m_scene);
+    const auto depthOfCopy = [&] {
+        int depth = 0;
+        for (osg::NodePtr node = root()->getChild(0); node->getNChildren() > 0; node = node->getChild(0)) {
+            ++depth;
+        }
+        return depth;
+    };
+    EXPECT_EQ(depthOfCopy(), 2) << "scene, root";
+
+    m_highlight->updateNode(m_scene);
+    EXPECT_EQ(depthOfCopy(), 5) << "scene, root, its visualisation, scene, root";
+
+    m_highlight->updateNode(m_scene);
+    EXPECT_EQ(depthOfCopy(), 8);
+
     m_scene->subChild(root());
 }
 
