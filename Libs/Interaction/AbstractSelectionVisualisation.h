@@ -36,7 +36,8 @@ namespace quon::interaction {
  *
  * @par Hooks
  * All calls to own operations and hooks go through the virtual table. A hook may ask this object (hasNode(),
- * isVisible()) and may add other nodes; it must not remove nodes from it (not checked).
+ * isVisible()) and may add other nodes; it must not remove nodes from it (not checked). Nodes that a hook adds during
+ * removeAllNodes() go with the rest, those with smaller ids without removeVisualisation().
  *
  * @par Threading
  * User-interface thread only, no locks.
@@ -75,10 +76,11 @@ public:
     /**
      * Tracks @p node and gives it a visualisation node, or refreshes the one it has.
      *
-     * While the whole visualisation is hidden or shouldHaveVisualization() is false, the node is only tracked; one
-     * that is tracked already is left as it is. Otherwise an existing visualisation node is passed to
-     * updateVisualisation() with its mask untouched; a missing one is made by createVisualisation(), added to the root
-     * unless the hook put it there already, and shown or hidden as the node itself is.
+     * Asks isVisible() in every case, and shouldHaveVisualization() only when that is true. While the whole
+     * visualisation is hidden or shouldHaveVisualization() is false, the node is only tracked; one that is tracked
+     * already is left as it is. Otherwise an existing visualisation node is passed to updateVisualisation() with its
+     * mask untouched; a missing one is made by createVisualisation(), added to the root unless the hook put it there
+     * already, and shown or hidden as the node itself is.
      *
      * @param node null is ignored
      */
@@ -99,8 +101,9 @@ public:
      *
      * Ignored while the whole visualisation is hidden: setVisible(true) catches up. For a shown node that
      * shouldHaveVisualization() accepts, a missing visualisation node is made by createVisualisation(), added to the
-     * root and shown; an existing one is shown and passed to updateVisualisation(). For any other node an existing
-     * visualisation node is hidden and no hook is called.
+     * root (one that is there already moves to the end, unlike with addNode()) and shown; an existing one is shown and
+     * then passed to updateVisualisation(). For any other node an existing visualisation node is hidden and nothing
+     * else is called.
      *
      * @param node null and unknown nodes are ignored
      */
@@ -127,7 +130,7 @@ public:
      * Calls removeVisualisation() for every visualisation node in ascending id order of the selected nodes, then
      * removes every child of the root, whoever put it there, and releases the visualisation nodes. For a visualisation
      * node whose selected node no longer exists it writes a line with the id to standard error instead of calling the
-     * hook.
+     * hook; an entry without a visualisation node is dropped without a word.
      */
     void removeAllNodes() override;
 

@@ -18,6 +18,10 @@ namespace quon::interaction {
  * @par Ownership
  * The host owns a visualisation. A model borrows the pointer: remove the visualisation from every model before
  * destroying it.
+ * @par Nodes
+ * A node is null or exists (not checked): the handle of a destroyed node must not be passed. A model whose selected
+ * node was destroyed still has such a handle; clearSelection() and setSelection() of the model end the tracking without
+ * passing it on.
  * @par Reentrancy
  * An implementation must not attach a visualisation to the calling model, nor detach one, from inside a call.
  * @par Threading

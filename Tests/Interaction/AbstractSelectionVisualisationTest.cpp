@@ -21,6 +21,33 @@
 
 namespace quon::interaction {
 
+// Tells when it goes, and with it the node whose core it is.
+class WitnessCore;
+using WitnessCorePtr = osg::FCPtr<osg::GroupPtr, WitnessCore>;
+
+class WitnessCore : public osg::Group {
+    OSG_FIELD_CONTAINER_DECL(WitnessCorePtr)
+
+    std::function<void()> onDestruction;
+
+protected:
+    ~WitnessCore() override
+    {
+        if (onDestruction) {
+            onDestruction();
+        }
+    }
+
+private:
+    static osg::FieldContainerType _type;
+};
+
+osg::FieldContainerType WitnessCore::_type(
+    "WitnessCore", "Group", nullptr, []() -> osg::FieldContainerPtr { return createEmpty(); }, nullptr);
+
+OSG_FIELD_CONTAINER_INL_DEF(WitnessCore, WitnessCorePtr)
+OSG_FIELD_CONTAINER_DEF(WitnessCore, WitnessCorePtr)
+
 namespace {
 
 using quon::testing::CallLog;
@@ -152,6 +179,21 @@ protected:
         return masks;
     }
 
+    // Adds a node whose visualisation notes in which state the root is when it goes.
+    void addWitnessed(const osg::NodePtr& node)
+    {
+        const WitnessCorePtr core = WitnessCore::create();
+        core->onDestruction = [this] {
+            m_childrenWhenGone = root()->getNChildren();
+            m_editsWhenGone = editsOf(root(), takeChanges());
+        };
+        m_visualisation->prepared = osg::Node::create();
+        m_visualisation->prepared->setCore(core);
+        m_visualisation->addNode(node);
+        m_visualisation->prepared = osg::NullFC;
+        takeChanges();
+    }
+
     static bool exists(osg::UInt32 id) { return osg::FieldContainerFactory::the()->getContainer(id) != osg::NullFC; }
 
     RecordingKind::Names m_names;
@@ -159,6 +201,8 @@ protected:
     NodeRef m_a;
     NodeRef m_b;
     NodeRef m_c;
+    osg::UInt32 m_childrenWhenGone = 0;
+    std::vector<osg::BitVector> m_editsWhenGone;
     std::unique_ptr<RecordingKind> m_visualisation = std::make_unique<RecordingKind>(m_log, m_names);
 };
 
@@ -185,6 +229,20 @@ TEST_F(AbstractSelectionVisualisationTest, TheConstructorClosesTheRootOverItsCor
     RecordingKind fresh(m_log, m_names);
 
     EXPECT_THAT(editsOf(fresh.getVisualisation(), takeChanges()), ElementsAre(osg::Node::CoreFieldMask));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, ARootWithAnotherCoreWorksAndKeepsIt)
+{
+    const osg::GroupPtr core = osg::Group::create();
+    root()->setCore(core);
+
+    m_visualisation->addNode(m_a);
+    m_visualisation->setVisible(false);
+    m_visualisation->setVisible(true);
+    m_visualisation->removeNode(m_a);
+    m_visualisation->removeAllNodes();
+
+    EXPECT_EQ(root()->getCore(), core);
 }
 
 TEST_F(AbstractSelectionVisualisationTest, NullNodesAreIgnored)
@@ -640,6 +698,44 @@ TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayAddOtherNodes)
 
 // updateNode
 
+TEST_F(AbstractSelectionVisualisationTest, UpdatingAttachesANewVisualisationAndThenSetsItsMask)
+{
+    m_visualisation->isWanted = false;
+    m_visualisation->addNode(m_a);
+    m_visualisation->isWanted = true;
+    takeChanges();
+
+    m_visualisation->updateNode(m_a);
+
+    const std::vector<Change> changes = takeChanges();
+    const osg::NodePtr visualisation = root()->getChild(0);
+    EXPECT_THAT(editsOf(root(), changes), ElementsAre(osg::Node::ChildrenFieldMask));
+    EXPECT_THAT(editsOf(visualisation, changes), ElementsAre(osg::Node::ParentFieldMask, osg::Node::TravMaskFieldMask));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayAddOtherNodes)
+{
+    m_visualisation->addNode(m_b);
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        if (node == m_b) {
+            m_visualisation->addNode(m_a);
+            m_visualisation->addNode(m_c);
+        }
+    };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    // The walk meets those with greater ids.
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("isVisible()", "updateNode(b)", "isVisible()", "shouldHaveVisualization(b)",
+                            "updateVisualisation(b, visualisation of b)", "isVisible()", "shouldHaveVisualization(a)",
+                            "createVisualisation(a)", "isVisible()", "shouldHaveVisualization(c)",
+                            "createVisualisation(c)", "updateNode(c)", "isVisible()", "shouldHaveVisualization(c)",
+                            "updateVisualisation(c, visualisation of c)"));
+    EXPECT_EQ(root()->getNChildren(), 3U);
+}
+
 TEST_F(AbstractSelectionVisualisationTest, UpdatingAShownVisualisationDoesNotWriteItsMask)
 {
     m_visualisation->addNode(m_a);
@@ -825,6 +921,65 @@ TEST_F(AbstractSelectionVisualisationTest, RemovingDetachesAndDestroysTheVisuali
     EXPECT_THAT(editsOf(root(), takeChanges()), ElementsAre(osg::Node::ChildrenFieldMask));
 }
 
+TEST_F(AbstractSelectionVisualisationTest, RemovingReleasesTheVisualisationAfterTheRootIsClosed)
+{
+    addWitnessed(m_a);
+    m_visualisation->addNode(m_b);
+    takeChanges();
+
+    m_visualisation->removeNode(m_a);
+
+    EXPECT_EQ(m_childrenWhenGone, 1U);
+    EXPECT_THAT(m_editsWhenGone, ElementsAre(osg::Node::ChildrenFieldMask));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, RemovingAnUntrackedNodeLeavesTheTrackedOnes)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_c);
+    m_log.clear();
+    takeChanges();
+
+    m_visualisation->removeNode(m_b);
+
+    EXPECT_THAT(m_log.calls(), IsEmpty());
+    EXPECT_THAT(takeChanges(), IsEmpty());
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+    EXPECT_TRUE(m_visualisation->hasNode(m_c));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AVisualisationThatTheHostTookAwayIsStillTakenFromTheRoot)
+{
+    m_visualisation->addNode(m_a);
+    const osg::UInt32 id = osg::getContainerId(root()->getChild(0));
+    root()->subChild(root()->getChild(0));
+    m_log.clear();
+
+    m_visualisation->removeNode(m_a);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("removeVisualisation(a, visualisation of a)"));
+    EXPECT_NE(StandardError::take(), "") << "the scene graph warns of it";
+    EXPECT_FALSE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(exists(id));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, ARemovingHookMayAddOtherNodes)
+{
+    m_visualisation->addNode(m_b);
+    m_visualisation->onRemove = [&](const osg::NodePtr&, const osg::NodePtr&) {
+        m_visualisation->addNode(m_a);
+        m_visualisation->addNode(m_c);
+    };
+
+    m_visualisation->removeNode(m_b);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+    EXPECT_TRUE(m_visualisation->hasNode(m_c));
+    EXPECT_EQ(root()->getNChildren(), 2U);
+}
+
 TEST_F(AbstractSelectionVisualisationTest, RemovingLeavesTheCallersHandleAlone)
 {
     std::set<osg::NodePtr> selection = {m_a.get()};
@@ -897,6 +1052,46 @@ TEST_F(AbstractSelectionVisualisationTest, RemovingAllDestroysTheVisualisations)
 
     EXPECT_FALSE(exists(first));
     EXPECT_FALSE(exists(second));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, RemovingAllReleasesTheVisualisationsAfterTheRootIsClosed)
+{
+    addWitnessed(m_a);
+    m_visualisation->addNode(m_b);
+    takeChanges();
+    std::vector<osg::Int32> references;
+    m_visualisation->onRemove = [&](const osg::NodePtr&, const osg::NodePtr& visualisation) {
+        references.push_back(visualisation.getRefCount());
+    };
+
+    m_visualisation->removeAllNodes();
+
+    EXPECT_THAT(references, ElementsAre(2, 2)) << "entry, root";
+    EXPECT_EQ(m_childrenWhenGone, 0U);
+    EXPECT_THAT(m_editsWhenGone, ElementsAre(osg::Node::ChildrenFieldMask));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, NodesAddedWhileAllAreRemovedGoWithThem)
+{
+    m_visualisation->addNode(m_b);
+    m_visualisation->onRemove = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        if (node == m_b) {
+            m_visualisation->addNode(m_a);
+            m_visualisation->addNode(m_c);
+        }
+    };
+    m_log.clear();
+
+    m_visualisation->removeAllNodes();
+
+    // The walk meets those with greater ids only.
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("removeVisualisation(b, visualisation of b)", "isVisible()", "shouldHaveVisualization(a)",
+                            "createVisualisation(a)", "isVisible()", "shouldHaveVisualization(c)",
+                            "createVisualisation(c)", "removeVisualisation(c, visualisation of c)"));
+    EXPECT_EQ(root()->getNChildren(), 0U);
+    EXPECT_FALSE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_c));
 }
 
 TEST_F(AbstractSelectionVisualisationTest, RemovingAllTakesEveryChildOfTheRoot)
