@@ -12,6 +12,23 @@
 
 #include <gtest/gtest.h>
 
+// A camera that a host derived.
+class DerivedCamera;
+using DerivedCameraPtr = osg::FCPtr<osg::UberCameraPtr, DerivedCamera>;
+
+class DerivedCamera : public osg::UberCamera {
+    OSG_FIELD_CONTAINER_DECL(DerivedCameraPtr)
+
+private:
+    static osg::FieldContainerType _type;
+};
+
+osg::FieldContainerType DerivedCamera::_type(
+    "DerivedCamera", "UberCamera", nullptr, []() -> osg::FieldContainerPtr { return createEmpty(); }, nullptr);
+
+OSG_FIELD_CONTAINER_INL_DEF(DerivedCamera, DerivedCameraPtr)
+OSG_FIELD_CONTAINER_DEF(DerivedCamera, DerivedCameraPtr)
+
 namespace {
 
 class koUberCameraUtilsTest : public quon::testing::SceneFixture {
@@ -22,6 +39,13 @@ protected:
 TEST_F(koUberCameraUtilsTest, KnowsANodeWithACameraAsCore)
 {
     m_node->setCore(osg::UberCamera::create());
+
+    EXPECT_TRUE(koUberCameraUtils::isUberCamera(m_node));
+}
+
+TEST_F(koUberCameraUtilsTest, KnowsACameraOfADerivedType)
+{
+    m_node->setCore(DerivedCamera::create());
 
     EXPECT_TRUE(koUberCameraUtils::isUberCamera(m_node));
 }
