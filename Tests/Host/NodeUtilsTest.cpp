@@ -88,11 +88,11 @@ TEST_F(NodeUtilsTest, RecordsTheChangeOfTheAttachments)
 
 TEST_F(NodeUtilsTest, ANameOfTheUserNeedsNoMark)
 {
-    const std::size_t before = osg::FieldContainerFactory::the()->getLiveContainerCount();
+    const std::size_t before = quon::testing::countLiveContainers();
 
     NodeUtils::setName(m_node, "engine", false);
 
-    EXPECT_EQ(osg::FieldContainerFactory::the()->getLiveContainerCount(), before + 1);
+    EXPECT_EQ(quon::testing::countLiveContainers(), before + 1);
 }
 
 TEST_F(NodeUtilsTest, IgnoresNullAndAnswersEmptyForIt)

@@ -91,11 +91,11 @@ TEST_F(koMaterialsTest, ANameOfTheUserNeedsNoMark)
 {
     // The end of the first edit makes the chunks that a material keeps to itself.
     osg::endEditCP(m_material);
-    const std::size_t before = osg::FieldContainerFactory::the()->getLiveContainerCount();
+    const std::size_t before = quon::testing::countLiveContainers();
 
     koMaterials::setName(m_material, "steel", false);
 
-    EXPECT_EQ(osg::FieldContainerFactory::the()->getLiveContainerCount(), before + 1);
+    EXPECT_EQ(quon::testing::countLiveContainers(), before + 1);
 }
 
 TEST_F(koMaterialsTest, IgnoresNullAndAnswersEmptyForIt)

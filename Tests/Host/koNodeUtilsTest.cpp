@@ -24,7 +24,7 @@ class koNodeUtilsTest : public quon::testing::SceneFixture {
 protected:
     osg::UInt32 idOf(const osg::RefPtr<osg::NodePtr>& node) const { return osg::getContainerId(node.get()); }
 
-    static std::size_t liveContainers() { return osg::FieldContainerFactory::the()->getLiveContainerCount(); }
+    static std::size_t liveContainers() { return quon::testing::countLiveContainers(); }
 
     osg::RefPtr<osg::NodePtr> m_node{osg::Node::create()};
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "LiveContainers.h"
+
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGChangeList.h>
@@ -19,14 +21,14 @@ namespace quon::testing {
 class SceneFixture : public ::testing::Test {
 protected:
     SceneFixture()
-        : m_liveContainersAtStart(osg::FieldContainerFactory::the()->getLiveContainerCount())
+        : m_liveContainersAtStart(countLiveContainers())
     {
         osg::Thread::getCurrentChangeList()->clearAll();
     }
 
     ~SceneFixture() override
     {
-        EXPECT_EQ(osg::FieldContainerFactory::the()->getLiveContainerCount(), m_liveContainersAtStart)
+        EXPECT_EQ(countLiveContainers(), m_liveContainersAtStart)
             << "containers leaked or released too often";
         osg::Thread::getCurrentChangeList()->clearAll();
     }

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "LiveContainers.h"
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGFieldContainerFactory.h>
+#include <OpenSG/OSGFieldContainerType.h>
+#include <OpenSG/OSGNode.h>
+
+namespace quon::testing {
+
+std::size_t countLiveContainers()
+{
+    osg::NodePtr newest = osg::Node::create();
+    const osg::UInt32 end = osg::getContainerId(newest);
+    osg::subRefCP(newest);
+
+    const osg::FieldContainerFactory* const factory = osg::FieldContainerFactory::the();
+    std::size_t count = 0;
+    for (osg::UInt32 id = 1; id < end; ++id) {
+        const osg::FieldContainerPtr container = factory->getContainer(id);
+        if (container != osg::NullFC && container != container->getType().getPrototype()) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+} // namespace quon::testing
