@@ -14,9 +14,9 @@ using HostMarksAttachmentPtr = osg::FCPtr<osg::AttachmentPtr, HostMarksAttachmen
 
 // The marks of one container, as a type of attachment with a group of its own.
 class HostMarksAttachment : public osg::Attachment {
+public:
     OSG_FIELD_CONTAINER_DECL(HostMarksAttachmentPtr)
 
-public:
     typedef osg::Attachment Inherited;
     typedef HostMarksAttachmentPtr Ptr;
 

@@ -56,6 +56,12 @@ inline bool getHostOption(const osg::SimpleMaterialPtr& material)
     return material->getHostOption();
 }
 
+/** Returns a new geometry that can carry the flag of setOverwriteMaterial(), reference count zero. */
+inline osg::GeometryPtr createGeometry()
+{
+    return osg::Geometry::create();
+}
+
 /** Sets whether the material of @p geometry beats that of a material group above it. */
 inline void setOverwriteMaterial(const osg::GeometryPtr& geometry, bool overwrite)
 {

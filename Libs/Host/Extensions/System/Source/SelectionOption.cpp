@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+#include <OpenSG/OSGSelectionOption.h>
+
+namespace osg {
+
+SelectionOption::~SelectionOption() = default;
+
+} // namespace osg
