@@ -669,6 +669,65 @@ TEST_F(NodeSelectionModelTest, NodeMayBeDeselectedFromInsideItsOwnRemoval)
                                            "second.removeNode(a)"));
 }
 
+TEST_F(NodeSelectionModelTest, NodeMayBeReplacedFromInsideItsOwnRemoval)
+{
+    m_model.addVisualisation(&m_first);
+    select({a()});
+    bool inside = false;
+    m_first.onCall([this, &inside](const std::string& operation, const osg::NodePtr& node) {
+        if (operation == "removeNode" && !inside) {
+            inside = true;
+            m_model.removeNode(node);
+            // Likely to take the memory that the first handle had in the set.
+            m_model.addNode(d());
+        }
+    });
+
+    m_model.removeNode(*m_model.getSelection().begin());
+
+    EXPECT_EQ(selection(), "[d]");
+    EXPECT_THAT(m_log.calls(), ElementsAre("first.removeNode(a)", "first.removeNode(a)", "first.addNode(d)"));
+}
+
+TEST_F(NodeSelectionModelTest, SelectionMayBeReplacedFromInsideAnUpdateOfItsOwnNode)
+{
+    attachBoth();
+    select({a()});
+    m_first.onCall([this](const std::string& operation, const osg::NodePtr&) {
+        if (operation == "updateNode") {
+            m_model.clearSelection();
+            // Likely to take the memory that the first handle had in the set.
+            m_model.addNode(d());
+        }
+    });
+
+    m_model.updateNode(*m_model.getSelection().begin());
+
+    EXPECT_EQ(selection(), "[d]");
+    EXPECT_THAT(m_log.calls(), ElementsAre("first.updateNode(a)", "first.removeAllNodes()", "second.removeAllNodes()",
+                                           "first.addNode(d)", "second.addNode(d)", "second.updateNode(a)"));
+}
+
+TEST_F(NodeSelectionModelTest, SelectionMayBeReplacedFromInsideTheStartOfAReplacement)
+{
+    m_model.addVisualisation(&m_first);
+    select({a()});
+    bool inside = false;
+    m_first.onCall([this, &inside](const std::string& operation, const osg::NodePtr&) {
+        if (operation == "removeAllNodes" && !inside) {
+            inside = true;
+            m_model.clearSelection();
+            m_model.addNode(d());
+        }
+    });
+
+    m_model.setSelection(*m_model.getSelection().begin());
+
+    EXPECT_EQ(selection(), "[a]");
+    EXPECT_THAT(m_log.calls(), ElementsAre("first.removeAllNodes()", "first.removeAllNodes()", "first.addNode(d)",
+                                           "first.addNode(a)"));
+}
+
 TEST_F(NodeSelectionModelTest, SelectionMayBeClearedFromInsideAnUpdateOfItsOwnNode)
 {
     attachBoth();
