@@ -87,20 +87,19 @@ TEST_F(InteractionManagerTest, GetInstanceAlwaysReturnsTheSameManager)
     EXPECT_NE(first, &m_manager);
 }
 
-TEST_F(InteractionManagerTest, TheInstanceStillAnswersAtProcessExit)
+TEST_F(InteractionManagerTest, TheInstanceOutlivesTheProcessExitWithItsVisualisationRoot)
 {
     // In a process of its own, where nobody has asked for the instance before.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto exitWithContext = [this] {
-        static const InteractionEvent event("tool:select", "start");
+    const auto exitWithRoot = [] {
+        static const osg::NodePtr root = osg::Node::create();
         // Registered first, called last.
-        std::atexit([] { std::_Exit(InteractionManager::getInstance()->triggerEvent(event) ? 0 : 1); });
-        m_two.setConsuming(true);
-        InteractionManager::getInstance()->addContext(&m_two);
+        std::atexit([] { std::_Exit(root.getRefCount() == 1 ? 0 : 1); });
+        InteractionManager::getInstance()->setVisualisationRoot(root);
         std::exit(2);
     };
 
-    EXPECT_EXIT(exitWithContext(), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(exitWithRoot(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(InteractionManagerTest, StartsEnabledWithoutContextsRootAndPresenterMode)
