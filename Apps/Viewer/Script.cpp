@@ -95,13 +95,20 @@ public:
 
     ScriptCommand parse()
     {
+        const bool optional = m_words[0] == "try";
+        if (optional) {
+            m_usage = "try COMMAND";
+            ++m_next;
+        }
+        const std::string& name = take();
         const auto* grammar = std::find_if(std::begin(Grammars), std::end(Grammars),
-                                           [&](const Grammar& candidate) { return m_words[0] == candidate.name; });
+                                           [&](const Grammar& candidate) { return name == candidate.name; });
         if (grammar == std::end(Grammars)) {
-            fail("unknown command '" + m_words[0] + "'");
+            fail("unknown command '" + name + "'");
         }
         m_usage = std::string(grammar->name) + (*grammar->usage != 0 ? " " : "") + grammar->usage;
         ScriptCommand command{};
+        command.optional = optional;
         command.kind = grammar->kind;
         command.button = Qt::LeftButton;
         for (const char* kind = grammar->arguments; *kind != 0; ++kind) {
@@ -228,7 +235,7 @@ private:
     const std::string& m_place;
     const std::vector<std::string>& m_words;
     std::string m_usage;
-    std::size_t m_next = 1;
+    std::size_t m_next = 0;
 };
 
 } // namespace

@@ -33,6 +33,7 @@ struct ScriptCommand {
     };
 
     Kind kind;
+    bool optional = false; ///< when it cannot be carried out, the script goes on
     int line = 0;
     std::string text;
     std::vector<double> numbers;
@@ -44,7 +45,8 @@ struct ScriptCommand {
 /**
  * A script for the viewer: one command a line, words separated by blanks.
  *
- * A word with blanks is put in double quotes; from a word that begins with # on the line is a comment.
+ * The word "try" before a command lets the script go on when the command cannot be carried out. A word with blanks is
+ * put in double quotes; from a word that begins with # on the line is a comment.
  */
 class Script {
 public:

@@ -62,7 +62,9 @@ void ScriptRunner::run(const Script& script)
         try {
             run(command);
         } catch (const ViewerError& error) {
-            throw ViewerError(script.getFile() + ":" + std::to_string(command.line), error.what());
+            if (!command.optional) {
+                throw ViewerError(script.getFile() + ":" + std::to_string(command.line), error.what());
+            }
         }
         // What the events left behind in the queue is carried out before the next one, as between a user's.
         QApplication::processEvents();

@@ -4,6 +4,7 @@
 #include "Viewer/GlSurface.h"
 #include "Viewer/NotificationPainter.h"
 #include "Viewer/OffscreenSurface.h"
+#include "Viewer/ViewerError.h"
 #include "Viewer/ViewerSession.h"
 
 #include <Interaction/InteractionEvent.h>
@@ -15,6 +16,7 @@
 #include <QResizeEvent>
 #include <QWheelEvent>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace quon::viewer {
@@ -54,9 +56,9 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
     setContextMenuPolicy(Qt::PreventContextMenu);
     m_renderer.setBackground(BackgroundTop, BackgroundBottom);
     if (target == Target::Window) {
-        m_surface =
-            new GlSurface([this](const int width, const int height, const double ratio) { draw(width, height, ratio); },
-                          [this] { m_renderer.releaseResources(); }, this);
+        m_surface = new GlSurface(
+            [this](const int width, const int height, const double ratio) { drawInWindow(width, height, ratio); },
+            [this] { m_renderer.releaseResources(); }, this);
         m_overlay = new Overlay(this);
     }
     m_session.addSceneChangeListener(&m_renderer);
@@ -202,6 +204,17 @@ void Viewport::draw(const int width, const int height, const double pixelRatio)
     m_renderer.setPixelRatio(pixelRatio);
     const CameraController& camera = m_session.getCamera();
     m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height);
+}
+
+void Viewport::drawInWindow(const int width, const int height, const double pixelRatio)
+{
+    try {
+        draw(width, height, pixelRatio);
+    } catch (const ViewerError& error) {
+        // Nothing may leave an event handler of Qt, and without drawing there is no viewer.
+        std::fprintf(stderr, "koviewer: %s\n", error.what());
+        std::exit(2);
+    }
 }
 
 QImage Viewport::drawOffscreen(const bool multisampling)

@@ -77,6 +77,7 @@ private:
     void notificationRemoved(notification::Notification* notification) override;
 
     void draw(int width, int height, double pixelRatio);
+    void drawInWindow(int width, int height, double pixelRatio);
     QImage drawOffscreen(bool multisampling);
     void redraw();
 

@@ -71,7 +71,11 @@ std::ostream& operator<<(std::ostream& stream, const Slot& slot)
     return stream << slot.slot << ' ' << slot.operation;
 }
 
-#define KO_SLOT(Class, operation) Slot{#operation, slotOf(&Class::operation)}
+#define KO_SLOT(Class, operation)                                                                                      \
+    Slot                                                                                                               \
+    {                                                                                                                  \
+#operation, slotOf(&Class::operation)                                                                          \
+    }
 
 // The first virtual operation that a subclass adds stands right behind the last one of its base.
 template <typename Base>
@@ -118,9 +122,9 @@ std::vector<Slot> contextSlots()
 template <typename Tool>
 std::vector<Slot> toolSlots()
 {
-    return {KO_SLOT(Tool, setToolMode), KO_SLOT(Tool, activateTool), KO_SLOT(Tool, deactivateTool),
-            KO_SLOT(Tool, isActive),    KO_SLOT(Tool, startTool),    KO_SLOT(Tool, processTool),
-            KO_SLOT(Tool, stopTool),    KO_SLOT(Tool, triggerTool),  KO_SLOT(Tool, hoverTool),
+    return {KO_SLOT(Tool, setToolMode),   KO_SLOT(Tool, activateTool), KO_SLOT(Tool, deactivateTool),
+            KO_SLOT(Tool, isActive),      KO_SLOT(Tool, startTool),    KO_SLOT(Tool, processTool),
+            KO_SLOT(Tool, stopTool),      KO_SLOT(Tool, triggerTool),  KO_SLOT(Tool, hoverTool),
             KO_SLOT(Tool, stopHoverTool), KO_SLOT(Tool, isPickHint)};
 }
 
@@ -156,10 +160,10 @@ std::vector<Slot> pickerSlots()
 template <typename Visualisation>
 std::vector<Slot> visualisationSlots()
 {
-    return {KO_SLOT(Visualisation, setVisible),     KO_SLOT(Visualisation, isVisible),
+    return {KO_SLOT(Visualisation, setVisible),       KO_SLOT(Visualisation, isVisible),
             KO_SLOT(Visualisation, getVisualisation), KO_SLOT(Visualisation, addNode),
-            KO_SLOT(Visualisation, removeNode),     KO_SLOT(Visualisation, updateNode),
-            KO_SLOT(Visualisation, hasNode),        KO_SLOT(Visualisation, updateAllNodes),
+            KO_SLOT(Visualisation, removeNode),       KO_SLOT(Visualisation, updateNode),
+            KO_SLOT(Visualisation, hasNode),          KO_SLOT(Visualisation, updateAllNodes),
             KO_SLOT(Visualisation, removeAllNodes)};
 }
 
@@ -180,13 +184,11 @@ public:
     bool isCacheValid() override { return true; }
     void computePicked(osg::NodePtr&, osg::Pnt3f&, osg::Vec3f&, osg::Vec2f&, osg::MaterialPtr&,
                        osg::SelectionOption*) override
-    {
-    }
+    {}
     void computePickedNodes(std::vector<osg::NodePtr>*, osg::SelectionOption*) override {}
     void computeMultiPicked(MultiMode, std::vector<osg::NodePtr>*, std::vector<osg::Pnt3f>*, std::vector<osg::Vec3f>*,
                             std::vector<osg::MaterialPtr>*) override
-    {
-    }
+    {}
 };
 
 class VisualisationProbe : public SelectionVisualisation {

@@ -163,6 +163,13 @@ TEST_F(ScriptRunnerTest, WhatCannotBeDoneIsReportedWithItsLine)
     EXPECT_EQ(runAndFail("click-part large\nkey H\nclick-visible 1"), "file:5: no part is to be seen");
 }
 
+TEST_F(ScriptRunnerTest, AnOptionalCommandThatCannotBeDoneIsPassedOver)
+{
+    run("try click-part nobody\nclick-part small\ntry click-visible 3 ctrl");
+
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+}
+
 TEST_F(ScriptRunnerTest, APictureThatCannotBeWrittenIsReportedAndLeavesNothing)
 {
     std::filesystem::remove_all(m_folder.path("pictures"));

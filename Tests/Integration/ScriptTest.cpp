@@ -86,6 +86,13 @@ TEST(ScriptTest, AQuotedWordMayHoldBlanksAndHashes)
     EXPECT_THAT(command.numbers, ElementsAre(0.5, -100, 2));
 }
 
+TEST(ScriptTest, TryBeforeACommandMakesItOptional)
+{
+    EXPECT_FALSE(parseLine("click-visible 3").optional);
+    EXPECT_TRUE(parseLine("try click-visible 3").optional);
+    EXPECT_EQ(parseLine("try click-visible 3").kind, Kind::ClickVisible);
+}
+
 /** A line and the reason why it is refused. */
 struct BadLine {
     const char* name;
@@ -111,6 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         BadLine{"UnknownCommand", "explode 1 2", "unknown command 'explode'"},
         BadLine{"CommandInCapitals", "Fit", "unknown command 'Fit'"},
+        BadLine{"TryAlone", "try", "argument missing, usage: try COMMAND"},
+        BadLine{"TryTwice", "try try fit", "unknown command 'try'"},
         BadLine{"MissingArgument", "size 10", "argument missing, usage: size WIDTH HEIGHT"},
         BadLine{"SurplusArgument", "fit now", "unexpected 'now', usage: fit"},
         BadLine{"NoNumber", "move ten 5", "'ten' is not a whole number"},
