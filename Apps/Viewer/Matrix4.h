@@ -49,7 +49,10 @@ public:
     osg::Matrix toMatrix() const;
 
 private:
-    static std::size_t index(int row, int column) { return static_cast<std::size_t>(column * 4 + row); }
+    static std::size_t index(int row, int column)
+    {
+        return static_cast<std::size_t>(column) * 4 + static_cast<std::size_t>(row);
+    }
 
     std::array<double, 16> m_values;
 };

@@ -23,10 +23,4 @@ SceneChanges SceneChanges::take()
     return changes;
 }
 
-osg::BitVector SceneChanges::getMask(const osg::UInt32 id) const
-{
-    const auto found = m_changed.find(id);
-    return found == m_changed.end() ? 0 : found->second;
-}
-
 } // namespace quon::viewer

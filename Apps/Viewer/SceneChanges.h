@@ -25,9 +25,7 @@ public:
     /** Returns the changes recorded in this thread and empties the list. */
     static SceneChanges take();
 
-    /** The fields of container @p id that changed; 0 when none did. */
-    osg::BitVector getMask(osg::UInt32 id) const;
-
+    /** The changed fields by container id. */
     const std::unordered_map<osg::UInt32, osg::BitVector>& getChanged() const { return m_changed; }
     const std::vector<osg::UInt32>& getDestroyed() const { return m_destroyed; }
 

@@ -13,6 +13,9 @@ namespace quon::viewer {
 
 namespace {
 
+// The choice of a switch that lets all children through; its name differs between versions of the scene graph.
+constexpr osg::Int32 AllChildren = -2;
+
 struct Entry {
     osg::NodePtr node;
     osg::Matrix parentToWorld;
@@ -60,7 +63,7 @@ void traverseScene(const osg::NodePtr& root, const osg::UInt32 mask, SceneVisito
             continue;
         }
 
-        osg::Int32 choice = osg::Switch::SwitchAll;
+        osg::Int32 choice = AllChildren;
         const osg::NodeCorePtr core = entry.node->getCore();
         if (core != osg::NullFC) {
             if (const osg::TransformPtr transform = osg::TransformPtr::dcast(core); transform != osg::NullFC) {
@@ -80,7 +83,7 @@ void traverseScene(const osg::NodePtr& root, const osg::UInt32 mask, SceneVisito
 
         // Last child first, so that the first one is on top.
         for (osg::UInt32 i = entry.node->getNChildren(); i > 0; --i) {
-            if (choice == osg::Switch::SwitchAll || choice == static_cast<osg::Int32>(i - 1)) {
+            if (choice == AllChildren || choice == static_cast<osg::Int32>(i - 1)) {
                 pending.push_back({entry.node->getChild(i - 1), entry.parentToWorld, entry.groupMaterial});
             }
         }

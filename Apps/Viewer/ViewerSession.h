@@ -69,7 +69,6 @@ public:
 
     CameraController& getCamera() { return m_camera; }
     EmbreePicker& getPicker() { return m_picker; }
-    SelectionTool& getSelectionTool() { return m_selectionTool; }
     interaction::QtEventMapper& getMapper() { return m_mapper; }
     interaction::InteractionManager& getInteractionManager() { return *m_interactionManager; }
     interaction::NodeSelectionModel& getSelection() { return *m_selection; }

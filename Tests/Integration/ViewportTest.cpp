@@ -308,8 +308,10 @@ TEST_F(ViewportTest, TheChangeListDoesNotGrow)
 
     for (int i = 0; i < 3; ++i) {
         m_user.click(QPoint(100, 50));
-        m_user.type(Qt::Key_B);
         EXPECT_TRUE(osg::Thread::getCurrentChangeList()->empty());
+        m_user.pressKey(Qt::Key_B);
+        EXPECT_TRUE(osg::Thread::getCurrentChangeList()->empty());
+        m_user.releaseKey(Qt::Key_B);
     }
 }
 
