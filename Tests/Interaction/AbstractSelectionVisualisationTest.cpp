@@ -713,6 +713,20 @@ TEST_F(AbstractSelectionVisualisationTest, UpdatingAttachesANewVisualisationAndT
     EXPECT_THAT(editsOf(visualisation, changes), ElementsAre(osg::Node::ParentFieldMask, osg::Node::TravMaskFieldMask));
 }
 
+TEST_F(AbstractSelectionVisualisationTest, UpdatingAnUntrackedNodeLeavesTheTrackedOnes)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_c);
+    m_log.clear();
+    takeChanges();
+
+    m_visualisation->updateNode(m_b);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("updateNode(b)", "isVisible()"));
+    EXPECT_THAT(takeChanges(), IsEmpty());
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+}
+
 TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayAddOtherNodes)
 {
     m_visualisation->addNode(m_b);

@@ -15,6 +15,7 @@
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGLineChunk.h>
 #include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGSimpleAttachments.h>
 #include <OpenSG/OSGUberCamera.h>
 #include <OpenSG/OSGUberLight.h>
 
@@ -543,6 +544,22 @@ TEST_F(BoxSelectionVisualisationTest, ANewBoxIsClosedThenNamedAndMarkedThenFitte
     EXPECT_THAT(std::vector<Change>(changes.begin() + 1, changes.begin() + 3),
                 ::testing::Each(Change(id, osg::AttachmentContainer::AttachmentsFieldMask)));
     EXPECT_EQ(changes.back(), Change(geometry, osg::Geometry::PositionsFieldMask));
+    osg::subRefCP(box);
+}
+
+TEST_F(BoxSelectionVisualisationTest, ANewBoxIsNamedBeforeItIsMarked)
+{
+    const osg::NodePtr node = addExtent();
+    takeChanges();
+
+    osg::NodePtr box = m_boxes->createVisualisation(node);
+
+    const osg::UInt32 id = osg::getContainerId(box);
+    const osg::UInt32 name = osg::getContainerId(box->findAttachment(osg::Name::getClassType()));
+    const std::vector<Change> changes = of(takeChanges(), {id, name});
+    const auto closed = std::find(changes.begin(), changes.end(), Change(id, allFields));
+    ASSERT_GE(changes.end() - closed, 2);
+    EXPECT_EQ((closed + 1)->first, name) << "the first attachment after the node is closed";
     osg::subRefCP(box);
 }
 
