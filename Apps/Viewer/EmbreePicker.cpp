@@ -115,7 +115,7 @@ void clip(ClippedPolygon& polygon, const RegionPlanes& planes)
 } // namespace
 
 /** The visible geometry below the root as Embree wants it: one scene per geometry core, one instance per node. */
-class EmbreePicker::Scene : private SceneVisitor {
+class EmbreePicker::Scene final : private SceneVisitor {
 public:
     struct Instance {
         osg::NodePtr node;
