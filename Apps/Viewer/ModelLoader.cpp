@@ -300,10 +300,14 @@ bool hasMeshInNode(const aiScene& scene)
     return false;
 }
 
-std::string explain(const std::string& assimpError)
+std::string explain(const Assimp::Importer& importer, const std::string& file)
 {
+    const std::string assimpError = importer.GetErrorString();
     if (assimpError.find("No suitable reader") != std::string::npos) {
-        return "unknown format";
+        const std::string extension = std::filesystem::path(file).extension().string();
+        return !extension.empty() && importer.IsExtensionSupported(extension)
+                   ? "is damaged, or not of the format that its name says"
+                   : "unknown format";
     }
     if (assimpError.find("no meshes") != std::string::npos) {
         return "holds no meshes";
@@ -354,7 +358,7 @@ osg::RefPtr<osg::NodePtr> ModelLoader::load(const std::string& file) const
                                                            aiProcess_GenSmoothNormals | aiProcess_SortByPType |
                                                            aiProcess_FindInvalidData | aiProcess_ValidateDataStructure);
         if (scene == nullptr || scene->mRootNode == nullptr) {
-            throw ViewerError(file, explain(importer.GetErrorString()));
+            throw ViewerError(file, explain(importer, file));
         }
         if (!hasMeshInNode(*scene)) {
             throw ViewerError(file, "holds no meshes");

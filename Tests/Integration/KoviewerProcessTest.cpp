@@ -168,7 +168,7 @@ TEST_F(KoviewerProcessTest, ARandomModelIsRefused)
     }
     const std::string file = m_folder.write("random.glb", noise);
 
-    expectRefused(runHeadless(file, script()), file + ": unknown format");
+    expectRefused(runHeadless(file, script()), file + ": is damaged, or not of the format that its name says");
 }
 
 TEST_F(KoviewerProcessTest, AnUnknownFormatIsRefused)
