@@ -5,6 +5,7 @@
 
 #include <OpenSG/OSGConfig.h>
 
+#include <OpenSG/OSGGL.h>
 #include <OpenSG/OSGGeoProperty.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGGroup.h>
@@ -30,7 +31,12 @@ osg::NodePtr makePoints(const osg::Pnt3f& first, const osg::Pnt3f& second)
     positions->addValue(first);
     positions->addValue(second);
     osg::endEditCP(positions);
+    // Without a primitive that uses them, positions have no extent.
+    const osg::GeoPTypesUI8Ptr types = osg::GeoPTypesUI8::create();
+    types->addValue(GL_POINTS);
+    osg::endEditCP(types);
     const osg::GeometryPtr geometry = osg::Geometry::create();
+    geometry->setTypes(types);
     geometry->setPositions(positions);
     osg::endEditCP(geometry);
     const osg::NodePtr node = osg::Node::create();

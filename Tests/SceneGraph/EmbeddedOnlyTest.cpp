@@ -126,6 +126,18 @@ TEST_F(EmbeddedOnlyTest, LightsAndCamerasOfTheHostAreCores)
     EXPECT_TRUE(UberCameraPtr::dcast(light->getCore()) == NullFC);
 }
 
+// An installed OpenSG copies the handles without references on what they lead to, and releases them twice.
+TEST_F(EmbeddedOnlyTest, AShallowCopyOfAGeometrySharesAndHoldsTheProperties)
+{
+    const auto geometry = hold(makeCube());
+
+    const auto copy = hold(GeometryPtr::dcast(geometry->shallowCopy()));
+
+    EXPECT_TRUE(copy->getPositions() == geometry->getPositions());
+    EXPECT_EQ(copy->getPositions().getRefCount(), 2);
+    EXPECT_EQ(copy->getPositions()->getParents().size(), 2U);
+}
+
 TEST_F(EmbeddedOnlyTest, LivingContainersAreCounted)
 {
     const UInt32 before = FieldContainerFactory::the()->getLiveContainerCount();

@@ -107,17 +107,6 @@ TEST_F(GeometryTest, SettingItsOwnPropertyAgainKeepsIt)
     EXPECT_EQ(geometry->getPositions()->getParents().size(), 1U);
 }
 
-TEST_F(GeometryTest, AShallowCopySharesTheProperties)
-{
-    const auto geometry = hold(makeCube());
-
-    const auto copy = hold(GeometryPtr::dcast(geometry->shallowCopy()));
-
-    EXPECT_TRUE(copy->getPositions() == geometry->getPositions());
-    EXPECT_EQ(copy->getPositions().getRefCount(), 2);
-    EXPECT_EQ(copy->getPositions()->getParents().size(), 2U);
-}
-
 TEST_F(GeometryTest, ACloneHasPropertiesOfItsOwn)
 {
     const auto geometry = hold(makeCube());

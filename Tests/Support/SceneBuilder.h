@@ -4,6 +4,7 @@
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGFieldContainerFactory.h>
+#include <OpenSG/OSGGL.h>
 #include <OpenSG/OSGGeoProperty.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGNode.h>
@@ -60,8 +61,14 @@ inline osg::GeometryPtr makeExtent(const osg::Pnt3f& min, const osg::Pnt3f& max)
     positions->addValue(min);
     positions->addValue(max);
     osg::endEditCP(positions);
+    // Without a primitive that uses them, positions have no extent.
+    const osg::GeoPTypesUI8Ptr types = osg::GeoPTypesUI8::create();
+    osg::beginEditCP(types);
+    types->addValue(GL_POINTS);
+    osg::endEditCP(types);
     const osg::GeometryPtr geometry = osg::Geometry::create();
     osg::beginEditCP(geometry);
+    geometry->setTypes(types);
     geometry->setPositions(positions);
     osg::endEditCP(geometry);
     return geometry;

@@ -17,7 +17,8 @@ namespace osg {
  * Types and lengths say which primitives there are, the indices which vertices they use, the other properties what
  * the vertices are like. Each property that is set is referenced and knows the geometry as a parent.
  *
- * Remembers its bounding box until the end of an edit with PositionsFieldMask, or of an edit of the positions.
+ * Its bounding box is that of the vertices of its primitives; positions that none of them uses do not count.
+ * Remembers that box until the end of an edit with PositionsFieldMask, or of an edit of the positions.
  */
 class OSG_SYSTEM_DLLMAPPING Geometry : public MaterialDrawable {
 public:
@@ -146,6 +147,7 @@ private:
     template <class FieldT, class HandleT>
     void setProperty(FieldT& field, UInt32& slot, HandleT property);
     RareFields& editRareFields();
+    void computeBounds(BoxVolume& bounds) const;
 
     SFGeoPTypesPtr m_sfTypes;
     SFGeoPLengthsPtr m_sfLengths;
@@ -163,7 +165,7 @@ private:
     UInt32 m_indicesSlot = 0;
     SFBool m_sfDlistCache{true};
     SFBool m_sfVbo{false};
-    bool m_boundsKnown = false;
+    /// Also while the box is not known: an empty one is computed again.
     bool m_boundsEmpty = true;
     Pnt3f m_boundsMin;
     Pnt3f m_boundsMax;

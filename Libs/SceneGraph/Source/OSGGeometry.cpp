@@ -4,6 +4,8 @@
 #include <OpenSG/OSGGeoProperty.h>
 #include <OpenSG/OSGMaterial.h>
 
+#include <algorithm>
+
 namespace osg {
 
 struct Geometry::RareFields {
@@ -365,33 +367,58 @@ GeometryPtr Geometry::clone()
 void Geometry::changed(const BitVector whichField, const UInt32 origin)
 {
     if ((whichField & PositionsFieldMask) != 0) {
-        m_boundsKnown = false;
+        m_boundsEmpty = true;
         invalidateVolume();
     }
     Inherited::changed(whichField, origin);
 }
 
-void Geometry::adjustVolume(Volume& volume)
+// Only points of primitives count: a geometry without types has no extent, whatever positions it has.
+void Geometry::computeBounds(BoxVolume& bounds) const
 {
     const GeoPositionsPtr positions = getPositions();
-    if (!m_boundsKnown) {
-        BoxVolume bounds;
-        if (positions != NullFC) {
-            // Points are nearly always stored as they are read: no need for a virtual call each.
-            if (const GeoPositions3f* const points = dynamic_cast<const GeoPositions3f*>(&*positions)) {
-                for (const Pnt3f& point : points->getField()) {
-                    bounds.extendBy(point);
-                }
-            } else {
-                const UInt32 count = positions->getSize();
-                for (UInt32 index = 0; index < count; ++index) {
-                    bounds.extendBy(positions->getValue(index));
-                }
+    const GeoPTypesPtr types = getTypes();
+    if (positions == NullFC || types == NullFC) {
+        return;
+    }
+    const GeoPLengthsPtr lengths = getLengths();
+    const GeoIndicesPtr indices = getIndices();
+    const UInt32 positionCount = positions->getSize();
+
+    // With an index mapping each vertex has one index for each group of properties.
+    constexpr UInt16 mapPosition = 1;
+    const MFUInt16& mapping = *getMFIndexMapping();
+    const UInt32 stride = mapping.empty() ? 1 : mapping.size();
+    UInt32 offset = mapping.size();
+    while (offset > 0 && (mapping[offset - 1] & mapPosition) == 0) {
+        --offset;
+    }
+    offset = offset > 0 ? offset - 1 : 0;
+
+    const UInt32 vertexCount = (indices != NullFC ? indices->getSize() : positionCount) / stride;
+    UInt32 vertex = 0;
+    for (UInt32 primitive = 0; primitive < types->getSize(); ++primitive) {
+        UInt32 length = vertexCount;
+        if (lengths != NullFC) {
+            length = primitive < lengths->getSize() ? lengths->getValue(primitive) : 0;
+        }
+        const UInt32 end = vertex + std::min(length, vertexCount - vertex);
+        for (; vertex < end; ++vertex) {
+            const UInt32 index = indices != NullFC ? indices->getValue(vertex * stride + offset) : vertex;
+            if (index < positionCount) {
+                bounds.extendBy(positions->getValue(index));
             }
         }
+    }
+}
+
+void Geometry::adjustVolume(Volume& volume)
+{
+    if (m_boundsEmpty) {
+        BoxVolume bounds;
+        computeBounds(bounds);
         m_boundsEmpty = bounds.isEmpty();
         bounds.getBounds(m_boundsMin, m_boundsMax);
-        m_boundsKnown = true;
     }
     if (!m_boundsEmpty) {
         volume.extendBy(m_boundsMin);
