@@ -98,6 +98,7 @@ TEST_F(NodeUtilsTest, ANameOfTheUserNeedsNoMark)
 TEST_F(NodeUtilsTest, IgnoresNullAndAnswersEmptyForIt)
 {
     const osg::NodePtr null;
+    takeChanges();
 
     NodeUtils::setName(null, "engine", true);
 

@@ -132,6 +132,7 @@ TEST_F(koNodeUtilsTest, AnAuxiliaryNodeDoesNotMakeItsChildrenAuxiliary)
 TEST_F(koNodeUtilsTest, IgnoresNullAndAnswersFalseForIt)
 {
     const osg::NodePtr null;
+    takeChanges();
 
     koNodeUtils::setIsAuxiliaryNode(null, true);
     koNodeUtils::setIsEditable(null, false);

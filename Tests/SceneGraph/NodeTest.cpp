@@ -54,7 +54,7 @@ TEST_F(NodeTest, AFreshNodeHasNothing)
     EXPECT_EQ(node->getNChildren(), 0U);
     EXPECT_EQ(node->getTravMask(), 0xFFFFFFFFU);
     EXPECT_TRUE(node->getActive());
-    EXPECT_TRUE(node->getVolume().isValid());
+    EXPECT_FALSE(node->getVolume().isValid());
     EXPECT_TRUE(node->getVolume().isEmpty());
 }
 

@@ -4,6 +4,7 @@
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGMaterialGroup.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -230,15 +231,76 @@ TEST_F(NodeVolumeTest, ReplacingAChildChangesTheVolume)
     EXPECT_EQ(worldBounds(root), filled(Pnt3f(0, 0, 0), Pnt3f(5, 5, 5)));
 }
 
-TEST_F(NodeVolumeTest, ACoreSetWithoutAnEditLeavesTheOldVolume)
+TEST_F(NodeVolumeTest, PositionsThatNoPrimitiveUsesHaveNoExtent)
+{
+    const GeometryPtr geometry = makeCube();
+    const auto node = hold(makeNode(geometry));
+    geometry->setTypes(NullFC);
+    endEditCP(geometry);
+    EXPECT_EQ(worldBounds(node), emptied(Pnt3f(0, 0, 0), Pnt3f(0, 0, 0)));
+
+    const GeoPTypesUI8Ptr types = GeoPTypesUI8::create();
+    types->addValue(GL_POINTS);
+    endEditCP(types);
+    geometry->setTypes(types);
+    geometry->getLengths()->setValue(1, 0);
+    endEditCP(geometry);
+
+    EXPECT_EQ(worldBounds(node), filled(Pnt3f(-1, -1, -1), Pnt3f(-1, -1, -1)));
+}
+
+TEST_F(NodeVolumeTest, IndicesSayWhichPositionsCount)
+{
+    const GeometryPtr geometry = makePoints({Pnt3f(0, 0, 0), Pnt3f(1, 1, 1), Pnt3f(9, 9, 9)});
+    const auto node = hold(makeNode(geometry));
+    const GeoIndicesUI32Ptr indices = GeoIndicesUI32::create();
+    indices->addValue(1);
+    indices->addValue(0);
+    endEditCP(indices);
+    geometry->setIndices(indices);
+    geometry->getLengths()->setValue(2, 0);
+    endEditCP(geometry);
+
+    EXPECT_EQ(worldBounds(node), filled(Pnt3f(0, 0, 0), Pnt3f(1, 1, 1)));
+}
+
+TEST_F(NodeVolumeTest, WithoutLengthsAPrimitiveHasAllPositions)
+{
+    const GeometryPtr geometry = makeCube();
+    const auto node = hold(makeNode(geometry));
+    geometry->setLengths(NullFC);
+    endEditCP(geometry);
+
+    EXPECT_EQ(worldBounds(node), unitCube);
+}
+
+TEST_F(NodeVolumeTest, AShallowCopyKeepsTheNumbersOfTheBoxButNotTheBox)
+{
+    const auto node = hold(makeNode(Group::create()));
+    addNode(node, makeCube());
+    ASSERT_EQ(worldBounds(node), unitCube);
+
+    const auto copy = hold(NodePtr::dcast(node->shallowCopy()));
+
+    EXPECT_EQ(worldBounds(copy), emptied(Pnt3f(-1, -1, -1), Pnt3f(1, 1, 1)));
+}
+
+TEST_F(NodeVolumeTest, InvalidatingIsRecordedOnce)
+{
+    const auto node = hold(Node::create());
+    EXPECT_THAT(takeChanges(), ::testing::ElementsAre(Change(getContainerId(node.get()), Node::VolumeFieldMask)));
+
+    node->invalidateVolume();
+
+    EXPECT_THAT(takeChanges(), ::testing::IsEmpty());
+}
+
+TEST_F(NodeVolumeTest, ANewCoreChangesTheVolumeWithoutAnEdit)
 {
     const auto node = hold(makeNode(makeCube()));
     ASSERT_EQ(worldBounds(node), unitCube);
 
     node->setCore(makePoints({Pnt3f(0, 0, 0), Pnt3f(5, 5, 5)}));
-    EXPECT_EQ(worldBounds(node), unitCube);
-
-    endEditCP(node, Node::CoreFieldMask);
 
     EXPECT_EQ(worldBounds(node), filled(Pnt3f(0, 0, 0), Pnt3f(5, 5, 5)));
 }

@@ -3,17 +3,23 @@
 
 #include <OpenSG/OSGConfig.h>
 
+#include <OpenSG/OSGChangeList.h>
 #include <OpenSG/OSGFieldContainerFactory.h>
 #include <OpenSG/OSGFieldContainerType.h>
 #include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGThread.h>
 
 namespace quon::testing {
 
 std::size_t countLiveContainers()
 {
+    // Nothing of this is recorded: the lists of changes are those of the test.
+    osg::ChangeList* const changes = osg::Thread::getCurrentChangeList();
+    changes->setReadOnly(true);
     osg::NodePtr newest = osg::Node::create();
     const osg::UInt32 end = osg::getContainerId(newest);
     osg::subRefCP(newest);
+    changes->setReadOnly(false);
 
     const osg::FieldContainerFactory* const factory = osg::FieldContainerFactory::the();
     std::size_t count = 0;

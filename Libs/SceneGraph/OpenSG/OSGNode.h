@@ -21,9 +21,10 @@ namespace osg {
  *
  * @par Volumes
  * A node's volume is the box of its children and its core, the core's transformation included: it is in the space of
- * the parent. It is computed when it is asked for and was invalid. What invalidates it is the end of an edit with
- * CoreFieldMask, ChildrenFieldMask or TravMaskFieldMask, a transform's MatrixFieldMask, or a geometry's
- * PositionsFieldMask: a change that was not ended keeps the old box. A box that becomes empty keeps its corners.
+ * the parent. It is computed when it is asked for and was invalid, as it is at first. What invalidates it is a new
+ * core or other children, and the end of an edit with TravMaskFieldMask, a transform's MatrixFieldMask, or a
+ * geometry's PositionsFieldMask: such a change that was not ended keeps the old box. A box that becomes empty keeps
+ * its corners, in a shallow copy too.
  */
 class OSG_SYSTEM_DLLMAPPING Node : public AttachmentContainer {
 public:
@@ -51,7 +52,7 @@ public:
 
     /// May be null.
     NodeCorePtr getCore() const { return m_sfCore.getValue(); }
-    /// References the new core, then releases the old one; null is allowed.
+    /// References the new core, then releases the old one; null is allowed. Invalidates the volume.
     void setCore(const NodeCorePtr& core);
 
     /// Null for a root.
@@ -128,6 +129,8 @@ protected:
     Node(const Node& source);
     ~Node() override;
 
+    void onCreate(const FieldContainer* source) override;
+
     static FieldDescription* _desc[];
     static FieldContainerType _type;
 
@@ -144,6 +147,7 @@ private:
     void closeHoles() const;
     Node* findStaleChild(UInt32 slot) const;
     void computeVolume();
+    void replaceCore(const NodeCorePtr& core);
 
     // What walks up the tree read comes first.
     SFUInt32 m_sfTravMask{0xFFFFFFFF};

@@ -33,16 +33,26 @@ Node::Node(const Node& source)
     : Inherited(source)
     , m_sfTravMask(source.m_sfTravMask)
     , m_sfHostFlags(source.m_sfHostFlags)
+    , m_sfVolume(source.m_sfVolume)
     , m_occlusionMask(source.m_occlusionMask)
 {
     if (source.getCore() != NullFC) {
-        setCore(source.getCore());
+        replaceCore(source.getCore());
+    }
+}
+
+void Node::onCreate(const FieldContainer* source)
+{
+    Inherited::onCreate(source);
+    if (source != nullptr) {
+        // The copy has the box of its source, but not its children.
+        invalidateVolume();
     }
 }
 
 Node::~Node()
 {
-    setCore(NullFC);
+    replaceCore(NullFC);
     for (UInt32 slot = 0; slot < m_children.slotCount(); ++slot) {
         NodePtr child = m_children.slot(slot);
         if (child != NullFC) {
@@ -53,6 +63,12 @@ Node::~Node()
 }
 
 void Node::setCore(const NodeCorePtr& core)
+{
+    replaceCore(core);
+    invalidateVolume();
+}
+
+void Node::replaceCore(const NodeCorePtr& core)
 {
     const NodeCorePtr newCore = core;
     NodeCorePtr oldCore = getCore();
@@ -308,10 +324,7 @@ void Node::invalidateVolume()
             return;
         }
         volume.setValid(false);
-        // Nobody misses an empty box, so this is no change that anybody has to hear of.
-        if (!volume.isEmpty()) {
-            endEditCP(NodePtr(*node), VolumeFieldMask);
-        }
+        endEditCP(NodePtr(*node), VolumeFieldMask);
     }
 }
 
