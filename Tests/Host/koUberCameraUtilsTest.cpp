@@ -17,6 +17,7 @@ class DerivedCamera;
 using DerivedCameraPtr = osg::FCPtr<osg::UberCameraPtr, DerivedCamera>;
 
 class DerivedCamera : public osg::UberCamera {
+public:
     OSG_FIELD_CONTAINER_DECL(DerivedCameraPtr)
 
 private:

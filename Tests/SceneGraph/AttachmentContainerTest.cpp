@@ -175,7 +175,19 @@ TEST_F(AttachmentContainerTest, AnUntypedPointerIsAttached)
     EXPECT_TRUE(osg::getVoidP(node.get()) == &value);
 }
 
-TEST_F(AttachmentContainerTest, SubtractingWhatIsNotAttachedDoesNothing)
+TEST_F(AttachmentContainerTest, SubtractingFromWhereNothingIsAttachedDoesNothing)
+{
+    const auto node = hold(Node::create());
+    const auto attached = hold(GeoPositions3f::create());
+    node->addAttachment(attached.get());
+
+    node->subAttachment(attached.get(), 1);
+
+    EXPECT_TRUE(node->findAttachment(GeoPositions3f::getClassType()) == attached.get());
+    EXPECT_EQ(attached.get().getRefCount(), 2);
+}
+
+TEST_F(AttachmentContainerTest, SubtractingAnotherOfTheSameGroupTakesOutWhatIsAttached)
 {
     const auto node = hold(Node::create());
     const auto attached = hold(GeoPositions3f::create());
@@ -183,10 +195,9 @@ TEST_F(AttachmentContainerTest, SubtractingWhatIsNotAttachedDoesNothing)
     node->addAttachment(attached.get());
 
     node->subAttachment(other.get());
-    node->subAttachment(attached.get(), 1);
 
-    EXPECT_TRUE(node->findAttachment(GeoPositions3f::getClassType()) == attached.get());
-    EXPECT_EQ(attached.get().getRefCount(), 2);
+    EXPECT_TRUE(node->findAttachment(GeoPositions3f::getClassType()) == NullFC);
+    EXPECT_EQ(attached.get().getRefCount(), 1);
     EXPECT_EQ(other.get().getRefCount(), 1);
 }
 

@@ -265,12 +265,13 @@ TEST(BoxVolumeTest, TransformingAnEmptyBoxLeavesItsStaleCorners)
     EXPECT_EQ(box.getMax(), Pnt3f(4, 5, 6));
 }
 
-TEST(BoxVolumeTest, HitsPointsInsideAndOnTheBorder)
+TEST(BoxVolumeTest, HitsPointsInsideButNotOnTheBorder)
 {
     const BoxVolume box(-1, -1, -1, 1, 1, 1);
 
     EXPECT_TRUE(box.intersect(Pnt3f(0, 0, 0)));
-    EXPECT_TRUE(box.intersect(Pnt3f(1, 1, 1)));
+    EXPECT_FALSE(box.intersect(Pnt3f(1, 0, 0)));
+    EXPECT_FALSE(box.intersect(Pnt3f(0, 0, -1)));
     EXPECT_FALSE(box.intersect(Pnt3f(1.5F, 0, 0)));
     EXPECT_FALSE(BoxVolume().intersect(Pnt3f(0, 0, 0)));
 }

@@ -113,7 +113,7 @@ TEST_F(HandWrittenContainerTest, HasATypeAndAGroupOfItsOwn)
 {
     EXPECT_EQ(HostGroup::getClassTypeId(), HostGroup::getClassType().getId());
     EXPECT_NE(HostGroup::getClassTypeId(), Group::getClassTypeId());
-    EXPECT_NE(HostGroup::getClassGroupId(), Group::getClassType().getGroupId());
+    EXPECT_NE(HostGroup::getClassType().getGroupId(), Group::getClassType().getGroupId());
 }
 
 TEST_F(HandWrittenContainerTest, ItsFieldIsReachedByNameAndById)

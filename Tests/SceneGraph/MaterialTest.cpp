@@ -92,18 +92,26 @@ TEST_F(MaterialTest, IsTransparentAboveOneMillionth)
     EXPECT_FALSE(material->isTransparent());
 }
 
-TEST_F(MaterialTest, TransparencyIsForcedEitherWay)
+TEST_F(MaterialTest, TransparencyIsForced)
 {
     const auto opaque = hold(SimpleMaterial::create());
     opaque->setTransparencyMode(Material::TransparencyForceTransparent);
     endEditCP(opaque);
-    const auto transparent = hold(SimpleMaterial::create());
-    transparent->setTransparency(0.5F);
-    transparent->setTransparencyMode(Material::TransparencyForceOpaque);
-    endEditCP(transparent);
 
     EXPECT_TRUE(opaque->isTransparent());
-    EXPECT_FALSE(transparent->isTransparent());
+}
+
+TEST_F(MaterialTest, ATransparencyAboveOneMillionthBeatsAForcedOpacity)
+{
+    const auto material = hold(SimpleMaterial::create());
+    material->setTransparency(0.5F);
+    material->setTransparencyMode(Material::TransparencyForceOpaque);
+    endEditCP(material);
+    EXPECT_TRUE(material->isTransparent());
+
+    material->setTransparency(0.F);
+    endEditCP(material);
+    EXPECT_FALSE(material->isTransparent());
 }
 
 } // namespace

@@ -250,7 +250,8 @@ RC_GTEST_FIXTURE_PROP(SceneModelTest, ParentsOfAttachmentsAreThoseOfAPlainVector
             list.push_back(use);
         } else if (happens(50)) {
             nodes[use.node]->subAttachment(attachments[attachment].get(), use.binding);
-            list.erase(std::remove_if(list.begin(), list.end(), isSame), list.end());
+            // Whichever is attached there: all are of one group.
+            forget(isSame);
         } else {
             nodes[use.node] = Node::create();
             forget([&use](const Use& other) { return other.node == use.node; });

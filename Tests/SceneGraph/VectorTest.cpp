@@ -26,8 +26,8 @@ struct PointName {
     template <class PointT>
     static std::string GetName(int)
     {
-        constexpr bool isPoint = std::is_same_v<PointT, Point<typename PointT::ValueType, PointT::_uiSize>>;
-        return std::string(isPoint ? "PointOf" : "VectorOf") + std::to_string(PointT::_uiSize) + "Times" +
+        constexpr bool isPoint = std::is_same_v<PointT, Point<typename PointT::ValueType, PointT::_iSize>>;
+        return std::string(isPoint ? "PointOf" : "VectorOf") + std::to_string(PointT::_iSize) + "Times" +
                std::to_string(sizeof(typename PointT::ValueType)) + "Bytes";
     }
 };
@@ -38,7 +38,7 @@ TYPED_TEST(FreshPointTest, HasOnlyZeros)
 {
     const TypeParam point;
 
-    for (UInt32 i = 0; i < TypeParam::_uiSize; ++i) {
+    for (UInt32 i = 0; i < TypeParam::_iSize; ++i) {
         EXPECT_EQ(point[i], 0) << "component " << i;
     }
 }

@@ -82,7 +82,7 @@ HostMarksAttachmentPtr findAttachment(const osg::AttachmentContainerPtr& contain
     if (container->getSFAttachments()->getValue().empty()) {
         return osg::NullFC;
     }
-    const osg::AttachmentPtr attachment = container->findAttachment(HostMarksAttachment::getClassGroupId());
+    const osg::AttachmentPtr attachment = container->findAttachment(HostMarksAttachment::getClassType().getGroupId());
     if (attachment == osg::NullFC) {
         return osg::NullFC;
     }

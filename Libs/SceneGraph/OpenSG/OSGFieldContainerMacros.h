@@ -17,7 +17,6 @@
 public:                                                                                                                \
     static ::osg::FieldContainerType& getClassType();                                                                  \
     static ::osg::UInt32 getClassTypeId();                                                                             \
-    static ::osg::UInt16 getClassGroupId();                                                                            \
     ::osg::FieldContainerType& getType() override;                                                                     \
     const ::osg::FieldContainerType& getType() const override;                                                         \
     ::osg::UInt32 getContainerSize() const override;
@@ -36,10 +35,6 @@ public:                                                                         
     ::osg::UInt32 OSG_CLASS::getClassTypeId()                                                                          \
     {                                                                                                                  \
         return _type.getId();                                                                                          \
-    }                                                                                                                  \
-    ::osg::UInt16 OSG_CLASS::getClassGroupId()                                                                         \
-    {                                                                                                                  \
-        return _type.getGroupId();                                                                                     \
     }
 
 #define OSG_ABSTR_FIELD_CONTAINER_DEF(OSG_CLASS, OSG_FIELD_CONTAINER_PTR)                                              \

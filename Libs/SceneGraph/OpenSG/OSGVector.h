@@ -26,7 +26,7 @@ public:
     using ValueType = ValueTypeT;
     using VectorType = Vector<ValueTypeT, SizeI>;
 
-    static constexpr UInt32 _uiSize = SizeI;
+    static constexpr UInt32 _iSize = SizeI;
 
     constexpr Point() noexcept = default;
 

@@ -82,7 +82,7 @@ void AttachmentContainer::subAttachment(const AttachmentPtr& attachment, const U
     MField<AttachmentMap::Entry>& entries = m_sfAttachments.getValue().m_entries;
     const UInt32 key = makeKey(attachment->getGroupId(), binding);
     AttachmentMap::Entry* const found = lowerBound(entries.begin(), entries.end(), key);
-    if (found != entries.end() && found->first == key && found->second == attachment) {
+    if (found != entries.end() && found->first == key) {
         AttachmentMap::Entry entry = *found;
         entries.erase(found);
         release(entry);
@@ -122,6 +122,12 @@ void AttachmentContainer::takePlace(AttachmentMap::Entry& entry)
 
 void AttachmentContainer::release(AttachmentMap::Entry& entry)
 {
+    // The list of parents loses its first entry for this container, also when that was made for another binding.
+    for (AttachmentMap::Entry& other : m_sfAttachments.getValue().m_entries) {
+        if (other.second == entry.second && other.parentSlot < entry.parentSlot) {
+            std::swap(other.parentSlot, entry.parentSlot);
+        }
+    }
     beginEditCP(entry.second, Attachment::ParentsFieldMask);
     entry.second->removeUser(entry.parentSlot);
     endEditCP(entry.second, Attachment::ParentsFieldMask);

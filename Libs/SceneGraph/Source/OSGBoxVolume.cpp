@@ -103,7 +103,7 @@ bool BoxVolume::intersect(const Pnt3f& point) const
         return isInfinite();
     }
     for (UInt32 i = 0; i < 3; ++i) {
-        if (!(point[i] >= m_minimum[i] && point[i] <= m_maximum[i])) {
+        if (!(point[i] > m_minimum[i] && point[i] < m_maximum[i])) {
             return false;
         }
     }

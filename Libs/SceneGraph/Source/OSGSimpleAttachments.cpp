@@ -13,7 +13,7 @@ const Char8* getName(AttachmentContainerPtr container)
     if (container == NullFC) {
         return nullptr;
     }
-    const NamePtr name = NamePtr::dcast(container->findAttachment(Name::getClassGroupId()));
+    const NamePtr name = NamePtr::dcast(container->findAttachment(Name::getClassType().getGroupId()));
     return name != NullFC ? name->getField().getValue().c_str() : nullptr;
 }
 
@@ -23,7 +23,7 @@ void setName(AttachmentContainerPtr container, const std::string& name)
         FFATAL(("setName: no container given!\n"));
         return;
     }
-    NamePtr attachment = NamePtr::dcast(container->findAttachment(Name::getClassGroupId()));
+    NamePtr attachment = NamePtr::dcast(container->findAttachment(Name::getClassType().getGroupId()));
     const bool isNew = attachment == NullFC;
     if (isNew) {
         attachment = Name::create();
@@ -51,7 +51,7 @@ void setName(AttachmentContainerPtr container, const Char8* name)
         FFATAL(("setName: no container given!\n"));
         return;
     }
-    const AttachmentPtr attachment = container->findAttachment(Name::getClassGroupId());
+    const AttachmentPtr attachment = container->findAttachment(Name::getClassType().getGroupId());
     if (attachment != NullFC) {
         beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
         container->subAttachment(attachment);
@@ -65,7 +65,7 @@ void* getVoidP(AttachmentContainerPtr container)
         return nullptr;
     }
     const VoidPAttachmentPtr attachment =
-        VoidPAttachmentPtr::dcast(container->findAttachment(VoidPAttachment::getClassGroupId()));
+        VoidPAttachmentPtr::dcast(container->findAttachment(VoidPAttachment::getClassType().getGroupId()));
     return attachment != NullFC ? attachment->getField().getValue() : nullptr;
 }
 
@@ -76,7 +76,7 @@ void setVoidP(AttachmentContainerPtr container, void* pointer)
         return;
     }
     VoidPAttachmentPtr attachment =
-        VoidPAttachmentPtr::dcast(container->findAttachment(VoidPAttachment::getClassGroupId()));
+        VoidPAttachmentPtr::dcast(container->findAttachment(VoidPAttachment::getClassType().getGroupId()));
     const bool isNew = attachment == NullFC;
     if (isNew) {
         attachment = VoidPAttachment::create();

@@ -51,9 +51,6 @@ void SimpleMaterial::rebuildState()
 
 bool SimpleMaterial::isTransparent() const
 {
-    if (getTransparencyMode() != TransparencyAutoDetection) {
-        return Inherited::isTransparent();
-    }
     return getTransparency() > Eps || Inherited::isTransparent();
 }
 

@@ -63,7 +63,7 @@ const LateRegistration lateRegistration;
 
 HostFieldAttachmentPtr findAttachment(const osg::AttachmentContainerPtr& container)
 {
-    const osg::AttachmentPtr attachment = container->findAttachment(HostFieldAttachment::getClassGroupId());
+    const osg::AttachmentPtr attachment = container->findAttachment(HostFieldAttachment::getClassType().getGroupId());
     return attachment == osg::NullFC ? HostFieldAttachmentPtr() : HostFieldAttachmentPtr::dcast(attachment);
 }
 
