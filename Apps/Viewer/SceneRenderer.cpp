@@ -293,7 +293,7 @@ const void* offsetInBuffer(const std::size_t offset)
 
 } // namespace
 
-class SceneRenderer::Implementation : private SceneVisitor {
+class SceneRenderer::Implementation final : private SceneVisitor {
 public:
     Statistics draw(const osg::NodePtr& root, const Matrix4& view, const Matrix4& projection, const int width,
                     const int height)
