@@ -226,9 +226,16 @@ RC_GTEST_FIXTURE_PROP(SceneModelTest, ParentsOfAttachmentsAreThoseOfAPlainVector
     std::vector<RefPtr<GeoPositions3fPtr>> attachments;
     std::vector<RefPtr<NodePtr>> nodes(nodeCount);
     std::vector<std::vector<Use>> uses(attachmentCount);
-    const auto forget = [&uses](const auto& isMeant) {
-        for (auto& list : uses) {
-            list.erase(std::remove_if(list.begin(), list.end(), isMeant), list.end());
+    // The list of parents loses the first entry for the node, whichever binding that was made for.
+    const auto forget = [](std::vector<Use>& list, const std::size_t end, const Use& use) {
+        for (std::size_t i = 0; i < end; ++i) {
+            if (list[i].node == use.node && list[i].binding == use.binding) {
+                const auto first = std::find_if(list.begin(), list.end(),
+                                                [&use](const Use& other) { return other.node == use.node; });
+                std::swap(first->binding, list[i].binding);
+                list.erase(first);
+                return;
+            }
         }
     };
     for (std::size_t i = 0; i < attachmentCount; ++i) {
@@ -242,19 +249,25 @@ RC_GTEST_FIXTURE_PROP(SceneModelTest, ParentsOfAttachmentsAreThoseOfAPlainVector
     for (int step = 0; step < steps; ++step) {
         const Use use{pick(nodeCount), static_cast<UInt16>(pick(3))};
         const std::size_t attachment = pick(attachmentCount);
-        const auto isSame = [&use](const Use& other) { return other.node == use.node && other.binding == use.binding; };
-        auto& list = uses[attachment];
         if (happens(65)) {
             nodes[use.node]->addAttachment(attachments[attachment].get(), use.binding);
-            forget(isSame);
-            list.push_back(use);
+            uses[attachment].push_back(use);
+            for (std::size_t i = 0; i < attachmentCount; ++i) {
+                forget(uses[i], uses[i].size() - (i == attachment ? 1 : 0), use);
+            }
         } else if (happens(50)) {
             nodes[use.node]->subAttachment(attachments[attachment].get(), use.binding);
             // Whichever is attached there: all are of one group.
-            forget(isSame);
+            for (auto& list : uses) {
+                forget(list, list.size(), use);
+            }
         } else {
             nodes[use.node] = Node::create();
-            forget([&use](const Use& other) { return other.node == use.node; });
+            for (auto& list : uses) {
+                list.erase(std::remove_if(list.begin(), list.end(),
+                                          [&use](const Use& other) { return other.node == use.node; }),
+                           list.end());
+            }
         }
 
         if (happens(3) || step + 1 == steps) {
