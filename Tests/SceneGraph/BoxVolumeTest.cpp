@@ -11,6 +11,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -263,6 +264,19 @@ TEST(BoxVolumeTest, TransformingAnEmptyBoxLeavesItsStaleCorners)
     EXPECT_TRUE(box.isEmpty());
     EXPECT_EQ(box.getMin(), Pnt3f(1, 2, 3));
     EXPECT_EQ(box.getMax(), Pnt3f(4, 5, 6));
+}
+
+TEST(BoxVolumeTest, AnEndlessBoxHasNoNumbersOnceItIsTransformed)
+{
+    constexpr Real32 infinity = std::numeric_limits<Real32>::infinity();
+    BoxVolume box(-infinity, -infinity, -infinity, infinity, infinity, infinity);
+
+    box.transform(Matrix());
+
+    for (UInt32 i = 0; i < 3; ++i) {
+        EXPECT_TRUE(std::isnan(box.getMin()[i]));
+        EXPECT_TRUE(std::isnan(box.getMax()[i]));
+    }
 }
 
 TEST(BoxVolumeTest, HitsPointsInsideButNotOnTheBorder)

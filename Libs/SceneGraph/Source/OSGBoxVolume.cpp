@@ -149,14 +149,11 @@ void BoxVolume::transform(const Matrix& matrix)
     for (UInt32 column = 0; column < 3; ++column) {
         for (UInt32 row = 0; row < 3; ++row) {
             const Real32 factor = matrix[column][row];
-            // Nothing to add, and zero times infinity would make a corner at infinity not a number. NaN goes on.
-            if (factor >= 0.0F && factor <= 0.0F) {
-                continue;
-            }
-            const Real32 low = factor * m_minimum[column];
-            const Real32 high = factor * m_maximum[column];
-            minimum[row] += low < high ? low : high;
-            maximum[row] += low < high ? high : low;
+            // No shortcut for zero: a corner at infinity becomes not a number, as in every OpenSG.
+            const Real32 first = factor * m_minimum[column];
+            const Real32 second = factor * m_maximum[column];
+            minimum[row] += second >= first ? first : second;
+            maximum[row] += second >= first ? second : first;
         }
     }
     m_minimum = minimum;

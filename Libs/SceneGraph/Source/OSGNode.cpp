@@ -332,11 +332,11 @@ void Node::getWorldVolume(BoxVolume& result)
 {
     updateVolume();
     result = getVolume();
+    Matrix toWorld;
     if (Node* const parent = getParentNode()) {
-        Matrix toWorld;
         parent->getToWorld(toWorld);
-        result.transform(toWorld);
     }
+    result.transform(toWorld);
 }
 
 const MFNodePtr* Node::getMFChildren() const
