@@ -26,6 +26,7 @@ class WitnessCore;
 using WitnessCorePtr = osg::FCPtr<osg::GroupPtr, WitnessCore>;
 
 class WitnessCore : public osg::Group {
+public:
     OSG_FIELD_CONTAINER_DECL(WitnessCorePtr)
 
     std::function<void()> onDestruction;

@@ -32,6 +32,7 @@ namespace quon::interaction {
     class Derived;                                                                                                     \
     using Derived##Ptr = osg::FCPtr<osg::Base##Ptr, Derived>;                                                          \
     class Derived : public osg::Base {                                                                                 \
+    public:                                                                                                            \
         OSG_FIELD_CONTAINER_DECL(Derived##Ptr)                                                                         \
     private:                                                                                                           \
         static osg::FieldContainerType _type;                                                                          \

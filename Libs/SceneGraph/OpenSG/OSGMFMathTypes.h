@@ -8,6 +8,7 @@ namespace osg {
 
 typedef MField<Matrix> MFMatrix;
 typedef MField<Pnt2f> MFPnt2f;
+typedef MField<Pnt3d> MFPnt3d;
 typedef MField<Pnt3f> MFPnt3f;
 typedef MField<Pnt4f> MFPnt4f;
 typedef MField<Vec2f> MFVec2f;

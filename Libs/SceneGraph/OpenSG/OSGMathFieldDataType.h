@@ -17,6 +17,10 @@ struct FieldDataTraits<Pnt2f> {
     static const Char8* getName() { return "Pnt2f"; }
 };
 template <>
+struct FieldDataTraits<Pnt3d> {
+    static const Char8* getName() { return "Pnt3d"; }
+};
+template <>
 struct FieldDataTraits<Pnt3f> {
     static const Char8* getName() { return "Pnt3f"; }
 };

@@ -8,6 +8,7 @@ namespace osg {
 
 typedef SField<Matrix> SFMatrix;
 typedef SField<Pnt2f> SFPnt2f;
+typedef SField<Pnt3d> SFPnt3d;
 typedef SField<Pnt3f> SFPnt3f;
 typedef SField<Pnt4f> SFPnt4f;
 typedef SField<Vec2f> SFVec2f;

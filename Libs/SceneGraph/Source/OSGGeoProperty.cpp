@@ -199,6 +199,7 @@ template class GeoProperty<GeoPLengthsUI16PropertyDesc>;
 template class GeoProperty<GeoPLengthsUI32PropertyDesc>;
 template class GeoProperty<GeoIndicesUI16PropertyDesc>;
 template class GeoProperty<GeoIndicesUI32PropertyDesc>;
+template class GeoProperty<GeoPositions3dPropertyDesc>;
 template class GeoProperty<GeoPositions3fPropertyDesc>;
 template class GeoProperty<GeoNormals3fPropertyDesc>;
 template class GeoProperty<GeoColors3fPropertyDesc>;
