@@ -120,12 +120,12 @@ GLenum primitiveOf(const aiMesh& mesh)
 }
 
 template <class Property>
-typename Property::Ptr fillProperty(const aiVector3D* values, const unsigned count)
+typename Property::PtrType fillProperty(const aiVector3D* values, const unsigned count)
 {
     using Value = typename Property::StoredFieldType::StoredType;
-    const typename Property::Ptr property = Property::create();
+    const typename Property::PtrType property = Property::create();
     beginEditCP(property);
-    auto& field = *property->getFieldPtr();
+    auto& field = *property->editFieldPtr();
     field.resize(count);
     for (unsigned i = 0; i < count; ++i) {
         field[i] = Value(values[i].x, values[i].y, values[i].z);

@@ -76,8 +76,9 @@ void traverseScene(const osg::NodePtr& root, const osg::UInt32 mask, SceneVisito
                 choice = choosing->getChoice();
             } else if (const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(core); geometry != osg::NullFC) {
                 const bool keepsOwn = entry.groupMaterial == osg::NullFC || extensions::getOverwriteMaterial(geometry);
-                visitor.visitGeometry({entry.node, geometry, entry.parentToWorld,
-                                       keepsOwn ? osg::MaterialPtr(geometry->getMaterial()) : entry.groupMaterial});
+                const osg::MaterialPtr ownMaterial = geometry->getMaterial();
+                visitor.visitGeometry(
+                    {entry.node, geometry, entry.parentToWorld, keepsOwn ? ownMaterial : entry.groupMaterial});
             }
         }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Integration/DrawnScene.h"
 #include "Integration/UserInput.h"
+#include "Support/LiveContainers.h"
 
 #include "Viewer/Matrix4.h"
 #include "Viewer/ViewerSession.h"
@@ -601,7 +602,7 @@ TEST_F(EndToEndTest, PartsAreCountedByName)
 
 TEST(EndToEndLeakTest, ASessionLeavesNothingBehindThatItsVisualisationsWouldNot)
 {
-    const auto countLive = [] { return osg::FieldContainerFactory::the()->getLiveContainerCount(); };
+    const auto countLive = [] { return quon::testing::countLiveContainers(); };
     const std::size_t start = countLive();
     {
         // Keeps its material on purpose.

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 #
-# What libkoInteraction shows to the linker: run with -DLIBRARY=<file> -DNM=<nm> -DREADELF=<readelf>.
+# What libkoInteraction shows to the linker: run with -DLIBRARY=<file> -DNM=<nm> -DREADELF=<readelf>
+# -DSCENE_GRAPH=<library>,...
 cmake_policy(VERSION 3.25)
 
 set(failures "")
@@ -117,14 +118,16 @@ endforeach()
 if(NOT soname STREQUAL "libkoInteraction.so.1")
     report("the library's name is '${soname}' and not 'libkoInteraction.so.1'")
 endif()
-set(own "libQt5Core|libQt5Gui|libkoHost|libkoSceneGraph")
+string(REPLACE "," ";" sceneGraph "${SCENE_GRAPH}")
+list(JOIN sceneGraph "|" sceneGraphPattern)
+set(own "libQt5Core|libQt5Gui|libkoHost|${sceneGraphPattern}")
 set(runtime "libstdc\\+\\+|libc\\+\\+|libc\\+\\+abi|libm|libgcc_s|libc|ld-linux[-a-z0-9_]*|libasan|libubsan|libgcov")
 foreach(entry IN LISTS needed)
     if(NOT entry MATCHES "^(${own}|${runtime})\\.so(\\.[0-9]+)*$")
         report("needs ${entry}")
     endif()
 endforeach()
-foreach(expected libQt5Core libkoHost libkoSceneGraph)
+foreach(expected libQt5Core libkoHost ${sceneGraph})
     if(NOT needed MATCHES "(^|;)${expected}\\.so")
         report("does not need ${expected}, which it calls")
     endif()
