@@ -12,7 +12,8 @@
  * What the host's scene graph has beyond a stock OpenSG, as free functions.
  *
  * These names stay the same whichever OpenSG is used; here they give an installed OpenSG 1.8 what it lacks. Handles
- * must not be null (not checked). What is no field here is kept in an attachment, written in an edit of its own.
+ * must not be null (not checked). What is no field here is kept in an attachment. The setters write and nothing else:
+ * bracket them like any other write.
  */
 namespace quon::extensions {
 

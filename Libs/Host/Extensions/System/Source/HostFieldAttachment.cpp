@@ -77,7 +77,6 @@ void setHostField(const osg::AttachmentContainerPtr& container, osg::UInt32 valu
         return;
     }
 
-    osg::beginEditCP(container, osg::AttachmentContainer::AttachmentsFieldMask);
     if (value == 0) {
         container->subAttachment(attachment);
     } else if (attachment == osg::NullFC || attachment->getParents().size() > 1) {
@@ -92,7 +91,6 @@ void setHostField(const osg::AttachmentContainerPtr& container, osg::UInt32 valu
         attachment->setValue(value);
         osg::endEditCP(attachment, HostFieldAttachment::ValueFieldMask);
     }
-    osg::endEditCP(container, osg::AttachmentContainer::AttachmentsFieldMask);
 }
 
 osg::UInt32 getHostField(const osg::AttachmentContainerPtr& container)

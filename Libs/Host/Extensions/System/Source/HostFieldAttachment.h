@@ -8,7 +8,7 @@
 namespace quon::extensions {
 
 /**
- * Gives @p container the host's field, 32 bits of value @p value, bracketed when that is a change.
+ * Gives @p container the host's field, 32 bits of value @p value. The caller brackets the edit of @p container.
  *
  * The field is an attachment, which exists only while the value is not zero. A shallow copy keeps the value that its
  * original had when it was copied.
