@@ -14,6 +14,8 @@ packages=(
     g++ g++-12 clang-14 libclang-rt-14-dev cmake ninja-build ccache binutils
     # the library: Qt Core and Gui; the viewer: Widgets, OpenGL, EGL, models and ray queries
     qtbase5-dev libgl-dev libopengl-dev libegl-dev libassimp-dev libembree-dev
+    # named in the link line of libassimp-dev, which does not depend on it
+    zlib1g-dev
     # drawing without a display (Mesa's software renderer), a virtual display, fonts for the notifications
     libegl1 libegl-mesa0 libgl1-mesa-dri xvfb xauth fonts-dejavu-core
     # tests and the model of the demonstration
