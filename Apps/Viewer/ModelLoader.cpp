@@ -142,7 +142,7 @@ osg::GeometryPtr convertMesh(const aiMesh& mesh, const osg::MaterialPtr& materia
     beginEditCP(indices);
     for (unsigned face = 0; face < mesh.mNumFaces; ++face) {
         for (unsigned corner = 0; corner < mesh.mFaces[face].mNumIndices; ++corner) {
-            indices->getFieldPtr()->push_back(mesh.mFaces[face].mIndices[corner]);
+            indices->editFieldPtr()->push_back(mesh.mFaces[face].mIndices[corner]);
         }
     }
     endEditCP(indices);
@@ -167,7 +167,7 @@ osg::GeometryPtr convertMesh(const aiMesh& mesh, const osg::MaterialPtr& materia
         beginEditCP(colours);
         for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
             const aiColor4D& colour = mesh.mColors[0][i];
-            colours->getFieldPtr()->push_back(osg::Color4f(colour.r, colour.g, colour.b, colour.a));
+            colours->editFieldPtr()->push_back(osg::Color4f(colour.r, colour.g, colour.b, colour.a));
         }
         endEditCP(colours);
         geometry->setColors(colours);
@@ -177,7 +177,7 @@ osg::GeometryPtr convertMesh(const aiMesh& mesh, const osg::MaterialPtr& materia
         beginEditCP(texCoords);
         for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
             const aiVector3D& texCoord = mesh.mTextureCoords[0][i];
-            texCoords->getFieldPtr()->push_back(osg::Vec2f(texCoord.x, texCoord.y));
+            texCoords->editFieldPtr()->push_back(osg::Vec2f(texCoord.x, texCoord.y));
         }
         endEditCP(texCoords);
         geometry->setTexCoords(texCoords);

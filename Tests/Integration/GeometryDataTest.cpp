@@ -131,7 +131,7 @@ TEST_F(GeometryDataTest, ColoursWithAlphaKeepIt)
     const osg::RefPtr<osg::GeometryPtr> geometry = make(GL_TRIANGLES, {});
     const osg::GeoColors4fPtr colours = osg::GeoColors4f::create();
     for (int i = 0; i < 6; ++i) {
-        colours->getFieldPtr()->push_back(osg::Color4f(1, 0, 0, 0.25F));
+        colours->editFieldPtr()->push_back(osg::Color4f(1, 0, 0, 0.25F));
     }
     geometry->setColors(colours);
 
