@@ -99,10 +99,10 @@ osg::Matrix ExampleScene::getProjection()
     constexpr float nearPlane = 1;
     constexpr float farPlane = 20;
     constexpr float scale = 2;
-    return osg::Matrix(scale, 0, 0, 0,                                                                 //
-                       0, scale, 0, 0,                                                                 //
-                       0, 0, (farPlane + nearPlane) / (nearPlane - farPlane),                          //
-                       2 * farPlane * nearPlane / (nearPlane - farPlane),                              //
+    return osg::Matrix(scale, 0, 0, 0,                                        //
+                       0, scale, 0, 0,                                        //
+                       0, 0, (farPlane + nearPlane) / (nearPlane - farPlane), //
+                       2 * farPlane * nearPlane / (nearPlane - farPlane),     //
                        0, 0, -1, 0);
 }
 

@@ -55,9 +55,8 @@ void run(const QDir& folder)
     opensghost::ExampleScene scene;
 
     opensghost::OpenSGPainter painter;
-    const QImage own = surface.draw(pictureSize, pictureSize, [&] {
-        painter.draw(scene.getRoot(), view, projection, pictureSize, pictureSize);
-    });
+    const QImage own = surface.draw(pictureSize, pictureSize,
+                                    [&] { painter.draw(scene.getRoot(), view, projection, pictureSize, pictureSize); });
     viewer::SceneRenderer renderer;
     const QImage viewers = surface.draw(pictureSize, pictureSize, [&] {
         renderer.draw(scene.getRoot(), viewer::Matrix4(view), viewer::Matrix4(projection), pictureSize, pictureSize);

@@ -18,8 +18,8 @@ struct Listener {
     std::string name;
 };
 
-std::vector<std::string> namesCalled(const ListenerList<Listener>& list,
-                                     const std::function<bool(Listener&)>& during = [](Listener&) { return true; })
+std::vector<std::string> namesCalled(
+    const ListenerList<Listener>& list, const std::function<bool(Listener&)>& during = [](Listener&) { return true; })
 {
     std::vector<std::string> names;
     list.callWhile([&](Listener& listener) {

@@ -82,8 +82,8 @@ TEST_F(NodeUtilsTest, RecordsTheChangeOfTheAttachments)
 
     NodeUtils::setName(m_node, "engine", false);
 
-    EXPECT_THAT(takeChanges(), Contains(Change(osg::getContainerId(m_node.get()),
-                                               osg::AttachmentContainer::AttachmentsFieldMask)));
+    EXPECT_THAT(takeChanges(),
+                Contains(Change(osg::getContainerId(m_node.get()), osg::AttachmentContainer::AttachmentsFieldMask)));
 }
 
 TEST_F(NodeUtilsTest, ANameOfTheUserNeedsNoMark)

@@ -31,8 +31,7 @@ public:
     RecordingListener(CallLog& log, const std::string& name)
         : m_log(log)
         , m_name(name)
-    {
-    }
+    {}
 
     void notificationAdded(Notification* notification) override
     {

@@ -24,9 +24,9 @@ const int noModifiers = Qt::NoModifier;
 
 std::string describe(const koShortcut::Entry& entry)
 {
-    return entry.group.toStdString() + (entry.kind == koShortcut::Key ? " key " : " button ")
-           + std::to_string(entry.code) + " with " + std::to_string(entry.modifiers) + ": "
-           + entry.description.toStdString();
+    return entry.group.toStdString() + (entry.kind == koShortcut::Key ? " key " : " button ") +
+           std::to_string(entry.code) + " with " + std::to_string(entry.modifiers) + ": " +
+           entry.description.toStdString();
 }
 
 std::vector<std::string> entries()
@@ -43,8 +43,7 @@ public:
     RecordingListener(CallLog& log, const std::string& name)
         : m_log(log)
         , m_name(name)
-    {
-    }
+    {}
 
     ~RecordingListener() override { koShortcut::removeListener(this); }
 

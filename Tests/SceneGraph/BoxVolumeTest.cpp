@@ -361,14 +361,13 @@ RC_GTEST_PROP(BoxVolumePropertyTest, ABoxExtendedByPointsHoldsExactlyTheirExtrem
     BoxVolume box;
 
     for (const auto& triple : numbers) {
-        box.extendBy(Pnt3f(static_cast<Real32>(triple[0]), static_cast<Real32>(triple[1]),
-                           static_cast<Real32>(triple[2])));
+        box.extendBy(
+            Pnt3f(static_cast<Real32>(triple[0]), static_cast<Real32>(triple[1]), static_cast<Real32>(triple[2])));
     }
 
     for (UInt32 i = 0; i < 3; ++i) {
-        const auto [low, high] = std::minmax_element(numbers.begin(), numbers.end(), [i](const auto& a, const auto& b) {
-            return a[i] < b[i];
-        });
+        const auto [low, high] = std::minmax_element(numbers.begin(), numbers.end(),
+                                                     [i](const auto& a, const auto& b) { return a[i] < b[i]; });
         RC_ASSERT(box.getMin()[i] == static_cast<Real32>((*low)[i]));
         RC_ASSERT(box.getMax()[i] == static_cast<Real32>((*high)[i]));
     }

@@ -142,8 +142,8 @@ TEST_F(ChangeListTest, TheCallerRecordsTheChildren)
     parent->addChild(child);
     endEditCP(parent, Node::ChildrenFieldMask);
 
-    EXPECT_THAT(takeChangesButVolumes(), ElementsAre(Pair(getContainerId(child.get()), 0x10U),
-                                                     Pair(getContainerId(parent.get()), 0x20U)));
+    EXPECT_THAT(takeChangesButVolumes(),
+                ElementsAre(Pair(getContainerId(child.get()), 0x10U), Pair(getContainerId(parent.get()), 0x20U)));
 }
 
 TEST_F(ChangeListTest, SubChildRecordsTheParentOfTheChild)

@@ -163,8 +163,8 @@ TEST_F(EmbeddedOnlyTest, ReplacingTheOnlyChildByItselfKeepsEverythingAlive)
 
 TEST_F(EmbeddedOnlyTest, ATypeThatComesLateHasAPrototypeOnceItIsInitialized)
 {
-    FieldContainerType late("LateGroup", "Group", nullptr, []() -> FieldContainerPtr { return Group::createEmpty(); },
-                            nullptr);
+    FieldContainerType late(
+        "LateGroup", "Group", nullptr, []() -> FieldContainerPtr { return Group::createEmpty(); }, nullptr);
     EXPECT_TRUE(late.getPrototype() == NullFC);
     EXPECT_TRUE(late.createFieldContainer() == NullFC);
 

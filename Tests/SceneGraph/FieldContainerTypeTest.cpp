@@ -57,8 +57,7 @@ TEST_F(FieldContainerTypeTest, DerivedMeansThatDcastSucceeds)
     const FieldContainerPtr container = group.get();
 
     EXPECT_EQ(container->getType().isDerivedFrom(Group::getClassType()), GroupPtr::dcast(container) != NullFC);
-    EXPECT_EQ(container->getType().isDerivedFrom(Transform::getClassType()),
-              TransformPtr::dcast(container) != NullFC);
+    EXPECT_EQ(container->getType().isDerivedFrom(Transform::getClassType()), TransformPtr::dcast(container) != NullFC);
 }
 
 TEST_F(FieldContainerTypeTest, TypesSayWhatTheyAre)
@@ -138,7 +137,8 @@ TEST_F(FieldContainerTypeTest, FieldsHaveTheirNames)
     const auto material = hold(SimpleMaterial::create());
     const auto group = hold(MaterialGroup::create());
 
-    for (const char* name : {"types", "lengths", "positions", "normals", "colors", "indices", "material", "dlistCache"}) {
+    for (const char* name :
+         {"types", "lengths", "positions", "normals", "colors", "indices", "material", "dlistCache"}) {
         EXPECT_TRUE(geometry->getField(name) != nullptr) << name;
     }
     for (const char* name : {"chunks", "slots", "ambient", "diffuse", "specular", "shininess", "emission",

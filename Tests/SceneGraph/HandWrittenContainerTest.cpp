@@ -40,8 +40,7 @@ protected:
     HostGroup(const HostGroup& source)
         : Inherited(source)
         , m_level(source.m_level)
-    {
-    }
+    {}
     ~HostGroup() override = default;
 
     static osg::FieldDescription* _desc[];

@@ -30,8 +30,7 @@ protected:
         , m_a(addNode(m_parent))
         , m_b(addNode(m_parent))
         , m_c(addNode(m_parent))
-    {
-    }
+    {}
 
     ~NodeTest() override
     {

@@ -230,8 +230,8 @@ RC_GTEST_FIXTURE_PROP(SceneModelTest, ParentsOfAttachmentsAreThoseOfAPlainVector
     const auto forget = [](std::vector<Use>& list, const std::size_t end, const Use& use) {
         for (std::size_t i = 0; i < end; ++i) {
             if (list[i].node == use.node && list[i].binding == use.binding) {
-                const auto first = std::find_if(list.begin(), list.end(),
-                                                [&use](const Use& other) { return other.node == use.node; });
+                const auto first =
+                    std::find_if(list.begin(), list.end(), [&use](const Use& other) { return other.node == use.node; });
                 std::swap(first->binding, list[i].binding);
                 list.erase(first);
                 return;

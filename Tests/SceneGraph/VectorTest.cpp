@@ -20,7 +20,8 @@ constexpr Real32 infinity = std::numeric_limits<Real32>::infinity();
 template <class PointT>
 class FreshPointTest : public ::testing::Test {};
 
-using AllPoints = ::testing::Types<Pnt2f, Pnt3f, Pnt4f, Vec2f, Vec3f, Vec4f, Pnt3d, Vec3d, Vec4d, Pnt3ub, Vec4ub, Vec3s>;
+using AllPoints =
+    ::testing::Types<Pnt2f, Pnt3f, Pnt4f, Vec2f, Vec3f, Vec4f, Pnt3d, Vec3d, Vec4d, Pnt3ub, Vec4ub, Vec3s>;
 
 struct PointName {
     template <class PointT>

@@ -28,8 +28,7 @@ protected:
 
     ~SceneFixture() override
     {
-        EXPECT_EQ(countLiveContainers(), m_liveContainersAtStart)
-            << "containers leaked or released too often";
+        EXPECT_EQ(countLiveContainers(), m_liveContainersAtStart) << "containers leaked or released too often";
         osg::Thread::getCurrentChangeList()->clearAll();
     }
 

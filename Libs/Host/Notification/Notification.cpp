@@ -8,8 +8,7 @@ namespace quon::notification {
 Notification::Notification(NotificationManager& manager, const std::string& name)
     : m_manager(manager)
     , m_name(name)
-{
-}
+{}
 
 Notification::~Notification() = default;
 

@@ -6,17 +6,11 @@
 
 namespace quon::notification {
 
-void NotificationListener::notificationAdded(Notification*)
-{
-}
+void NotificationListener::notificationAdded(Notification*) {}
 
-void NotificationListener::notificationChanged(Notification*)
-{
-}
+void NotificationListener::notificationChanged(Notification*) {}
 
-void NotificationListener::notificationRemoved(Notification*)
-{
-}
+void NotificationListener::notificationRemoved(Notification*) {}
 
 NotificationManager* NotificationManager::getInstance()
 {

@@ -6,8 +6,7 @@ namespace quon::notification {
 TextNotification::TextNotification(NotificationManager& manager, const std::string& name, const std::string& text)
     : Notification(manager, name)
     , m_text(text)
-{
-}
+{}
 
 TextNotification::~TextNotification() = default;
 

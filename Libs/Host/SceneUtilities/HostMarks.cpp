@@ -31,8 +31,7 @@ protected:
     HostMarksAttachment(const HostMarksAttachment& other)
         : Inherited(other)
         , m_marks(other.m_marks)
-    {
-    }
+    {}
     ~HostMarksAttachment() override = default;
 
 private:

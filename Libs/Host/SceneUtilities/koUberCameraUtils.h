@@ -10,6 +10,7 @@ class koUberCameraUtils {
 public:
     koUberCameraUtils() = delete;
 
-    /** Returns whether the core of @p node is an osg::UberCamera or derived from it; false without core and for null. */
+    /** Returns whether the core of @p node is an osg::UberCamera or derived from it; false without core and for null.
+     */
     static bool isUberCamera(const osg::NodePtr& node);
 };

@@ -78,13 +78,9 @@ QString buttonName(int button)
 
 } // namespace
 
-void koShortcut::Listener::entryAdded(const Entry&)
-{
-}
+void koShortcut::Listener::entryAdded(const Entry&) {}
 
-void koShortcut::Listener::entryRemoved(const Entry&)
-{
-}
+void koShortcut::Listener::entryRemoved(const Entry&) {}
 
 void koShortcut::addKey(const QString& group, int key, int modifiers, const QString& description)
 {

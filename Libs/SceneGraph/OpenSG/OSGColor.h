@@ -15,13 +15,11 @@ public:
 
     constexpr Color3(const ValueType red, const ValueType green, const ValueType blue) noexcept
         : m_values(red, green, blue)
-    {
-    }
+    {}
 
     explicit constexpr Color3(const ValueType* values) noexcept
         : m_values(values)
-    {
-    }
+    {}
 
     constexpr ValueType red() const noexcept { return m_values[0]; }
     constexpr ValueType green() const noexcept { return m_values[1]; }
@@ -30,10 +28,7 @@ public:
     constexpr ValueType& operator[](const UInt32 index) noexcept { return m_values[index]; }
     constexpr const ValueType& operator[](const UInt32 index) const noexcept { return m_values[index]; }
 
-    constexpr void clear() noexcept
-    {
-        m_values.setNull();
-    }
+    constexpr void clear() noexcept { m_values.setNull(); }
 
     constexpr void setValuesRGB(const ValueType red, const ValueType green, const ValueType blue) noexcept
     {
@@ -72,13 +67,11 @@ public:
 
     constexpr Color4(const ValueType red, const ValueType green, const ValueType blue, const ValueType alpha) noexcept
         : m_values(red, green, blue, alpha)
-    {
-    }
+    {}
 
     explicit constexpr Color4(const ValueType* values) noexcept
         : m_values(values)
-    {
-    }
+    {}
 
     constexpr ValueType red() const noexcept { return m_values[0]; }
     constexpr ValueType green() const noexcept { return m_values[1]; }
@@ -88,10 +81,7 @@ public:
     constexpr ValueType& operator[](const UInt32 index) noexcept { return m_values[index]; }
     constexpr const ValueType& operator[](const UInt32 index) const noexcept { return m_values[index]; }
 
-    constexpr void clear() noexcept
-    {
-        m_values.setNull();
-    }
+    constexpr void clear() noexcept { m_values.setNull(); }
 
     constexpr void setValuesRGBA(const ValueType red, const ValueType green, const ValueType blue,
                                  const ValueType alpha) noexcept

@@ -31,5 +31,4 @@
 #endif
 #define OSG_SYSTEM_DLLMAPPING OSG_BASE_DLLMAPPING
 
-namespace osg {
-} // namespace osg
+namespace osg {} // namespace osg

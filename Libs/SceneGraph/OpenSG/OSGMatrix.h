@@ -13,8 +13,8 @@ namespace osg {
  * A four by four matrix that transforms column vectors.
  *
  * Stored by columns, as OpenGL takes it: `matrix[3]` is the fourth column and holds the translation, getValues() points
- * at sixteen numbers in this order. Constructors and setValue() take sixteen numbers row by row, as one writes a matrix.
- * A fresh matrix is the identity. The operations that set one part of a transformation leave the others alone:
+ * at sixteen numbers in this order. Constructors and setValue() take sixteen numbers row by row, as one writes a
+ * matrix. A fresh matrix is the identity. The operations that set one part of a transformation leave the others alone:
  * setTranslate() writes three numbers of the fourth column and nothing else.
  */
 template <class ValueTypeT>
@@ -30,15 +30,13 @@ public:
 
     constexpr TransformationMatrix() noexcept
         : m_columns{VectorType(1, 0, 0, 0), VectorType(0, 1, 0, 0), VectorType(0, 0, 1, 0), VectorType(0, 0, 0, 1)}
-    {
-    }
+    {}
 
     /// Three axes as the first columns, the fourth as in the identity.
     constexpr TransformationMatrix(const VectorType3f& xAxis, const VectorType3f& yAxis,
                                    const VectorType3f& zAxis) noexcept
         : TransformationMatrix(xAxis, yAxis, zAxis, VectorType3f())
-    {
-    }
+    {}
 
     /// Three axes and the translation as the columns.
     constexpr TransformationMatrix(const VectorType3f& xAxis, const VectorType3f& yAxis, const VectorType3f& zAxis,
@@ -56,18 +54,11 @@ public:
                                    const ValueType v33) noexcept
         : m_columns{VectorType(v00, v01, v02, v03), VectorType(v10, v11, v12, v13), VectorType(v20, v21, v22, v23),
                     VectorType(v30, v31, v32, v33)}
-    {
-    }
+    {}
 
-    constexpr void setIdentity() noexcept
-    {
-        *this = TransformationMatrix();
-    }
+    constexpr void setIdentity() noexcept { *this = TransformationMatrix(); }
 
-    constexpr void setValue(const TransformationMatrix& other) noexcept
-    {
-        *this = other;
-    }
+    constexpr void setValue(const TransformationMatrix& other) noexcept { *this = other; }
 
     constexpr void setValue(const ValueType v00, const ValueType v10, const ValueType v20, const ValueType v30,
                             const ValueType v01, const ValueType v11, const ValueType v21, const ValueType v31,
@@ -114,20 +105,14 @@ public:
     }
     const ValueType* getValues() const noexcept { return reinterpret_cast<const ValueType*>(m_columns); }
 
-    constexpr void setScale(const ValueType factor) noexcept
-    {
-        setScale(factor, factor, factor);
-    }
+    constexpr void setScale(const ValueType factor) noexcept { setScale(factor, factor, factor); }
     constexpr void setScale(const ValueType x, const ValueType y, const ValueType z) noexcept
     {
         m_columns[0][0] = x;
         m_columns[1][1] = y;
         m_columns[2][2] = z;
     }
-    constexpr void setScale(const VectorType3f& factors) noexcept
-    {
-        setScale(factors[0], factors[1], factors[2]);
-    }
+    constexpr void setScale(const VectorType3f& factors) noexcept { setScale(factors[0], factors[1], factors[2]); }
 
     constexpr void setTranslate(const ValueType x, const ValueType y, const ValueType z) noexcept
     {
@@ -199,7 +184,8 @@ public:
     /**
      * Takes the matrix apart into what setTransform() with four arguments puts together again.
      *
-     * A mirroring matrix gives three negative scale factors. Where the numbers are not finite the results are of no use.
+     * A mirroring matrix gives three negative scale factors. Where the numbers are not finite the results are of no
+     * use.
      */
     void getTransform(VectorType3f& translation, QuaternionType& rotation, VectorType3f& scaleFactor,
                       QuaternionType& scaleOrientation) const noexcept;
@@ -235,16 +221,13 @@ public:
     {
         result = upperRows(source[0], source[1], source[2], ValueType(1));
     }
-    constexpr void multMatrixPnt(PointType3f& point) const noexcept
-    {
-        multMatrixPnt(point, point);
-    }
+    constexpr void multMatrixPnt(PointType3f& point) const noexcept { multMatrixPnt(point, point); }
 
     /// Transforms a position and divides by the fourth component; where that is zero the result is the origin.
     constexpr void multFullMatrixPnt(const PointType3f& source, PointType3f& result) const noexcept
     {
-        const ValueType w = m_columns[0][3] * source[0] + m_columns[1][3] * source[1] + m_columns[2][3] * source[2] +
-                            m_columns[3][3];
+        const ValueType w =
+            m_columns[0][3] * source[0] + m_columns[1][3] * source[1] + m_columns[2][3] * source[2] + m_columns[3][3];
         if (!(w < ValueType(0) || w > ValueType(0))) {
             result.setNull();
             return;
@@ -252,24 +235,18 @@ public:
         multMatrixPnt(source, result);
         result /= w;
     }
-    constexpr void multFullMatrixPnt(PointType3f& point) const noexcept
-    {
-        multFullMatrixPnt(point, point);
-    }
+    constexpr void multFullMatrixPnt(PointType3f& point) const noexcept { multFullMatrixPnt(point, point); }
 
     /// Transforms a direction: no translation.
     constexpr void multMatrixVec(const VectorType3f& source, VectorType3f& result) const noexcept
     {
         result = upperRows(source[0], source[1], source[2], ValueType(0));
     }
-    constexpr void multMatrixVec(VectorType3f& vector) const noexcept
-    {
-        multMatrixVec(vector, vector);
-    }
+    constexpr void multMatrixVec(VectorType3f& vector) const noexcept { multMatrixVec(vector, vector); }
     constexpr void multMatrixVec(const VectorType& source, VectorType& result) const noexcept
     {
-        result = m_columns[0] * source[0] + m_columns[1] * source[1] + m_columns[2] * source[2] +
-                 m_columns[3] * source[3];
+        result =
+            m_columns[0] * source[0] + m_columns[1] * source[1] + m_columns[2] * source[2] + m_columns[3] * source[3];
     }
 
     constexpr void mult(const PointType3f& source, PointType3f& result) const noexcept
@@ -280,10 +257,7 @@ public:
     {
         multMatrixVec(source, result);
     }
-    constexpr void mult(const VectorType& source, VectorType& result) const noexcept
-    {
-        multMatrixVec(source, result);
-    }
+    constexpr void mult(const VectorType& source, VectorType& result) const noexcept { multMatrixVec(source, result); }
     constexpr void multFull(const PointType3f& source, PointType3f& result) const noexcept
     {
         multFullMatrixPnt(source, result);
@@ -363,10 +337,7 @@ public:
             column *= factor;
         }
     }
-    constexpr void negate() noexcept
-    {
-        scale(ValueType(-1));
-    }
+    constexpr void negate() noexcept { scale(ValueType(-1)); }
 
     constexpr bool equals(const TransformationMatrix& other, const ValueType tolerance) const noexcept
     {

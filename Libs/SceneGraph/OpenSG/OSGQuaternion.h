@@ -28,31 +28,18 @@ public:
     constexpr QuaternionBase() noexcept = default;
 
     /// @param axis need not be of length one; a null vector gives the identity
-    QuaternionBase(const VectorType& axis, const ValueType angle) noexcept
-    {
-        setValueAsAxisRad(axis, angle);
-    }
+    QuaternionBase(const VectorType& axis, const ValueType angle) noexcept { setValueAsAxisRad(axis, angle); }
 
     /// The shortest rotation that turns @p from into the direction of @p to.
-    QuaternionBase(const VectorType& from, const VectorType& to) noexcept
-    {
-        setValue(from, to);
-    }
+    QuaternionBase(const VectorType& from, const VectorType& to) noexcept { setValue(from, to); }
 
-    explicit QuaternionBase(const MatrixType& matrix) noexcept
-    {
-        setValue(matrix);
-    }
+    explicit QuaternionBase(const MatrixType& matrix) noexcept { setValue(matrix); }
 
     constexpr QuaternionBase(const ValueType x, const ValueType y, const ValueType z, const ValueType w) noexcept
         : m_values(x, y, z, w)
-    {
-    }
+    {}
 
-    constexpr void setIdentity() noexcept
-    {
-        *this = QuaternionBase();
-    }
+    constexpr void setIdentity() noexcept { *this = QuaternionBase(); }
 
     void setValueAsAxisRad(const VectorType& axis, const ValueType angle) noexcept
     {
@@ -141,10 +128,7 @@ public:
         result.m_values /= squareLength;
         return result;
     }
-    constexpr void invert() noexcept
-    {
-        *this = inverse();
-    }
+    constexpr void invert() noexcept { *this = inverse(); }
 
     /// Turns @p source; both may be the same object.
     constexpr void multVec(const VectorType& source, VectorType& result) const noexcept
@@ -155,15 +139,9 @@ public:
     }
 
     /// This becomes this x @p other: @p other turns first.
-    constexpr void mult(const QuaternionBase& other) noexcept
-    {
-        *this = *this * other;
-    }
+    constexpr void mult(const QuaternionBase& other) noexcept { *this = *this * other; }
     /// This becomes @p other x this.
-    constexpr void multLeft(const QuaternionBase& other) noexcept
-    {
-        *this = other * *this;
-    }
+    constexpr void multLeft(const QuaternionBase& other) noexcept { *this = other * *this; }
     constexpr QuaternionBase& operator*=(const QuaternionBase& other) noexcept
     {
         mult(other);

@@ -32,23 +32,19 @@ public:
 
     constexpr Point(const ValueType x) noexcept
         : m_values{x}
-    {
-    }
+    {}
 
     constexpr Point(const ValueType x, const ValueType y) noexcept
         : m_values{x, y}
-    {
-    }
+    {}
 
     constexpr Point(const ValueType x, const ValueType y, const ValueType z) noexcept
         : m_values{x, y, z}
-    {
-    }
+    {}
 
     constexpr Point(const ValueType x, const ValueType y, const ValueType z, const ValueType w) noexcept
         : m_values{x, y, z, w}
-    {
-    }
+    {}
 
     /// @param values as many as there are components; null gives zeros
     constexpr Point(const ValueType* values) noexcept
@@ -146,10 +142,7 @@ public:
         w = m_values[3];
     }
 
-    constexpr void setNull() noexcept
-    {
-        *this = Point();
-    }
+    constexpr void setNull() noexcept { *this = Point(); }
 
     /// True when every component is within the tolerance of zero, not only for exact zeros.
     constexpr bool isZero() const noexcept { return *this == Point(); }
@@ -274,8 +267,7 @@ public:
 
     constexpr Vector(const PointType& point) noexcept
         : Inherited(point)
-    {
-    }
+    {}
 
     /// This vector as the position it leads to from the origin.
     constexpr PointType& addToZero() noexcept { return *this; }
@@ -313,10 +305,7 @@ public:
                       static_cast<ValueType>(a[0] * b[1] - a[1] * b[0]));
     }
 
-    constexpr void negate() noexcept
-    {
-        *this = -*this;
-    }
+    constexpr void negate() noexcept { *this = -*this; }
 
     constexpr Vector operator-() const noexcept
     {

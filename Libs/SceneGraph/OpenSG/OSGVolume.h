@@ -22,10 +22,7 @@ public:
     virtual ~Volume();
 
     bool isValid() const noexcept { return (m_state & Valid) != 0; }
-    void setValid(const bool value = true) noexcept
-    {
-        setFlag(Valid, value);
-    }
+    void setValid(const bool value = true) noexcept { setFlag(Valid, value); }
 
     bool isEmpty() const noexcept { return (m_state & Empty) != 0; }
     /// Emptying makes the volume valid and finite as well; the bounds stay.
@@ -39,10 +36,7 @@ public:
     }
 
     bool isStatic() const noexcept { return (m_state & Static) != 0; }
-    void setStatic(const bool value = true) noexcept
-    {
-        setFlag(Static, value);
-    }
+    void setStatic(const bool value = true) noexcept { setFlag(Static, value); }
 
     bool isInfinite() const noexcept { return (m_state & Infinite) != 0; }
     /// An infinite volume is valid and not empty.

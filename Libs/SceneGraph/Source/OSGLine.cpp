@@ -11,8 +11,7 @@ namespace osg {
 
 Line::Line() noexcept
     : m_direction(0.0F, 0.0F, -1.0F)
-{
-}
+{}
 
 Line::Line(const Pnt3f& position, const Vec3f& direction) noexcept
 {

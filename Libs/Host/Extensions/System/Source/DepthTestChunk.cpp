@@ -12,8 +12,7 @@ OSG_FIELD_CONTAINER_DEF(DepthTestChunk, DepthTestChunkPtr)
 
 DepthTestChunk::DepthTestChunk(const DepthTestChunk& source)
     : Inherited(source)
-{
-}
+{}
 
 DepthTestChunk::~DepthTestChunk() = default;
 

@@ -29,8 +29,7 @@ protected:
     HostFieldAttachment(const HostFieldAttachment& other)
         : Inherited(other)
         , m_value(other.m_value)
-    {
-    }
+    {}
     ~HostFieldAttachment() override = default;
 
 private:

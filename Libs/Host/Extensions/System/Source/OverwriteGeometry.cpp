@@ -32,8 +32,7 @@ const LateRegistration lateRegistration;
 OverwriteGeometry::OverwriteGeometry(const OverwriteGeometry& other)
     : Inherited(other)
     , m_overwriteMaterial(other.m_overwriteMaterial)
-{
-}
+{}
 
 // OpenSG's drawables use the action's material, which the outermost material group has set, before their own.
 template <osg::Action::ResultE (osg::MaterialDrawable::*enter)(osg::Action*)>
@@ -64,21 +63,18 @@ void OverwriteGeometry::registerActions()
         osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, OverwriteGeometryPtr, CNodePtr, Action*>(
             &OverwriteGeometry::enterWithOwnMaterial<&MaterialDrawable::drawActionEnterHandler>));
     osg::DrawAction::registerLeaveDefault(
-        getClassType(),
-        osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, MaterialDrawablePtr, CNodePtr, Action*>(
-            &MaterialDrawable::drawActionLeaveHandler));
+        getClassType(), osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, MaterialDrawablePtr, CNodePtr, Action*>(
+                            &MaterialDrawable::drawActionLeaveHandler));
     osg::RenderAction::registerEnterDefault(
         getClassType(),
         osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, OverwriteGeometryPtr, CNodePtr, Action*>(
             &OverwriteGeometry::enterWithOwnMaterial<&MaterialDrawable::renderActionEnterHandler>));
     osg::RenderAction::registerLeaveDefault(
-        getClassType(),
-        osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, MaterialDrawablePtr, CNodePtr, Action*>(
-            &MaterialDrawable::renderActionLeaveHandler));
+        getClassType(), osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, MaterialDrawablePtr, CNodePtr, Action*>(
+                            &MaterialDrawable::renderActionLeaveHandler));
     osg::IntersectAction::registerEnterDefault(
-        getClassType(),
-        osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, osg::GeometryPtr, CNodePtr, Action*>(
-            &Geometry::intersect));
+        getClassType(), osg::osgTypedMethodFunctor2BaseCPtrRef<Action::ResultE, osg::GeometryPtr, CNodePtr, Action*>(
+                            &Geometry::intersect));
     osg::IntersectActor::regClassEnter(
         osg::osgTypedMethodFunctor2BaseCPtr<osg::NewActionTypes::ResultE, osg::GeometryPtr, osg::NodeCorePtr,
                                             osg::ActorBase::FunctorArgumentType&>(&Geometry::intersectActor),

@@ -6,15 +6,14 @@
 
 namespace osg {
 
-FieldContainerType UberCamera::_type("UberCamera", "Group", nullptr, &UberCamera::createPrototype, &UberCamera::registerActions,
-                                 nullptr, 0);
+FieldContainerType UberCamera::_type("UberCamera", "Group", nullptr, &UberCamera::createPrototype,
+                                     &UberCamera::registerActions, nullptr, 0);
 
 OSG_FIELD_CONTAINER_DEF(UberCamera, UberCameraPtr)
 
 UberCamera::UberCamera(const UberCamera& source)
     : Inherited(source)
-{
-}
+{}
 
 UberCamera::~UberCamera() = default;
 

@@ -6,15 +6,14 @@
 
 namespace osg {
 
-FieldContainerType UberLight::_type("UberLight", "Group", nullptr, &UberLight::createPrototype, &UberLight::registerActions,
-                                 nullptr, 0);
+FieldContainerType UberLight::_type("UberLight", "Group", nullptr, &UberLight::createPrototype,
+                                    &UberLight::registerActions, nullptr, 0);
 
 OSG_FIELD_CONTAINER_DEF(UberLight, UberLightPtr)
 
 UberLight::UberLight(const UberLight& source)
     : Inherited(source)
-{
-}
+{}
 
 UberLight::~UberLight() = default;
 
