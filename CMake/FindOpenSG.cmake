@@ -67,8 +67,8 @@ if(NOT koOpenSGReason)
         set(CMAKE_REQUIRED_LIBRARIES
             "${OpenSG_SYSTEM_LIBRARY}" "${OpenSG_BASE_LIBRARY}" OpenGL::GL Threads::Threads)
         list(TRANSFORM ARGN PREPEND -D OUTPUT_VARIABLE CMAKE_REQUIRED_DEFINITIONS)
-        # Whatever the caller's own warnings are.
-        set(CMAKE_REQUIRED_FLAGS -w)
+        # Whatever the caller's own warnings are; clang takes "register" for an error in C++17.
+        set(CMAKE_REQUIRED_FLAGS "-w -Wno-register")
         check_cxx_source_compiles("
             #include <OpenSG/OSGConfig.h>
             #include <OpenSG/OSGBaseFunctions.h>
@@ -123,6 +123,7 @@ if(OpenSG_FOUND AND NOT TARGET OpenSG::OpenSG)
     set_target_properties(OpenSG::OpenSG PROPERTIES
         IMPORTED_LOCATION "${OpenSG_SYSTEM_LIBRARY}"
         INTERFACE_COMPILE_DEFINITIONS "${koOpenSGDefinitions}"
+        INTERFACE_COMPILE_OPTIONS "$<$<COMPILE_LANG_AND_ID:CXX,Clang,AppleClang>:-Wno-register>"
         INTERFACE_INCLUDE_DIRECTORIES "${OpenSG_INCLUDE_DIR};${OpenSG_INCLUDE_DIR}/OpenSG"
         INTERFACE_SYSTEM_INCLUDE_DIRECTORIES "${OpenSG_INCLUDE_DIR};${OpenSG_INCLUDE_DIR}/OpenSG"
         INTERFACE_LINK_LIBRARIES "OpenSG::OSGBase;OpenGL::GL;Threads::Threads")
