@@ -5,6 +5,7 @@
 
 #include <OpenSG/OSGConfig.h>
 
+#include <OpenSG/OSGDepthTestChunk.h>
 #include <OpenSG/OSGGL.h>
 #include <OpenSG/OSGGeoProperty.h>
 #include <OpenSG/OSGGeometry.h>
@@ -13,6 +14,8 @@
 #include <OpenSG/OSGRefPtr.h>
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGTransform.h>
+#include <OpenSG/OSGUberCamera.h>
+#include <OpenSG/OSGUberLight.h>
 
 #include <gtest/gtest.h>
 
@@ -126,6 +129,58 @@ TEST_F(SceneExtensionsTest, AGeometryDoesNotOverwriteTheMaterialUnlessToldSo)
     setOverwriteMaterial(geometry, true);
 
     EXPECT_TRUE(getOverwriteMaterial(geometry));
+}
+
+TEST_F(SceneExtensionsTest, AGeometryThatCanCarryTheFlagIsAGeometry)
+{
+    const osg::RefPtr<osg::GeometryPtr> geometry(createGeometry());
+
+    ASSERT_TRUE(geometry != osg::NullFC);
+    EXPECT_TRUE(geometry->getType().isDerivedFrom(osg::Geometry::getClassType()));
+    EXPECT_FALSE(getOverwriteMaterial(geometry));
+
+    setOverwriteMaterial(geometry, true);
+    EXPECT_TRUE(getOverwriteMaterial(geometry));
+
+    setOverwriteMaterial(geometry, false);
+    EXPECT_FALSE(getOverwriteMaterial(geometry));
+}
+
+TEST_F(SceneExtensionsTest, AShallowCopyHasFlagsOfItsOwn)
+{
+    setHostFlags(m_node, 8);
+    const osg::RefPtr<osg::NodePtr> copy(osg::NodePtr::dcast(m_node->shallowCopy()));
+    EXPECT_EQ(getHostFlags(copy), 8u);
+
+    setHostFlags(copy, 3);
+
+    EXPECT_EQ(getHostFlags(copy), 3u);
+    EXPECT_EQ(getHostFlags(m_node), 8u);
+    setHostFlags(copy, 0);
+    EXPECT_EQ(getHostFlags(m_node), 8u);
+}
+
+TEST_F(SceneExtensionsTest, TheDepthTestIsATypeOfItsOwnInThePlaceOfTheDepthChunk)
+{
+    const osg::RefPtr<osg::DepthTestChunkPtr> chunk(osg::DepthTestChunk::create());
+    const osg::RefPtr<osg::DepthChunkPtr> depth(osg::DepthChunk::create());
+    const osg::RefPtr<osg::SimpleMaterialPtr> material(osg::SimpleMaterial::create());
+    material->addChunk(chunk.get());
+
+    EXPECT_TRUE(chunk->getType().isDerivedFrom(osg::DepthChunk::getClassType()));
+    EXPECT_EQ(chunk->getClass()->getId(), depth->getClass()->getId());
+    EXPECT_TRUE(material->find(osg::DepthTestChunk::getClassType()) == chunk);
+    EXPECT_TRUE(material->find(osg::DepthChunk::getClassType()) == osg::NullFC);
+}
+
+TEST_F(SceneExtensionsTest, LightsAndCamerasAreGroups)
+{
+    const osg::RefPtr<osg::UberLightPtr> light(osg::UberLight::create());
+    const osg::RefPtr<osg::UberCameraPtr> camera(osg::UberCamera::create());
+
+    EXPECT_TRUE(light->getType().isDerivedFrom(osg::Group::getClassType()));
+    EXPECT_TRUE(camera->getType().isDerivedFrom(osg::Group::getClassType()));
+    EXPECT_FALSE(camera->getType().isDerivedFrom(osg::UberLight::getClassType()));
 }
 
 TEST_F(SceneExtensionsTest, TheOverwriteMaskIsOneBitOfItsOwn)
