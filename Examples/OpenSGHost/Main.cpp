@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// Draws the same scene with OpenSG's own RenderAction and with the viewer's renderer, and says how the pictures differ.
+//   koopensghost          shows the selection visualisations in a window, drawn by OpenSG's own RenderAction
+//   koopensghost FOLDER   writes pictures of them: by RenderAction, by the viewer's renderer and, where there is a
+//                         display, out of the window; says in how many pixels they differ
 #include "OpenSGHost/ExampleScene.h"
 #include "OpenSGHost/OpenSGPainter.h"
+#include "OpenSGHost/SceneWidget.h"
 
 #include "Viewer/Matrix4.h"
 #include "Viewer/OffscreenSurface.h"
@@ -11,8 +14,8 @@
 
 #include <OpenSG/OSGBaseFunctions.h>
 
+#include <QApplication>
 #include <QDir>
-#include <QGuiApplication>
 #include <QImage>
 
 #include <algorithm>
@@ -31,8 +34,12 @@ int difference(QRgb left, QRgb right)
                      std::abs(qBlue(left) - qBlue(right))});
 }
 
-void compare(const QImage& left, const QImage& right)
+void compare(const char* title, const QImage& left, const QImage& right)
 {
+    if (left.size() != right.size()) {
+        std::cout << title << ": the pictures differ in size\n";
+        return;
+    }
     int differing = 0;
     int largest = 0;
     for (int y = 0; y < left.height(); ++y) {
@@ -42,11 +49,21 @@ void compare(const QImage& left, const QImage& right)
             largest = std::max(largest, pixel);
         }
     }
-    std::cout << differing << " of " << left.width() * left.height() << " pixels differ, by at most " << largest
-              << " of 255\n";
+    std::cout << title << ": " << differing << " of " << left.width() * left.height() << " pixels differ, by at most "
+              << largest << " of 255\n";
 }
 
-void run(const QDir& folder)
+int showWindow()
+{
+    opensghost::ExampleScene scene;
+    opensghost::SceneWidget widget(scene);
+    widget.setWindowTitle(QStringLiteral("Selections drawn by OpenSG"));
+    widget.resize(pictureSize, pictureSize);
+    widget.show();
+    return QApplication::exec();
+}
+
+void writePictures(const QDir& folder, bool hasDisplay)
 {
     viewer::OffscreenSurface surface;
     surface.setMultisampling(false);
@@ -65,19 +82,36 @@ void run(const QDir& folder)
 
     own.save(folder.filePath("opensg.png"));
     viewers.save(folder.filePath("viewer.png"));
-    compare(own, viewers);
+    compare("RenderAction and the viewer's renderer", own, viewers);
+    if (hasDisplay) {
+        opensghost::SceneWidget widget(scene);
+        widget.resize(pictureSize, pictureSize);
+        widget.show();
+        const QImage window = widget.grabFramebuffer();
+        window.save(folder.filePath("window.png"));
+        compare("RenderAction in the window and the viewer's renderer", window, viewers);
+    }
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
+    const bool hasDisplay = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (!hasDisplay) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
     osg::osgInit(argc, argv);
     int result = EXIT_SUCCESS;
     try {
-        run(QDir(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".")));
+        if (argc > 1) {
+            writePictures(QDir(QString::fromLocal8Bit(argv[1])), hasDisplay);
+        } else if (hasDisplay) {
+            result = showWindow();
+        } else {
+            throw viewer::ViewerError("no display", "name a folder for pictures");
+        }
     } catch (const viewer::ViewerError& error) {
         std::cerr << "koopensghost: " << error.what() << '\n';
         result = EXIT_FAILURE;
