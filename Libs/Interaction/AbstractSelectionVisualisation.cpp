@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/AbstractSelectionVisualisation.h>
 
-#include "EditScope.h"
-
 #include <Extensions/SceneExtensions.h>
 
 #include <OpenSG/OSGFieldContainerFactory.h>
@@ -24,7 +22,7 @@ bool isShown(const osg::NodePtr& node)
 
 void setTravMask(const osg::NodePtr& node, osg::UInt32 mask)
 {
-    const EditScope edit(node, osg::Node::TravMaskFieldMask);
+    const osg::CPEditor edit(node, osg::Node::TravMaskFieldMask);
     node->setTravMask(mask);
 }
 
@@ -40,7 +38,7 @@ osg::NodePtr resolve(unsigned int id)
 AbstractSelectionVisualisation::AbstractSelectionVisualisation()
 {
     m_visualisation = osg::Node::create();
-    const EditScope edit(m_visualisation, osg::Node::CoreFieldMask);
+    const osg::CPEditor edit(m_visualisation, osg::Node::CoreFieldMask);
     m_visualisation->setCore(osg::Group::create());
 }
 
@@ -122,7 +120,7 @@ void AbstractSelectionVisualisation::removeNode(const osg::NodePtr& node)
     osg::NodePtr visualisation = position->second.get();
     if (visualisation != osg::NullFC) {
         removeVisualisation(node, visualisation);
-        const EditScope edit(m_visualisation, osg::Node::ChildrenFieldMask);
+        const osg::CPEditor edit(m_visualisation, osg::Node::ChildrenFieldMask);
         m_visualisation->subChild(visualisation);
     }
     m_nodeVisualisations.erase(position);
@@ -193,7 +191,7 @@ void AbstractSelectionVisualisation::removeAllNodes()
         removeVisualisation(node, entry.second.get());
     }
     {
-        const EditScope edit(m_visualisation, osg::Node::ChildrenFieldMask);
+        const osg::CPEditor edit(m_visualisation, osg::Node::ChildrenFieldMask);
         extensions::clearChildren(m_visualisation);
     }
     m_nodeVisualisations.clear();
@@ -206,7 +204,7 @@ bool AbstractSelectionVisualisation::shouldHaveVisualization(const osg::NodePtr&
 
 void AbstractSelectionVisualisation::attach(const osg::NodePtr& visualisation)
 {
-    const EditScope edit(m_visualisation, osg::Node::ChildrenFieldMask);
+    const osg::CPEditor edit(m_visualisation, osg::Node::ChildrenFieldMask);
     m_visualisation->addChild(visualisation);
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/BoxSelectionVisualisation.h>
 
-#include "EditScope.h"
-
 #include <Extensions/SceneExtensions.h>
 #include <SceneUtilities/NodeUtils.h>
 #include <SceneUtilities/koMaterials.h>
@@ -40,7 +38,7 @@ osg::SimpleMaterialPtr createMaterial(const std::string& name, const osg::Color3
 {
     const osg::SimpleMaterialPtr material = osg::SimpleMaterial::create();
     osg::addRefCP(material);
-    const EditScope edit(material);
+    const osg::CPEditor edit(material);
     koMaterials::setName(material, name, true);
     material->setDiffuse(color);
     material->setLit(false);
@@ -81,7 +79,7 @@ bool isNear(const osg::Pnt3f& left, const osg::Pnt3f& right)
 osg::GeoPTypesUI8Ptr createTypes()
 {
     const osg::GeoPTypesUI8Ptr types = osg::GeoPTypesUI8::create();
-    const EditScope edit(types);
+    const osg::CPEditor edit(types);
     types->addValue(GL_LINE_STRIP);
     types->addValue(GL_LINES);
     return types;
@@ -90,7 +88,7 @@ osg::GeoPTypesUI8Ptr createTypes()
 osg::GeoPLengthsUI32Ptr createLengths()
 {
     const osg::GeoPLengthsUI32Ptr lengths = osg::GeoPLengthsUI32::create();
-    const EditScope edit(lengths);
+    const osg::CPEditor edit(lengths);
     lengths->addValue(10);
     lengths->addValue(6);
     return lengths;
@@ -102,7 +100,7 @@ osg::GeoIndicesUI32Ptr createIndices()
     constexpr osg::UInt32 values[] = {0, 1, 3, 2, 0, 4, 5, 7, 6, 4, 1, 5, 2, 6, 3, 7};
 
     const osg::GeoIndicesUI32Ptr indices = osg::GeoIndicesUI32::create();
-    const EditScope edit(indices);
+    const osg::CPEditor edit(indices);
     for (const osg::UInt32 value : values) {
         indices->addValue(value);
     }
@@ -116,7 +114,7 @@ osg::GeoPositions3fPtr createPositions()
     const osg::Pnt3f max(1.0F, 1.0F, 1.0F);
 
     const osg::GeoPositions3fPtr positions = osg::GeoPositions3f::create();
-    const EditScope edit(positions);
+    const osg::CPEditor edit(positions);
     for (osg::UInt32 i = 0; i < cornerCount; ++i) {
         positions->addValue(getCorner(i, min, max));
     }
@@ -129,18 +127,18 @@ BoxSelectionVisualisation::BoxSelectionVisualisation()
 {
     m_depthTestChunk = osg::DepthTestChunk::create();
     {
-        const EditScope edit(m_depthTestChunk);
+        const osg::CPEditor edit(m_depthTestChunk);
         m_depthTestChunk->setFunc(GL_ALWAYS);
     }
     const osg::LineChunkPtr lineChunk = osg::LineChunk::create();
     {
-        const EditScope edit(lineChunk);
+        const osg::CPEditor edit(lineChunk);
         lineChunk->setWidth(1.0F);
         lineChunk->setSmooth(true);
     }
     const osg::BlendChunkPtr blendChunk = osg::BlendChunk::create();
     {
-        const EditScope edit(blendChunk);
+        const osg::CPEditor edit(blendChunk);
         blendChunk->setSrcFactor(GL_SRC_ALPHA);
         blendChunk->setDestFactor(GL_ONE_MINUS_SRC_ALPHA);
     }
@@ -148,7 +146,7 @@ BoxSelectionVisualisation::BoxSelectionVisualisation()
                                          m_depthTestChunk, lineChunk, blendChunk);
     const osg::MaterialGroupPtr materialGroup = osg::MaterialGroup::create();
     {
-        const EditScope edit(materialGroup);
+        const osg::CPEditor edit(materialGroup);
         materialGroup->setMaterial(m_highlightMaterial);
     }
     m_lockedNodeMaterial = createMaterial("koScenegraph::m_lockedNodeMaterial", osg::Color3f(0.046F, 0.046F, 0.046F),
@@ -156,7 +154,7 @@ BoxSelectionVisualisation::BoxSelectionVisualisation()
 
     const osg::NodePtr root = AbstractSelectionVisualisation::getVisualisation();
     {
-        const EditScope edit(root, osg::Node::CoreFieldMask);
+        const osg::CPEditor edit(root, osg::Node::CoreFieldMask);
         root->setCore(materialGroup);
     }
     NodeUtils::setName(root, "VisualisationRootMaterialGroup", true);
@@ -190,7 +188,7 @@ float BoxSelectionVisualisation::getMarkerSize() const
 
 void BoxSelectionVisualisation::setColor(const osg::Color3f& color)
 {
-    const EditScope edit(m_highlightMaterial);
+    const osg::CPEditor edit(m_highlightMaterial);
     m_highlightMaterial->setDiffuse(color);
 }
 
@@ -201,7 +199,7 @@ osg::Color3f BoxSelectionVisualisation::getColor() const
 
 void BoxSelectionVisualisation::setLockedColor(const osg::Color3f& color)
 {
-    const EditScope edit(m_lockedNodeMaterial);
+    const osg::CPEditor edit(m_lockedNodeMaterial);
     m_lockedNodeMaterial->setDiffuse(color);
 }
 
@@ -211,19 +209,19 @@ void BoxSelectionVisualisation::setTransparency(float transparency, int sortKeyO
     const osg::Int32 sortKey = static_cast<osg::Int32>(static_cast<osg::UInt32>(m_highlightMaterial->getSortKey()) +
                                                        static_cast<osg::UInt32>(sortKeyOffset));
     {
-        const EditScope edit(m_highlightMaterial);
+        const osg::CPEditor edit(m_highlightMaterial);
         m_highlightMaterial->setTransparency(transparency);
         m_highlightMaterial->setSortKey(sortKey);
     }
     // The locked-node material's own key does not count: both are drawn in one place of the order.
-    const EditScope edit(m_lockedNodeMaterial);
+    const osg::CPEditor edit(m_lockedNodeMaterial);
     m_lockedNodeMaterial->setTransparency(transparency);
     m_lockedNodeMaterial->setSortKey(sortKey);
 }
 
 void BoxSelectionVisualisation::setOverlay(bool overlay)
 {
-    const EditScope edit(m_depthTestChunk);
+    const osg::CPEditor edit(m_depthTestChunk);
     m_depthTestChunk->setFunc(overlay ? GL_ALWAYS : GL_LEQUAL);
 }
 
@@ -251,7 +249,7 @@ osg::NodePtr BoxSelectionVisualisation::createVisualisation(const osg::NodePtr& 
 
     const osg::GeometryPtr geometry = extensions::createGeometry();
     {
-        const EditScope edit(geometry);
+        const osg::CPEditor edit(geometry);
         geometry->setTypes(types);
         geometry->setLengths(lengths);
         geometry->setIndices(indices);
@@ -261,7 +259,7 @@ osg::NodePtr BoxSelectionVisualisation::createVisualisation(const osg::NodePtr& 
     const osg::NodePtr box = osg::Node::create();
     osg::addRefCP(box);
     {
-        const EditScope edit(box);
+        const osg::CPEditor edit(box);
         extensions::setHostFlags(box, boxHostFlags);
         box->setCore(geometry);
     }
@@ -310,8 +308,8 @@ void BoxSelectionVisualisation::updateVisualisation(const osg::NodePtr& node, co
     }
 
     if (!isNear(positions->getValue(0), min) || !isNear(positions->getValue(cornerCount - 1), max)) {
-        const EditScope editGeometry(geometry, osg::Geometry::PositionsFieldMask);
-        const EditScope editPositions(positions);
+        const osg::CPEditor editGeometry(geometry, osg::Geometry::PositionsFieldMask);
+        const osg::CPEditor editPositions(positions);
         for (osg::UInt32 i = 0; i < cornerCount; ++i) {
             positions->setValue(getCorner(i, min, max), i);
         }
@@ -322,8 +320,8 @@ void BoxSelectionVisualisation::updateVisualisation(const osg::NodePtr& node, co
     if (extensions::getOverwriteMaterial(geometry) == isLocked) {
         return;
     }
-    const EditScope edit(geometry,
-                         osg::MaterialDrawable::MaterialFieldMask | extensions::getOverwriteMaterialFieldMask());
+    const osg::CPEditor edit(geometry,
+                             osg::MaterialDrawable::MaterialFieldMask | extensions::getOverwriteMaterialFieldMask());
     extensions::setOverwriteMaterial(geometry, isLocked);
     geometry->setMaterial(isLocked ? m_lockedNodeMaterial : m_highlightMaterial);
 }

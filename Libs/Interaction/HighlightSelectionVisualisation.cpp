@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/HighlightSelectionVisualisation.h>
 
-#include "EditScope.h"
-
 #include <SceneUtilities/koMaterials.h>
 
 #include <OpenSG/OSGGL.h>
@@ -78,7 +76,7 @@ osg::Matrix getParentToWorld(const osg::NodePtr& node)
 osg::NodePtr createNode(const osg::NodeCorePtr& core, const osg::NodePtr& child)
 {
     const osg::NodePtr node = osg::Node::create();
-    const EditScope edit(node);
+    const osg::CPEditor edit(node);
     node->setCore(core);
     node->addChild(child);
     return node;
@@ -124,7 +122,7 @@ HighlightSelectionVisualisation::HighlightSelectionVisualisation()
     const osg::PolygonChunkPtr polygonChunk = osg::PolygonChunk::create();
     {
         // Pulled towards the viewer, so that the lines win against the surface that they outline.
-        const EditScope edit(polygonChunk);
+        const osg::CPEditor edit(polygonChunk);
         polygonChunk->setFrontMode(GL_LINE);
         polygonChunk->setBackMode(GL_LINE);
         polygonChunk->setOffsetFactor(-1.0F);
@@ -133,13 +131,13 @@ HighlightSelectionVisualisation::HighlightSelectionVisualisation()
     }
     m_depthTestChunk = osg::DepthTestChunk::create();
     {
-        const EditScope edit(m_depthTestChunk);
+        const osg::CPEditor edit(m_depthTestChunk);
         m_depthTestChunk->setFunc(GL_ALWAYS);
     }
     m_highlightMaterial = osg::SimpleMaterial::create();
     osg::addRefCP(m_highlightMaterial);
     {
-        const EditScope edit(m_highlightMaterial);
+        const osg::CPEditor edit(m_highlightMaterial);
         koMaterials::setName(m_highlightMaterial, "koScenegraph::m_highlightMaterial", true);
         m_highlightMaterial->setDiffuse(osg::Color3f(0.956F, 0.521F, 0.086F));
         m_highlightMaterial->setLit(false);
@@ -152,11 +150,11 @@ HighlightSelectionVisualisation::HighlightSelectionVisualisation()
     }
     m_materialGroup = osg::MaterialGroup::create();
     {
-        const EditScope edit(m_materialGroup);
+        const osg::CPEditor edit(m_materialGroup);
         m_materialGroup->setMaterial(m_highlightMaterial);
     }
     const osg::NodePtr root = AbstractSelectionVisualisation::getVisualisation();
-    const EditScope edit(root, osg::Node::CoreFieldMask);
+    const osg::CPEditor edit(root, osg::Node::CoreFieldMask);
     root->setCore(m_materialGroup);
 }
 
@@ -165,7 +163,7 @@ HighlightSelectionVisualisation::~HighlightSelectionVisualisation() = default;
 void HighlightSelectionVisualisation::setColor(const osg::Color3f& color)
 {
     // Also while another material is installed: that one belongs to whoever set it.
-    const EditScope edit(m_highlightMaterial);
+    const osg::CPEditor edit(m_highlightMaterial);
     m_highlightMaterial->setDiffuse(color);
 }
 
@@ -176,7 +174,7 @@ osg::Color3f HighlightSelectionVisualisation::getColor() const
 
 void HighlightSelectionVisualisation::setOverlay(bool overlay)
 {
-    const EditScope edit(m_depthTestChunk);
+    const osg::CPEditor edit(m_depthTestChunk);
     m_depthTestChunk->setFunc(overlay ? GL_ALWAYS : GL_LEQUAL);
 }
 
@@ -187,7 +185,7 @@ bool HighlightSelectionVisualisation::getOverlay() const
 
 void HighlightSelectionVisualisation::setMaterial(const osg::MaterialPtr& material)
 {
-    const EditScope edit(m_materialGroup);
+    const osg::CPEditor edit(m_materialGroup);
     if (material != osg::NullFC) {
         m_materialGroup->setMaterial(material);
     }
@@ -217,7 +215,7 @@ osg::NodePtr HighlightSelectionVisualisation::createVisualisation(const osg::Nod
     const osg::Matrix toWorld = getParentToWorld(source);
     const osg::TransformPtr transform = osg::Transform::create();
     {
-        const EditScope edit(transform);
+        const osg::CPEditor edit(transform);
         transform->setMatrix(toWorld);
     }
     return createNode(transform, copy);
@@ -235,7 +233,7 @@ void HighlightSelectionVisualisation::updateVisualisation(const osg::NodePtr& no
     }
     if (node->getTravMask() != 0xFFFFFFFF) {
         if (visualisation->getNChildren() > 0) {
-            const EditScope edit(visualisation);
+            const osg::CPEditor edit(visualisation);
             visualisation->subChild(osg::UInt32(0));
         }
         return;
@@ -247,10 +245,10 @@ void HighlightSelectionVisualisation::updateVisualisation(const osg::NodePtr& no
     // The parent's transform is part of the matrix now, unlike after createVisualisation().
     const osg::TransformPtr transform = getTransform(visualisation);
     if (transform != osg::NullFC) {
-        const EditScope edit(transform);
+        const osg::CPEditor edit(transform);
         transform->setMatrix(toWorld);
     }
-    const EditScope edit(visualisation);
+    const osg::CPEditor edit(visualisation);
     visualisation->replaceChild(0, copy);
 }
 
