@@ -2,6 +2,8 @@
 //
 // Hosts are built against the library at other times than the library: what its classes look like to a compiler is part
 // of the interface. Everything here is read as the Itanium C++ ABI lays it down.
+#include "Support/VirtualSlot.h"
+
 #include <Interaction/AbstractInteractionContext.h>
 #include <Interaction/AbstractInteractionTool.h>
 #include <Interaction/AbstractSelectionVisualisation.h>
@@ -35,30 +37,6 @@ namespace quon::interaction {
 
 namespace {
 
-constexpr std::ptrdiff_t notVirtual = -1;
-
-// The slot of the virtual table that a pointer to a member function names, counted from 0.
-template <typename Member>
-std::ptrdiff_t slotOf(Member member)
-{
-    struct Representation {
-        std::ptrdiff_t pointer;
-        std::ptrdiff_t adjustment;
-    };
-    static_assert(sizeof(Member) == sizeof(Representation), "not a pointer to a member function of the Itanium ABI");
-    Representation representation;
-    std::memcpy(&representation, &member, sizeof representation);
-#if defined(__arm__) || defined(__aarch64__)
-    // Addresses of functions may be odd there, so that the mark of a virtual one sits in the adjustment.
-    const bool isVirtual = (representation.adjustment & 1) != 0;
-    const std::ptrdiff_t offset = representation.pointer;
-#else
-    const bool isVirtual = (representation.pointer & 1) != 0;
-    const std::ptrdiff_t offset = representation.pointer - 1;
-#endif
-    return isVirtual ? offset / static_cast<std::ptrdiff_t>(sizeof(void*)) : notVirtual;
-}
-
 struct Slot {
     std::string operation;
     std::ptrdiff_t slot;
@@ -74,7 +52,7 @@ std::ostream& operator<<(std::ostream& stream, const Slot& slot)
 #define KO_SLOT(Class, operation)                                                                                      \
     Slot                                                                                                               \
     {                                                                                                                  \
-#operation, slotOf(&Class::operation)                                                                          \
+#operation, testing::virtualSlot(&Class::operation)                                                            \
     }
 
 // The first virtual operation that a subclass adds stands right behind the last one of its base.
@@ -86,7 +64,7 @@ struct Subclass : Base {
 template <typename Base>
 std::ptrdiff_t slotCount()
 {
-    return slotOf(&Subclass<Base>::next);
+    return testing::virtualSlot(&Subclass<Base>::next);
 }
 
 // The operations in the order given fill the slots from first on without a gap.
@@ -251,7 +229,7 @@ TEST(AbiTest, MultimodeInteractionContextAddsSelectModeBehindItsBase)
     const std::vector<Slot> slots = contextSlots<MultimodeInteractionContext>();
 
     EXPECT_EQ(slots, consecutive(slots));
-    EXPECT_EQ(slotOf(&MultimodeInteractionContext::selectMode), 14);
+    EXPECT_EQ(testing::virtualSlot(&MultimodeInteractionContext::selectMode), 14);
     EXPECT_EQ(slotCount<MultimodeInteractionContext>(), 15);
 }
 
@@ -260,8 +238,8 @@ TEST(AbiTest, ToolInteractionContextAddsSetPickerBehindItsBase)
     const std::vector<Slot> slots = contextSlots<ToolInteractionContext>();
 
     EXPECT_EQ(slots, consecutive(slots));
-    EXPECT_EQ(slotOf(&ToolInteractionContext::selectMode), 14);
-    EXPECT_EQ(slotOf(&ToolInteractionContext::setPicker), 15);
+    EXPECT_EQ(testing::virtualSlot(&ToolInteractionContext::selectMode), 14);
+    EXPECT_EQ(testing::virtualSlot(&ToolInteractionContext::setPicker), 15);
     EXPECT_EQ(slotCount<ToolInteractionContext>(), 16);
 }
 
