@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "Viewer/CommandLine.h"
-#include "Viewer/MainWindow.h"
-#include "Viewer/ModelLoader.h"
-#include "Viewer/OutputFolder.h"
-#include "Viewer/Script.h"
-#include "Viewer/ScriptRunner.h"
-#include "Viewer/ViewerError.h"
-#include "Viewer/ViewerSession.h"
-#include "Viewer/Viewport.h"
+#include "Viewer/Model/ModelLoader.h"
+#include "Viewer/Model/ViewerError.h"
+#include "Viewer/Script/CommandLine.h"
+#include "Viewer/Script/OutputFolder.h"
+#include "Viewer/Script/Script.h"
+#include "Viewer/Script/ScriptRunner.h"
+#include "Viewer/Session/ViewerSession.h"
+#include "Viewer/Window/MainWindow.h"
+#include "Viewer/Window/Viewport.h"
 
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGChangeList.h>

@@ -7,10 +7,10 @@
 #include "OpenSGHost/OpenSGPainter.h"
 #include "OpenSGHost/SceneWidget.h"
 
-#include "Viewer/Matrix4.h"
-#include "Viewer/OffscreenSurface.h"
-#include "Viewer/SceneRenderer.h"
-#include "Viewer/ViewerError.h"
+#include "Viewer/Drawing/OffscreenSurface.h"
+#include "Viewer/Drawing/SceneRenderer.h"
+#include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/ViewerError.h"
 
 #include <OpenSG/OSGBaseFunctions.h>
 

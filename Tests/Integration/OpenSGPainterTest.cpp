@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
 // Only with an installed OpenSG: the embedded scene graph has no RenderAction to draw with.
-#include "Integration/DrawnScene.h"
+#include "Support/DrawnScene.h"
 #include "Support/SceneFixture.h"
 
 #include "OpenSGHost/ExampleScene.h"
 #include "OpenSGHost/OpenSGPainter.h"
-#include "Viewer/Matrix4.h"
-#include "Viewer/OffscreenSurface.h"
-#include "Viewer/SceneRenderer.h"
+#include "Viewer/Drawing/OffscreenSurface.h"
+#include "Viewer/Drawing/SceneRenderer.h"
+#include "Viewer/Model/Matrix4.h"
 
 #include <Extensions/SceneExtensions.h>
 

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/SceneChanges.h"
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGColor.h>
+#include <OpenSG/OSGNode.h>
+
+#include <cstddef>
+#include <memory>
+
+namespace quon::viewer {
+
+/**
+ * Draws a scene graph with OpenGL.
+ *
+ * Needs a context of OpenGL 2.1 or a later compatibility profile and works through the scene graph's public interface
+ * alone, so that it shows what any host could draw.
+ *
+ * @par Passes
+ * Opaque geometry first, by ascending sort key; then transparent geometry, by ascending sort key and within a key from
+ * back to front, without writing depth. A material is transparent when it says so or when its transparency mode forces
+ * it; its opacity is 1 - transparency.
+ * @par Materials
+ * Simple materials are lit by lights that sit at the camera, or drawn in their plain diffuse colour when not lit; the
+ * colours of a geometry take the place of the diffuse colour. Of a material's chunks the depth chunks (with the
+ * depth-test chunk), line, blend and polygon chunks count; of two chunks of one kind the later one. What decides the
+ * material of a geometry says traverseScene().
+ * @par Resources
+ * Geometry lives in buffers of the context from its first drawing until it changes or is destroyed, which
+ * sceneChanged() reports. All operations except the setters and sceneChanged() need the same context to be current;
+ * releaseResources() must be called with it before the renderer or the context is destroyed.
+ */
+class SceneRenderer : public SceneChangeListener {
+public:
+    /** What the last draw() did. */
+    struct Statistics {
+        std::size_t opaque = 0;      ///< geometry nodes drawn in the opaque pass
+        std::size_t transparent = 0; ///< geometry nodes drawn in the transparent pass
+        std::size_t uploaded = 0;    ///< geometries copied into buffers
+        std::size_t cached = 0;      ///< geometries in buffers afterwards
+    };
+
+    SceneRenderer();
+    ~SceneRenderer();
+
+    SceneRenderer(const SceneRenderer&) = delete;
+    SceneRenderer& operator=(const SceneRenderer&) = delete;
+
+    /** The colours at the upper and the lower edge of the viewport; black at first. */
+    void setBackground(const osg::Color3f& top, const osg::Color3f& bottom);
+
+    /** Physical pixels per pixel of the user interface: line widths are multiplied by it. */
+    void setPixelRatio(double ratio);
+
+    /** Nodes are drawn whose traversal mask has a bit in common with @p mask; all bits at first. */
+    void setTravMask(osg::UInt32 mask);
+
+    void sceneChanged(const SceneChanges& changes) override;
+
+    /**
+     * Clears the current framebuffer's viewport of the given size and draws the scene below @p root into it.
+     *
+     * Leaves the state of OpenGL as in a new context, apart from the viewport.
+     *
+     * @param root null draws the background alone
+     * @param width, height in physical pixels
+     */
+    void draw(const osg::NodePtr& root, const Matrix4& view, const Matrix4& projection, int width, int height);
+
+    /** Frees everything in the context; a later draw() starts afresh. */
+    void releaseResources();
+
+    const Statistics& getStatistics() const { return m_statistics; }
+
+private:
+    class Implementation;
+
+    std::unique_ptr<Implementation> m_implementation;
+    Statistics m_statistics;
+};
+
+} // namespace quon::viewer

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "Viewer/Script/CommandLine.h"
+
+#include "Viewer/Model/ViewerError.h"
+
+#include <cstddef>
+
+namespace quon::viewer {
+
+CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
+{
+    CommandLine line;
+    bool optionsEnded = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        const auto takeValue = [&](std::string& value) {
+            if (i + 1 >= arguments.size() || arguments[i + 1].empty()) {
+                throw ViewerError(argument, "needs a value, see --help");
+            }
+            value = arguments[++i];
+        };
+        if (optionsEnded || argument.empty() || argument[0] != '-') {
+            if (!line.model.empty() || argument.empty()) {
+                throw ViewerError("'" + argument + "'", "one model at a time, see --help");
+            }
+            line.model = argument;
+        } else if (argument == "--") {
+            optionsEnded = true;
+        } else if (argument == "--help" || argument == "-h") {
+            line.help = true;
+        } else if (argument == "--version") {
+            line.version = true;
+        } else if (argument == "--headless") {
+            line.headless = true;
+        } else if (argument == "--script") {
+            takeValue(line.script);
+        } else if (argument == "--out") {
+            takeValue(line.out);
+        } else {
+            throw ViewerError(argument, "unknown option, see --help");
+        }
+    }
+    if (line.help || line.version) {
+        return line;
+    }
+    if (line.headless && (line.model.empty() || line.script.empty() || line.out.empty())) {
+        throw ViewerError("--headless", "needs a model, --script and --out, see --help");
+    }
+    if (!line.headless && !(line.script.empty() && line.out.empty())) {
+        throw ViewerError(line.script.empty() ? "--out" : "--script", "goes with --headless only, see --help");
+    }
+    return line;
+}
+
+const char* CommandLine::getHelp()
+{
+    return "Usage: koviewer [MODEL]\n"
+           "       koviewer --headless --script FILE --out FOLDER MODEL\n"
+           "\n"
+           "Shows a model of any format that Assimp reads and lets its parts be selected.\n"
+           "\n"
+           "  --headless     draws without any display and follows a script instead of the user\n"
+           "  --script FILE  the script: one command a line, see Apps/Viewer/README.md\n"
+           "  --out FOLDER   where the script's pictures go; made where it is missing\n"
+           "  --help, -h     shows this text\n"
+           "  --version      shows the version\n"
+           "\n"
+           "Keys and mouse buttons are listed in the window. Bad input gives one line on standard\n"
+           "error and the exit status 2.\n";
+}
+
+} // namespace quon::viewer

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Viewer/Model/SceneChanges.h"
+#include "Viewer/Tools/CameraController.h"
+#include "Viewer/Tools/CommandContext.h"
+#include "Viewer/Tools/EmbreePicker.h"
+#include "Viewer/Tools/NavigationContext.h"
+#include "Viewer/Tools/SelectionContext.h"
+#include "Viewer/Tools/SelectionTool.h"
+
+#include <Interaction/BoxSelectionVisualisation.h>
+#include <Interaction/HighlightSelectionVisualisation.h>
+#include <Interaction/QtEventMapper.h>
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGRefPtr.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quon::interaction {
+class InteractionManager;
+class NodeSelectionModel;
+} // namespace quon::interaction
+
+namespace quon::notification {
+class TextNotification;
+}
+
+namespace quon::viewer {
+
+/**
+ * Everything of the viewer but its windows: the scene, the selection with its two visualisations, camera, picker,
+ * contexts, tool and bindings.
+ *
+ * The scene is a group with the model as its first child and, beside it, a group with the roots of the visualisations:
+ * there the library's manager knows it as the visualisation root.
+ *
+ * Works with the process-wide managers of interaction, selection and notification and leaves them as they were when it
+ * is destroyed; one session at a time.
+ */
+class ViewerSession {
+public:
+    /** Name of the selection model in the selection manager. */
+    static const char* const SelectionName;
+
+    ViewerSession();
+    ~ViewerSession();
+
+    ViewerSession(const ViewerSession&) = delete;
+    ViewerSession& operator=(const ViewerSession&) = delete;
+
+    /**
+     * Shows another model: clears the selection, replaces the old model and looks at the new one.
+     *
+     * @param model root of the model; null shows none
+     */
+    void setModel(const osg::NodePtr& model);
+
+    /** Returns the model, null when none is shown. */
+    osg::NodePtr getModel() const { return m_model.get(); }
+
+    /** Returns the root of everything that is drawn. */
+    osg::NodePtr getScene() const { return m_scene.get(); }
+
+    CameraController& getCamera() { return m_camera; }
+    EmbreePicker& getPicker() { return m_picker; }
+    interaction::QtEventMapper& getMapper() { return m_mapper; }
+    interaction::InteractionManager& getInteractionManager() { return *m_interactionManager; }
+    interaction::NodeSelectionModel& getSelection() { return *m_selection; }
+    interaction::BoxSelectionVisualisation& getBoxes() { return m_boxes; }
+    interaction::HighlightSelectionVisualisation& getHighlight() { return m_highlight; }
+
+    /** @param width, height of the viewport in pixels */
+    void setViewportSize(int width, int height);
+
+    /** Adds somebody to tell about changes of the scene; borrowed. The session's own picker hears of them first. */
+    void addSceneChangeListener(SceneChangeListener* listener);
+    void removeSceneChangeListener(SceneChangeListener* listener);
+
+    /**
+     * Passes on what happened to the scene since the last call and empties the scene graph's change list.
+     *
+     * Called before and after every input event and before drawing: nobody picks in or draws a stale scene, and the
+     * list does not grow.
+     */
+    void processSceneChanges();
+
+    /** Ends everything pending without selecting anything. */
+    void focusLost();
+
+    /** @param redraw called whenever the picture is out of date */
+    void setRedraw(std::function<void()> redraw);
+
+    /** @param hovered called with the name of the part under the pointer, empty for none */
+    void setHovered(std::function<void(const std::string&)> hovered);
+
+    /** Adds or removes a node by program, as a toggling click on it would. Null is ignored. */
+    void toggleNode(const osg::NodePtr& node);
+
+    /** Adds a node without extent to the model, at a place in world space. Without a model nothing happens. */
+    osg::NodePtr addEmptyGroup(const std::string& name, const osg::Pnt3f& place);
+
+    /** Returns the first node of the model with this name, in preorder; null when there is none. */
+    osg::NodePtr findNode(const std::string& name) const;
+
+    /** The number of parts of the model. */
+    int countParts() const;
+
+    /** The tightest box around the geometry that the model showed when it was set, in world space. */
+    const osg::Pnt3f& getModelMinimum() const { return m_modelMinimum; }
+    const osg::Pnt3f& getModelMaximum() const { return m_modelMaximum; }
+
+private:
+    void addBindings();
+    void addCommands();
+    void toggleLock();
+    void hideSelected();
+    void showAll();
+    void switchVisualisation();
+    void switchOverlay();
+    void clearSelection();
+    void reportSelection();
+    void cameraChanged();
+    void redraw();
+
+    interaction::InteractionManager* m_interactionManager;
+    interaction::NodeSelectionModel* m_selection;
+    osg::RefPtr<osg::NodePtr> m_scene;
+    osg::RefPtr<osg::NodePtr> m_visualisations;
+    osg::RefPtr<osg::NodePtr> m_model;
+    osg::Pnt3f m_modelMinimum;
+    osg::Pnt3f m_modelMaximum;
+    CameraController m_camera;
+    EmbreePicker m_picker;
+    interaction::BoxSelectionVisualisation m_boxes;
+    interaction::HighlightSelectionVisualisation m_highlight;
+    interaction::QtEventMapper m_mapper;
+    SelectionTool m_selectionTool;
+    SelectionContext m_selectionContext;
+    NavigationContext m_navigationContext;
+    CommandContext m_commandContext;
+    notification::TextNotification* m_status;
+    std::vector<SceneChangeListener*> m_listeners;
+    std::function<void()> m_redraw;
+    std::function<void(const std::string&)> m_hovered;
+};
+
+} // namespace quon::viewer

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Viewer/Model/SceneChanges.h"
+
+#include <Interaction/LazyPicker.h>
+
+#include <memory>
+
+namespace quon::viewer {
+
+/**
+ * Picks in the scene with Embree's ray queries.
+ *
+ * @par The ray
+ * setCamera() takes the matrix from world space to clip space (projection times view; x right, y up, -w <= z <= w).
+ * setPointer() takes viewport pixels with the origin top left; the ray goes through the middle of that pixel, from the
+ * near to the far plane. It needs the size of the viewport, see setViewportSize().
+ * @par What is picked
+ * Triangles of the visible geometry nodes below the root. Nodes marked auxiliary are left out with all that is below
+ * them: selection boxes cannot be selected. Lines and points are not hit.
+ * @par Settings
+ * The selection region is half the edge length, in pixels, of a square around the pointer; 0 is the pointer's pixel.
+ * Fully enclosed asks for nodes that lie in the region as a whole. Depth selection off leaves only what is in front at
+ * some pixel of the region. With transparency evaluation, what is wholly transparent lets the ray through. With
+ * consistent normals, a normal points to the side that the ray comes from. Materials have no layers here and options
+ * are not read.
+ * @par Modes
+ * SinglePick and AllHits go along the ray; Region gives each node of the region once, with its point nearest to the
+ * viewer, nearest first. Any other mode finds nothing.
+ * @par Staleness
+ * The picker does not see edits of the scene by itself: sceneChanged() must hear of them.
+ */
+class EmbreePicker : public interaction::LazyPicker, public SceneChangeListener {
+public:
+    EmbreePicker();
+    ~EmbreePicker() override;
+
+    EmbreePicker(const EmbreePicker&) = delete;
+    EmbreePicker& operator=(const EmbreePicker&) = delete;
+
+    /** @param width, height in pixels; values below one count as one */
+    void setViewportSize(int width, int height);
+
+    void setPointer(const osg::Pnt2f& position) override;
+    osg::Pnt2f getPointer() const override;
+    void setCamera(const osg::Matrix& camera) override;
+    osg::Matrix getCamera() const override;
+
+    const std::vector<osg::NodePtr>& getPickedNodes(osg::SelectionOption* option) override;
+    void setRoot(const osg::NodePtr& root) override;
+    void invalidate() override;
+
+    /** Forgets what was built from the containers that changed; edits elsewhere leave the cached answers valid. */
+    void sceneChanged(const SceneChanges& changes) override;
+
+    /**
+     * The node in front at a pixel, whatever the pointer's place.
+     *
+     * Neither reads nor touches the cached answers.
+     */
+    osg::NodePtr findNodeAt(const osg::Pnt2f& position);
+
+protected:
+    bool isCacheValid() override;
+    void computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,
+                       osg::MaterialPtr& material, osg::SelectionOption* option) override;
+    void computePickedNodes(std::vector<osg::NodePtr>* nodes, osg::SelectionOption* option) override;
+    void computeMultiPicked(MultiMode mode, std::vector<osg::NodePtr>* nodes, std::vector<osg::Pnt3f>* points,
+                            std::vector<osg::Vec3f>* normals, std::vector<osg::MaterialPtr>* materials) override;
+
+private:
+    class Scene;
+
+    struct Ray {
+        osg::Pnt3f origin;
+        osg::Vec3f direction; ///< of length one
+        float length = 0;
+    };
+
+    struct Hit {
+        osg::NodePtr node;
+        osg::Pnt3f point;
+        osg::Vec3f normal;
+        osg::Vec2f uv;
+        osg::MaterialPtr material;
+        float distance = 0;
+    };
+
+    /** Everything that a cached answer depends on. */
+    struct Key {
+        osg::Pnt2f pointer;
+        osg::Matrix camera;
+        int width = 0;
+        int height = 0;
+        int region = 0;
+        bool transparency = false;
+        unsigned revision = 0;
+        bool set = false; ///< false: nothing was computed, equals no key
+
+        bool equals(const Key& other) const;
+    };
+
+    Key getCurrentKey() const;
+    bool makeRay(const osg::Pnt2f& position, Ray& ray) const;
+    std::vector<Hit> pickRay(const osg::Pnt2f& position, bool nearestOnly);
+    std::vector<Hit> pickRegion();
+    void updateScene();
+
+    std::unique_ptr<Scene> m_scene;
+    osg::Pnt2f m_pointer;
+    osg::Matrix m_camera;
+    int m_width = 1;
+    int m_height = 1;
+    unsigned m_revision = 0;
+    bool m_sceneStale = true;
+    Key m_pickKey;
+    Key m_nodesKey;
+    bool m_asksForNodes = false; ///< inside getPickedNodes()
+};
+
+} // namespace quon::viewer

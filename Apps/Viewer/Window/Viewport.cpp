@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "Viewer/Window/Viewport.h"
+
+#include "Viewer/Drawing/GlSurface.h"
+#include "Viewer/Drawing/NotificationPainter.h"
+#include "Viewer/Drawing/OffscreenSurface.h"
+#include "Viewer/Model/ViewerError.h"
+#include "Viewer/Session/ViewerSession.h"
+
+#include <Interaction/InteractionEvent.h>
+#include <Interaction/InteractionManager.h>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QResizeEvent>
+#include <QWheelEvent>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace quon::viewer {
+
+namespace {
+
+const osg::Color3f BackgroundTop(0.70F, 0.77F, 0.85F);
+const osg::Color3f BackgroundBottom(0.95F, 0.96F, 0.97F);
+
+} // namespace
+
+/** The notifications over the OpenGL surface. */
+class Viewport::Overlay : public QWidget {
+public:
+    explicit Overlay(QWidget* parent)
+        : QWidget(parent)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        paintNotifications(painter, size());
+    }
+};
+
+Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
+    : QWidget(parent)
+    , m_session(session)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    // The right button turns the view.
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    m_renderer.setBackground(BackgroundTop, BackgroundBottom);
+    if (target == Target::Window) {
+        m_surface = new GlSurface(
+            [this](const int width, const int height, const double ratio) { drawInWindow(width, height, ratio); },
+            [this] { m_renderer.releaseResources(); }, this);
+        m_overlay = new Overlay(this);
+    }
+    m_session.addSceneChangeListener(&m_renderer);
+    m_session.setRedraw([this] { redraw(); });
+    m_session.setViewportSize(width(), height());
+    notification::NotificationManager::getInstance()->addListener(this);
+}
+
+Viewport::~Viewport()
+{
+    notification::NotificationManager::getInstance()->removeListener(this);
+    m_session.setRedraw({});
+    m_session.removeSceneChangeListener(&m_renderer);
+    // Frees the renderer's resources in its context, while the renderer is still there.
+    delete m_surface;
+    if (m_offscreen != nullptr) {
+        m_offscreen->withContext([this] { m_renderer.releaseResources(); });
+    }
+}
+
+QImage Viewport::grabPicture()
+{
+    if (m_surface != nullptr) {
+        return grab().toImage();
+    }
+    QImage picture = drawOffscreen(true);
+    QPainter painter(&picture);
+    paintNotifications(painter, size());
+    return picture;
+}
+
+QImage Viewport::grabScene()
+{
+    return m_surface != nullptr ? m_surface->grabFramebuffer() : drawOffscreen(false);
+}
+
+void Viewport::mousePressEvent(QMouseEvent* event)
+{
+    event->setAccepted(handle([&] { return m_session.getMapper().mousePressed(event); }));
+}
+
+void Viewport::mouseMoveEvent(QMouseEvent* event)
+{
+    const bool dragging = event->buttons() != Qt::NoButton;
+    event->setAccepted(handle([&] { return m_session.getMapper().mouseMoved(event, dragging); }));
+}
+
+void Viewport::mouseReleaseEvent(QMouseEvent* event)
+{
+    event->setAccepted(handle([&] { return m_session.getMapper().mouseReleased(event); }));
+}
+
+void Viewport::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // The second press of two quick clicks comes as this event only.
+    mousePressEvent(event);
+}
+
+void Viewport::leaveEvent(QEvent* event)
+{
+    event->setAccepted(handle([&] { return m_session.getMapper().hoverStopped(event); }));
+}
+
+void Viewport::wheelEvent(QWheelEvent* event)
+{
+    constexpr int step = QWheelEvent::DefaultDeltasPerStep;
+    m_wheelRest += event->angleDelta().y();
+    const int steps = m_wheelRest / step;
+    m_wheelRest -= steps * step;
+    const interaction::InteractionEvent zoom(steps > 0 ? "navigate:zoom-in" : "navigate:zoom-out", "trigger");
+    event->setAccepted(handle([&] {
+        bool consumed = false;
+        for (int i = std::abs(steps); i > 0; --i) {
+            consumed = m_session.getInteractionManager().triggerEvent(zoom) || consumed;
+        }
+        return consumed;
+    }));
+}
+
+void Viewport::keyPressEvent(QKeyEvent* event)
+{
+    event->setAccepted(handle([&] { return m_session.getMapper().keyPressed(event); }));
+}
+
+void Viewport::keyReleaseEvent(QKeyEvent* event)
+{
+    event->setAccepted(handle([&] { return m_session.getMapper().keyReleased(event); }));
+}
+
+void Viewport::focusOutEvent(QFocusEvent* event)
+{
+    handle([&] {
+        m_session.focusLost();
+        return true;
+    });
+    QWidget::focusOutEvent(event);
+}
+
+void Viewport::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (m_surface != nullptr) {
+        m_surface->setGeometry(rect());
+        m_overlay->setGeometry(rect());
+        m_overlay->raise();
+    }
+    m_session.setViewportSize(width(), height());
+}
+
+bool Viewport::focusNextPrevChild(bool)
+{
+    // The tabulator is a key like any other here.
+    return false;
+}
+
+template <class Handle>
+bool Viewport::handle(const Handle& handleEvent)
+{
+    m_session.processSceneChanges();
+    const bool consumed = handleEvent();
+    m_session.processSceneChanges();
+    return consumed;
+}
+
+void Viewport::notificationAdded(notification::Notification*)
+{
+    redraw();
+}
+
+void Viewport::notificationChanged(notification::Notification*)
+{
+    redraw();
+}
+
+void Viewport::notificationRemoved(notification::Notification*)
+{
+    redraw();
+}
+
+void Viewport::draw(const int width, const int height, const double pixelRatio)
+{
+    m_session.processSceneChanges();
+    m_renderer.setPixelRatio(pixelRatio);
+    const CameraController& camera = m_session.getCamera();
+    m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height);
+}
+
+void Viewport::drawInWindow(const int width, const int height, const double pixelRatio)
+{
+    try {
+        draw(width, height, pixelRatio);
+    } catch (const ViewerError& error) {
+        // Nothing may leave an event handler of Qt, and without drawing there is no viewer.
+        std::fprintf(stderr, "koviewer: %s\n", error.what());
+        std::exit(2);
+    }
+}
+
+QImage Viewport::drawOffscreen(const bool multisampling)
+{
+    if (m_offscreen == nullptr) {
+        m_offscreen = std::make_unique<OffscreenSurface>();
+    }
+    m_offscreen->setMultisampling(multisampling);
+    // Lines of one pixel need more than the samples of one pixel to look even.
+    const int scale = multisampling ? 2 : 1;
+    const QImage picture =
+        m_offscreen->draw(width() * scale, height() * scale, [&] { draw(width() * scale, height() * scale, scale); });
+    return picture.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+void Viewport::redraw()
+{
+    if (m_surface != nullptr) {
+        m_surface->update();
+        m_overlay->update();
+    }
+}
+
+} // namespace quon::viewer

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Viewer/Drawing/SceneRenderer.h"
+
+#include <Notification/NotificationManager.h>
+
+#include <QImage>
+#include <QWidget>
+
+#include <memory>
+
+namespace quon::viewer {
+
+class GlSurface;
+class OffscreenSurface;
+class ViewerSession;
+
+/**
+ * The widget that shows a session and passes the user's input on to it.
+ *
+ * Mouse and key events go to the session's event mapper; a Qt event is accepted exactly when some context consumed what
+ * became of it. The wheel, for which the mapper has no operation, becomes "trigger" events of "navigate:zoom-in" and
+ * "navigate:zoom-out". When the pointer leaves, hovering ends; when the focus goes, everything pending does.
+ *
+ * What is drawn goes to a child widget with OpenGL in a window, or into pictures where there is no window system; the
+ * input is handled the same way in both.
+ */
+class Viewport : public QWidget, private notification::NotificationListener {
+public:
+    /** Where the scene is drawn. */
+    enum class Target {
+        Window,   ///< into a child widget, needs a window system with OpenGL
+        Pictures, ///< into pictures on request, needs neither
+    };
+
+    /** @param session borrowed, must outlive the viewport */
+    Viewport(ViewerSession& session, Target target, QWidget* parent = nullptr);
+    ~Viewport() override;
+
+    Viewport(const Viewport&) = delete;
+    Viewport& operator=(const Viewport&) = delete;
+
+    /**
+     * Draws the viewport with its notifications.
+     *
+     * @throws ViewerError when there is no OpenGL to draw with
+     */
+    QImage grabPicture();
+
+    /** Draws the scene alone, without notifications and without antialiasing: pixels have the colours of the scene. */
+    QImage grabScene();
+
+    SceneRenderer& getRenderer() { return m_renderer; }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    class Overlay;
+
+    template <class Handle>
+    bool handle(const Handle& handleEvent);
+
+    void notificationAdded(notification::Notification* notification) override;
+    void notificationChanged(notification::Notification* notification) override;
+    void notificationRemoved(notification::Notification* notification) override;
+
+    void draw(int width, int height, double pixelRatio);
+    void drawInWindow(int width, int height, double pixelRatio);
+    QImage drawOffscreen(bool multisampling);
+    void redraw();
+
+    ViewerSession& m_session;
+    SceneRenderer m_renderer;
+    GlSurface* m_surface = nullptr;                ///< in a window; a child
+    Overlay* m_overlay = nullptr;                  ///< in a window; a child
+    std::unique_ptr<OffscreenSurface> m_offscreen; ///< for pictures, made at the first one
+    int m_wheelRest = 0;                           ///< eighths of a degree that do not make up a step yet
+};
+
+} // namespace quon::viewer

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "Viewer/Script/CommandLine.h"
+#include "Viewer/Model/ViewerError.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace quon::testing {
+
+namespace {
+
+using viewer::CommandLine;
+using viewer::ViewerError;
+
+std::string parseAndFail(const std::vector<std::string>& arguments)
+{
+    try {
+        CommandLine::parse(arguments);
+        return {};
+    } catch (const ViewerError& error) {
+        return error.what();
+    }
+}
+
+TEST(CommandLineTest, NothingAtAllOpensAnEmptyWindow)
+{
+    const CommandLine line = CommandLine::parse({});
+
+    EXPECT_FALSE(line.headless);
+    EXPECT_EQ(line.model, "");
+}
+
+TEST(CommandLineTest, HeadlessTakesScriptFolderAndModelInAnyOrder)
+{
+    const CommandLine line = CommandLine::parse({"model.glb", "--out", "folder", "--headless", "--script", "file"});
+
+    EXPECT_TRUE(line.headless);
+    EXPECT_EQ(line.model, "model.glb");
+    EXPECT_EQ(line.script, "file");
+    EXPECT_EQ(line.out, "folder");
+}
+
+TEST(CommandLineTest, AfterTwoDashesEverythingIsAModel)
+{
+    EXPECT_EQ(CommandLine::parse({"--", "--help"}).model, "--help");
+}
+
+TEST(CommandLineTest, HelpAndVersionAskForNothingElse)
+{
+    EXPECT_TRUE(CommandLine::parse({"--headless", "--help"}).help);
+    EXPECT_TRUE(CommandLine::parse({"-h"}).help);
+    EXPECT_TRUE(CommandLine::parse({"--version"}).version);
+}
+
+TEST(CommandLineTest, WhatIsNotUnderstoodIsNamed)
+{
+    EXPECT_EQ(parseAndFail({"--fast"}), "--fast: unknown option, see --help");
+    EXPECT_EQ(parseAndFail({"--out"}), "--out: needs a value, see --help");
+    EXPECT_EQ(parseAndFail({"a", "b"}), "'b': one model at a time, see --help");
+    EXPECT_EQ(parseAndFail({""}), "'': one model at a time, see --help");
+    EXPECT_EQ(parseAndFail({"--headless", "a"}), "--headless: needs a model, --script and --out, see --help");
+    EXPECT_EQ(parseAndFail({"--script", "s", "a"}), "--script: goes with --headless only, see --help");
+    EXPECT_EQ(parseAndFail({"--out", "o", "a"}), "--out: goes with --headless only, see --help");
+}
+
+} // namespace
+
+} // namespace quon::testing

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: MIT
+#include "Support/TemporaryFolder.h"
+
+#include <QImage>
+#include <QString>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <vector>
+
+extern char** environ;
+
+namespace quon::testing {
+
+namespace {
+
+using ::testing::ElementsAre;
+
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+struct Outcome {
+    int status; ///< exit status, or the negated signal that ended the process
+    std::string output;
+    std::string error;
+};
+
+class KoviewerProcessTest : public ::testing::Test {
+protected:
+    // Runs koviewer without any display and waits for its end.
+    Outcome run(const std::vector<std::string>& arguments)
+    {
+        const std::string output = m_folder.path("stdout");
+        const std::string error = m_folder.path("stderr");
+        const pid_t child = fork();
+        if (child == 0) {
+            unsetenv("DISPLAY");
+            unsetenv("WAYLAND_DISPLAY");
+            unsetenv("QT_QPA_PLATFORM");
+            if (std::freopen(output.c_str(), "w", stdout) == nullptr ||
+                std::freopen(error.c_str(), "w", stderr) == nullptr) {
+                _exit(127);
+            }
+            std::vector<std::string> words{KO_VIEWER};
+            words.insert(words.end(), arguments.begin(), arguments.end());
+            std::vector<char*> pointers;
+            for (std::string& word : words) {
+                pointers.push_back(word.data());
+            }
+            pointers.push_back(nullptr);
+            execv(KO_VIEWER, pointers.data());
+            _exit(127);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), m_folder.read("stdout"),
+                m_folder.read("stderr")};
+    }
+
+    Outcome runHeadless(const std::string& model, const std::string& script)
+    {
+        return run({"--headless", "--script", script, "--out", m_folder.path("out"), model});
+    }
+
+    std::string script() { return m_folder.write("script.txt", "size 80 60\nshot picture\n"); }
+
+    // Whatever lies in the output folder, hidden files included.
+    std::vector<std::string> pictures() const
+    {
+        std::vector<std::string> names;
+        if (std::filesystem::exists(m_folder.path("out"))) {
+            for (const auto& entry : std::filesystem::directory_iterator(m_folder.path("out"))) {
+                names.push_back(entry.path().filename().string());
+            }
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    // Bad input: exit status 2, one line on standard error, no picture.
+    void expectRefused(const Outcome& outcome, const std::string& line) const
+    {
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.error, "koviewer: " + line + "\n");
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_THAT(pictures(), IsEmpty());
+    }
+
+    TemporaryFolder m_folder;
+};
+
+TEST_F(KoviewerProcessTest, HelpAndVersionGoToStandardOutput)
+{
+    const Outcome help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, StartsWith("Usage: koviewer"));
+    EXPECT_EQ(help.error, "");
+
+    const Outcome version = run({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, StartsWith("koviewer "));
+    EXPECT_EQ(version.error, "");
+}
+
+TEST_F(KoviewerProcessTest, AnUnknownOptionIsRefused)
+{
+    expectRefused(run({"--fast"}), "--fast: unknown option, see --help");
+}
+
+TEST_F(KoviewerProcessTest, HeadlessWithoutAScriptIsRefused)
+{
+    expectRefused(run({"--headless", KO_ENGINE_MODEL}), "--headless: needs a model, --script and --out, see --help");
+}
+
+TEST_F(KoviewerProcessTest, AWindowWithoutADisplayIsRefused)
+{
+    expectRefused(run({KO_ENGINE_MODEL}), "no display: use --headless, see --help");
+}
+
+TEST_F(KoviewerProcessTest, AMissingModelIsRefusedWithAndWithoutAWindow)
+{
+    const std::string file = m_folder.path("none.glb");
+
+    expectRefused(runHeadless(file, script()), file + ": no such file");
+    expectRefused(run({file}), file + ": no such file");
+}
+
+TEST_F(KoviewerProcessTest, AFolderAsModelIsRefused)
+{
+    expectRefused(runHeadless(m_folder.path(), script()), m_folder.path() + ": is a directory");
+}
+
+TEST_F(KoviewerProcessTest, AnEmptyModelIsRefused)
+{
+    const std::string file = m_folder.write("empty.glb", "");
+
+    expectRefused(runHeadless(file, script()), file + ": is empty");
+}
+
+TEST_F(KoviewerProcessTest, ATruncatedModelIsRefused)
+{
+    std::ifstream stream(KO_ENGINE_MODEL, std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(stream), {}};
+    const std::string file = m_folder.write("truncated.glb", whole.substr(0, whole.size() / 3));
+
+    const Outcome outcome = runHeadless(file, script());
+
+    EXPECT_THAT(outcome.error, StartsWith("koviewer: " + file + ": cannot be read: "));
+    expectRefused(outcome, outcome.error.substr(10, outcome.error.find('\n') - 10));
+}
+
+TEST_F(KoviewerProcessTest, ARandomModelIsRefused)
+{
+    std::string noise;
+    for (unsigned i = 0; i < 4000; ++i) {
+        noise += static_cast<char>((i * 2654435761U) >> 24);
+    }
+    const std::string file = m_folder.write("random.glb", noise);
+
+    expectRefused(runHeadless(file, script()), file + ": is damaged, or not of the format that its name says");
+}
+
+TEST_F(KoviewerProcessTest, AnUnknownFormatIsRefused)
+{
+    const std::string file = m_folder.write("letter.txt", "Dear reader,\n");
+
+    expectRefused(runHeadless(file, script()), file + ": unknown format");
+}
+
+TEST_F(KoviewerProcessTest, AModelWithoutMeshesIsRefused)
+{
+    const std::string file = m_folder.write("alone.gltf", R"({"asset": {"version": "2.0"}, "scene": 0,
+                                                              "scenes": [{"nodes": [0]}], "nodes": [{}]})");
+
+    expectRefused(runHeadless(file, script()), file + ": holds no meshes");
+}
+
+TEST_F(KoviewerProcessTest, AnOutputFolderThatCannotBeWrittenToIsRefusedBeforeAnythingElse)
+{
+    const std::string blocked = m_folder.write("file", "") + "/out";
+
+    const Outcome outcome = run({"--headless", "--script", "none", "--out", blocked, "none"});
+
+    expectRefused(outcome, blocked + ": cannot be created: Not a directory");
+}
+
+TEST_F(KoviewerProcessTest, AMissingScriptIsRefused)
+{
+    const std::string file = m_folder.path("none.txt");
+
+    expectRefused(runHeadless(KO_ENGINE_MODEL, file), file + ": no such file");
+}
+
+TEST_F(KoviewerProcessTest, AScriptWithAnUnknownCommandIsRefusedBeforeItsFirstPicture)
+{
+    const std::string file = m_folder.write("script.txt", "# a comment\nshot picture\nexplode 3\n");
+
+    expectRefused(runHeadless(KO_ENGINE_MODEL, file), file + ":3: unknown command 'explode'");
+}
+
+TEST_F(KoviewerProcessTest, AScriptThatCannotGoOnIsRefusedAndKeepsItsPictures)
+{
+    const std::string file = m_folder.write("script.txt", "size 80 60\nshot one\nclick-part nobody\nshot two\n");
+
+    const Outcome outcome = runHeadless(KO_ENGINE_MODEL, file);
+
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.error, "koviewer: " + file + ":3: no part is named 'nobody'\n");
+    EXPECT_THAT(pictures(), ElementsAre("01-one.png"));
+}
+
+TEST_F(KoviewerProcessTest, TheDemonstrationWritesItsPicturesAndNothingElse)
+{
+    const Outcome outcome = runHeadless(KO_ENGINE_MODEL, KO_DEMO_SCRIPT);
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_EQ(outcome.output, "");
+    ASSERT_THAT(pictures(), ElementsAre("01-plain.png", "02-boxes.png", "03-wireframe-overlay.png",
+                                        "04-wireframe-in-scene.png", "05-hidden.png"));
+
+    // How many pixels are near a colour of the selection; antialiasing leaves few that have it exactly.
+    const auto count = [&](const std::string& name, const int red, const int green, const int blue) {
+        const QImage picture(QString::fromStdString(m_folder.path("out/" + name)));
+        EXPECT_EQ(picture.size(), QSize(1280, 800));
+        int found = 0;
+        // Without the corner of the notifications.
+        for (int y = 0; y < 700; ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QRgb pixel = picture.pixel(x, y);
+                found += std::abs(qRed(pixel) - red) < 40 && std::abs(qGreen(pixel) - green) < 40 &&
+                                 std::abs(qBlue(pixel) - blue) < 40
+                             ? 1
+                             : 0;
+            }
+        }
+        return found;
+    };
+    const auto orange = [&](const std::string& name) { return count(name, 244, 133, 22); };
+    const auto nearBlack = [&](const std::string& name) { return count(name, 12, 12, 12); };
+    EXPECT_LT(orange("01-plain.png"), 1500);
+    EXPECT_GT(orange("02-boxes.png"), orange("01-plain.png") + 3000);
+    EXPECT_GT(nearBlack("02-boxes.png"), nearBlack("01-plain.png") + 500);
+    EXPECT_GT(orange("03-wireframe-overlay.png"), 3 * orange("02-boxes.png"));
+    EXPECT_LT(orange("04-wireframe-in-scene.png"), orange("03-wireframe-overlay.png") * 3 / 4);
+    EXPECT_GT(orange("04-wireframe-in-scene.png"), orange("02-boxes.png"));
+    EXPECT_LT(orange("05-hidden.png"), 1500);
+}
+
+} // namespace
+
+} // namespace quon::testing

@@ -1,0 +1,865 @@
+// SPDX-License-Identifier: MIT
+#include "Support/DrawnScene.h"
+#include "Support/SceneFixture.h"
+
+#include "Viewer/Drawing/OffscreenSurface.h"
+#include "Viewer/Drawing/SceneRenderer.h"
+
+#include <Extensions/SceneExtensions.h>
+
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGDepthChunk.h>
+#include <OpenSG/OSGDepthTestChunk.h>
+#include <OpenSG/OSGLineChunk.h>
+#include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGPolygonChunk.h>
+#include <OpenSG/OSGRefPtr.h>
+#include <OpenSG/OSGSwitch.h>
+
+#include <QColor>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <ostream>
+
+namespace quon::testing {
+
+namespace {
+
+using viewer::Matrix4;
+using viewer::OffscreenSurface;
+using viewer::SceneChanges;
+using viewer::SceneRenderer;
+
+const osg::Color3f Red(1, 0, 0);
+const osg::Color3f Green(0, 1, 0);
+const osg::Color3f Blue(0, 0, 1);
+
+constexpr QRgb RedPixel = 0xFFFF0000;
+constexpr QRgb GreenPixel = 0xFF00FF00;
+constexpr QRgb BluePixel = 0xFF0000FF;
+constexpr QRgb BlackPixel = 0xFF000000;
+
+constexpr int Size = 64;
+
+// Pictures are compared by their colours in hexadecimal.
+std::string hex(const QRgb colour)
+{
+    return QColor(colour).name().toStdString();
+}
+
+class SceneRendererTest : public SceneFixture {
+protected:
+    SceneRendererTest()
+        : m_root(makeGroup())
+    {
+        m_surface.setMultisampling(false);
+    }
+
+    ~SceneRendererTest() override
+    {
+        m_root = osg::NullFC;
+        m_surface.withContext([this] {
+            m_renderer.releaseResources();
+            EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+        });
+    }
+
+    osg::NodePtr add(const osg::NodeCorePtr& core)
+    {
+        const osg::NodePtr node = makeNode(core);
+        add(node);
+        return node;
+    }
+
+    void add(const osg::NodePtr& node)
+    {
+        beginEditCP(m_root, osg::Node::ChildrenFieldMask);
+        m_root->addChild(node);
+        endEditCP(m_root, osg::Node::ChildrenFieldMask);
+    }
+
+    // Draws -1 to 1 in x and y; a larger z is nearer to the viewer.
+    QImage draw()
+    {
+        Matrix4 projection;
+        projection(2, 2) = -1;
+        m_renderer.sceneChanged(SceneChanges::take());
+        return m_surface.draw(Size, Size, [&] {
+            m_renderer.draw(m_root.get(), Matrix4(), projection, Size, Size);
+            EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+        });
+    }
+
+    std::string drawCentre() { return hex(draw().pixel(Size / 2, Size / 2)); }
+
+    static int count(const QImage& picture, const QRgb colour)
+    {
+        int found = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                found += picture.pixel(x, y) == colour ? 1 : 0;
+            }
+        }
+        return found;
+    }
+
+    static osg::GeometryPtr rectangle(const osg::MaterialPtr& material, const float z = 0)
+    {
+        return makeRectangle(-0.5F, -0.5F, 0.5F, 0.5F, z, material);
+    }
+
+    static osg::MaterialGroupPtr materialGroup(const osg::MaterialPtr& material)
+    {
+        const osg::MaterialGroupPtr group = osg::MaterialGroup::create();
+        beginEditCP(group);
+        group->setMaterial(material);
+        endEditCP(group);
+        return group;
+    }
+
+    template <class Material, class Chunk>
+    static void addChunk(const Material& material, const Chunk& chunk)
+    {
+        endEditCP(chunk);
+        beginEditCP(material);
+        material->addChunk(chunk, -2);
+        endEditCP(material);
+    }
+
+    osg::RefPtr<osg::NodePtr> m_root;
+    OffscreenSurface m_surface;
+    SceneRenderer m_renderer;
+};
+
+TEST_F(SceneRendererTest, AnEmptySceneShowsTheBackgroundFromTopToBottom)
+{
+    m_renderer.setBackground(Red, Blue);
+
+    const QImage picture = draw();
+
+    EXPECT_GT(qRed(picture.pixel(5, 0)), 250);
+    EXPECT_GT(qBlue(picture.pixel(5, Size - 1)), 250);
+    EXPECT_NEAR(qRed(picture.pixel(5, Size / 2)), 127, 4);
+}
+
+TEST_F(SceneRendererTest, ANullRootShowsTheBackgroundAlone)
+{
+    m_root = osg::NullFC;
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererTest, UnlitGeometryHasItsDiffuseColour)
+{
+    add(rectangle(makePlainMaterial(Red)));
+
+    const QImage picture = draw();
+
+    EXPECT_EQ(count(picture, RedPixel), Size * Size / 4);
+    EXPECT_EQ(hex(picture.pixel(2, 2)), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererTest, NearerGeometryHidesFartherInWhateverOrder)
+{
+    add(rectangle(makePlainMaterial(Red), 0.5F));
+    add(rectangle(makePlainMaterial(Green), 0));
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+
+    add(rectangle(makePlainMaterial(Blue), 0.8F));
+    EXPECT_EQ(drawCentre(), hex(BluePixel));
+}
+
+TEST_F(SceneRendererTest, TransformsAddUpOnTheWayDown)
+{
+    add(makeTransform(translation(0.5F, 0, 0),
+                      {makeTransform(translation(0, 0.5F, 0), {makeNode(rectangle(makePlainMaterial(Red)))})}));
+
+    const QImage picture = draw();
+
+    EXPECT_EQ(hex(picture.pixel(Size * 3 / 4, Size / 4)), hex(RedPixel));
+    EXPECT_EQ(hex(picture.pixel(Size / 4, Size * 3 / 4)), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererTest, ASwitchShowsItsChoiceAlone)
+{
+    const osg::SwitchPtr choosing = osg::Switch::create();
+    choosing->setChoice(1);
+    add(makeNode(choosing,
+                 {makeNode(rectangle(makePlainMaterial(Red), 0.5F)), makeNode(rectangle(makePlainMaterial(Green)))}));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, AMaskOfZeroHidesANodeAndAllBelowIt)
+{
+    const osg::NodePtr node = makeGroup({makeNode(rectangle(makePlainMaterial(Red)))});
+    add(node);
+
+    setTravMask(node, 0);
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererTest, ANodeIsDrawnWhenItsMaskSharesABitWithTheRenderers)
+{
+    const osg::NodePtr node = add(rectangle(makePlainMaterial(Red)));
+    setTravMask(node, 6);
+    setTravMask(m_root.get(), 7);
+
+    m_renderer.setTravMask(1);
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+
+    m_renderer.setTravMask(3);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, AMaterialGroupOverridesTheMaterialsBelowIt)
+{
+    add(makeNode(materialGroup(makePlainMaterial(Green)), {makeNode(rectangle(makePlainMaterial(Red)))}));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, TheOutermostMaterialGroupWins)
+{
+    add(makeNode(materialGroup(makePlainMaterial(Green)),
+                 {makeNode(materialGroup(makePlainMaterial(Blue)), {makeNode(rectangle(makePlainMaterial(Red)))})}));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, AMaterialGroupWithoutMaterialLeavesTheChoiceToThoseBelow)
+{
+    add(makeNode(osg::MaterialGroup::create(),
+                 {makeNode(materialGroup(makePlainMaterial(Blue)), {makeNode(rectangle(makePlainMaterial(Red)))})}));
+
+    EXPECT_EQ(drawCentre(), hex(BluePixel));
+}
+
+TEST_F(SceneRendererTest, TheOverwriteFlagKeepsAGeometrysOwnMaterial)
+{
+    const osg::GeometryPtr geometry = rectangle(makePlainMaterial(Red));
+    add(makeNode(materialGroup(makePlainMaterial(Green)), {makeNode(geometry)}));
+
+    extensions::setOverwriteMaterial(geometry, true);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+
+    extensions::setOverwriteMaterial(geometry, false);
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, AMaterialGroupDoesNotReachItsSiblings)
+{
+    add(makeNode(materialGroup(makePlainMaterial(Green))));
+    add(rectangle(makePlainMaterial(Red)));
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, OpaqueGeometryIsDrawnByAscendingSortKey)
+{
+    add(rectangle(makePlainMaterial(Red, 0, 7)));
+    add(rectangle(makePlainMaterial(Green, 0, -3)));
+
+    // Equal depths pass the test: what is drawn last stays.
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, OpaqueGeometryOfOneSortKeyIsDrawnInTheOrderOfTheScene)
+{
+    add(rectangle(makePlainMaterial(Red)));
+    add(rectangle(makePlainMaterial(Green)));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, TransparentGeometryIsDrawnAfterAllOpaqueWhateverItsSortKey)
+{
+    add(rectangle(makePlainMaterial(Red, 0.5F, -1000), 0.5F));
+    add(rectangle(makePlainMaterial(Blue, 0, 1000), 0));
+
+    const QColor colour(draw().pixel(Size / 2, Size / 2));
+
+    EXPECT_NEAR(colour.red(), 128, 1);
+    EXPECT_NEAR(colour.blue(), 127, 1);
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().transparent, 1U);
+}
+
+TEST_F(SceneRendererTest, TransparentGeometryOfOneSortKeyIsDrawnFromBackToFront)
+{
+    add(rectangle(makePlainMaterial(Red, 0.5F), 0.5F));
+    add(rectangle(makePlainMaterial(Green, 0.5F), -0.5F));
+    const QColor nearFirst(draw().pixel(Size / 2, Size / 2));
+    const osg::NodePtr first = m_root->getChild(0);
+    add(first); // moves it to the end
+    const QColor farFirst(draw().pixel(Size / 2, Size / 2));
+
+    EXPECT_NEAR(nearFirst.red(), 128, 1);
+    EXPECT_NEAR(nearFirst.green(), 64, 1);
+    EXPECT_EQ(nearFirst, farFirst);
+}
+
+TEST_F(SceneRendererTest, TheSortKeyOfTransparentGeometryCountsMoreThanItsDepth)
+{
+    add(rectangle(makePlainMaterial(Green, 0.5F, 5), -0.5F));
+    add(rectangle(makePlainMaterial(Red, 0.5F, 4), 0.5F));
+
+    const QColor colour(draw().pixel(Size / 2, Size / 2));
+
+    EXPECT_NEAR(colour.green(), 128, 1);
+    EXPECT_NEAR(colour.red(), 64, 1);
+}
+
+TEST_F(SceneRendererTest, TransparentGeometryWritesNoDepth)
+{
+    add(rectangle(makePlainMaterial(Red, 0.5F, 1), 0.5F));
+    add(rectangle(makePlainMaterial(Green, 0.5F, 2), 0));
+
+    EXPECT_GT(QColor(draw().pixel(Size / 2, Size / 2)).green(), 120);
+}
+
+TEST_F(SceneRendererTest, AForcedModePutsAnOpaqueMaterialIntoTheTransparentPass)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    material->setTransparencyMode(osg::Material::TransparencyForceTransparent);
+    add(rectangle(material));
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().transparent, 1U);
+}
+
+TEST_F(SceneRendererTest, AForcedModePutsATransparentMaterialIntoTheOpaquePass)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red, 0.5F);
+    material->setTransparencyMode(osg::Material::TransparencyForceOpaque);
+    add(rectangle(material));
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 1U);
+}
+
+TEST_F(SceneRendererTest, ADepthTestChunkThatAlwaysPassesDrawsOverNearerGeometry)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0, 1);
+    const osg::DepthTestChunkPtr chunk = osg::DepthTestChunk::create();
+    chunk->setFunc(GL_ALWAYS);
+    addChunk(material, chunk);
+    add(rectangle(makePlainMaterial(Red), 0.5F));
+    add(rectangle(material, 0));
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+
+    chunk->setFunc(GL_LEQUAL);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, ADepthChunkCanSwitchTheTestOff)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0, 1);
+    const osg::DepthChunkPtr chunk = osg::DepthChunk::create();
+    chunk->setEnable(false);
+    addChunk(material, chunk);
+    add(rectangle(makePlainMaterial(Red), 0.5F));
+    add(rectangle(material, 0));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, ADepthChunkCanKeepGeometryFromWritingDepth)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red, 0, 1);
+    const osg::DepthChunkPtr chunk = osg::DepthChunk::create();
+    chunk->setReadOnly(true);
+    addChunk(material, chunk);
+    add(rectangle(material, 0.5F));
+    add(rectangle(makePlainMaterial(Green, 0, 2), 0));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, ADepthChunkCanSqueezeTheDepthRange)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green);
+    const osg::DepthChunkPtr chunk = osg::DepthChunk::create();
+    chunk->setNear(0);
+    chunk->setFar(0.1F);
+    addChunk(material, chunk);
+    add(rectangle(material, -0.5F));
+    add(rectangle(makePlainMaterial(Red, 0, 1), 0.5F));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, OfTwoChunksOfOneKindTheLaterCounts)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0, 1);
+    const osg::DepthTestChunkPtr first = osg::DepthTestChunk::create();
+    first->setFunc(GL_ALWAYS);
+    const osg::DepthTestChunkPtr second = osg::DepthTestChunk::create();
+    second->setFunc(GL_NEVER);
+    addChunk(material, first);
+    addChunk(material, second);
+    add(rectangle(material));
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererTest, AnIgnoredChunkHasNoEffect)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green);
+    const osg::DepthTestChunkPtr chunk = osg::DepthTestChunk::create();
+    chunk->setFunc(GL_NEVER);
+    chunk->setIgnore(true);
+    addChunk(material, chunk);
+    add(rectangle(material));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, TheStateOfOneMaterialDoesNotReachTheNext)
+{
+    const osg::SimpleMaterialPtr wild = makePlainMaterial(Red, 0, 1);
+    const osg::DepthTestChunkPtr depth = osg::DepthTestChunk::create();
+    depth->setFunc(GL_NEVER);
+    addChunk(wild, depth);
+    const osg::PolygonChunkPtr polygon = osg::PolygonChunk::create();
+    polygon->setFrontMode(GL_POINT);
+    polygon->setBackMode(GL_POINT);
+    polygon->setCullFace(GL_FRONT_AND_BACK);
+    addChunk(wild, polygon);
+    const osg::BlendChunkPtr blend = osg::BlendChunk::create();
+    blend->setSrcFactor(GL_ZERO);
+    blend->setDestFactor(GL_ZERO);
+    addChunk(wild, blend);
+    add(rectangle(wild));
+    add(rectangle(makePlainMaterial(Green, 0, 2)));
+
+    const QImage picture = draw();
+
+    EXPECT_EQ(count(picture, GreenPixel), Size * Size / 4);
+}
+
+TEST_F(SceneRendererTest, ALineChunkSetsTheWidth)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    add(makeGeometry(GL_LINES, {osg::Pnt3f(-0.5F, 0.015F, 0), osg::Pnt3f(0.5F, 0.015F, 0)}, {}, material));
+    const int thin = count(draw(), RedPixel);
+
+    const osg::LineChunkPtr chunk = osg::LineChunk::create();
+    chunk->setWidth(5);
+    addChunk(material, chunk);
+    const int thick = count(draw(), RedPixel);
+
+    EXPECT_NEAR(thin, Size / 2, 1);
+    EXPECT_EQ(thick, 5 * thin);
+}
+
+TEST_F(SceneRendererTest, LinesAreWiderByThePixelRatio)
+{
+    add(makeGeometry(GL_LINES, {osg::Pnt3f(-0.5F, 0.015F, 0), osg::Pnt3f(0.5F, 0.015F, 0)}, {},
+                     makePlainMaterial(Red)));
+    const int plain = count(draw(), RedPixel);
+
+    m_renderer.setPixelRatio(3);
+
+    EXPECT_EQ(count(draw(), RedPixel), 3 * plain);
+}
+
+TEST_F(SceneRendererTest, ALineChunkStipples)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::LineChunkPtr chunk = osg::LineChunk::create();
+    chunk->setStipplePattern(0x00FF);
+    addChunk(material, chunk);
+    add(makeGeometry(GL_LINES, {osg::Pnt3f(-1, 0.015F, 0), osg::Pnt3f(1, 0.015F, 0)}, {}, material));
+
+    EXPECT_EQ(count(draw(), RedPixel), Size / 2);
+}
+
+TEST_F(SceneRendererTest, ASmoothLineHasShadesAtItsEdges)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::LineChunkPtr line = osg::LineChunk::create();
+    line->setWidth(2);
+    addChunk(material, line);
+    const osg::BlendChunkPtr blend = osg::BlendChunk::create();
+    blend->setSrcFactor(GL_SRC_ALPHA);
+    blend->setDestFactor(GL_ONE_MINUS_SRC_ALPHA);
+    addChunk(material, blend);
+    add(makeGeometry(GL_LINES, {osg::Pnt3f(-0.9F, -0.4F, 0), osg::Pnt3f(0.9F, 0.5F, 0)}, {}, material));
+    const auto countShades = [](const QImage& picture) {
+        return Size * Size - count(picture, RedPixel) - count(picture, BlackPixel);
+    };
+    EXPECT_EQ(countShades(draw()), 0);
+
+    line->setSmooth(true);
+
+    EXPECT_GT(countShades(draw()), 20);
+}
+
+TEST_F(SceneRendererTest, ABlendChunkSetsTheFactors)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0, 1);
+    const osg::BlendChunkPtr chunk = osg::BlendChunk::create();
+    chunk->setSrcFactor(GL_ONE);
+    chunk->setDestFactor(GL_ONE);
+    addChunk(material, chunk);
+    add(rectangle(makePlainMaterial(Red), 0));
+    add(rectangle(material, 0.5F));
+
+    EXPECT_EQ(drawCentre(), "#ffff00");
+}
+
+TEST_F(SceneRendererTest, ABlendChunkSetsTheEquation)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(osg::Color3f(0.4F, 1, 0), 0, 1);
+    const osg::BlendChunkPtr chunk = osg::BlendChunk::create();
+    chunk->setSrcFactor(GL_ONE);
+    chunk->setDestFactor(GL_ONE);
+    chunk->setEquation(GL_FUNC_REVERSE_SUBTRACT);
+    addChunk(material, chunk);
+    add(rectangle(makePlainMaterial(Red), 0));
+    add(rectangle(material, 0.5F));
+
+    EXPECT_EQ(drawCentre(), "#990000");
+}
+
+TEST_F(SceneRendererTest, ABlendChunkTestsAlpha)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0.8F);
+    const osg::BlendChunkPtr chunk = osg::BlendChunk::create();
+    chunk->setAlphaFunc(GL_GREATER);
+    chunk->setAlphaValue(0.5F);
+    addChunk(material, chunk);
+    add(rectangle(material));
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererTest, APolygonChunkDrawsFacesAsWireframe)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::PolygonChunkPtr chunk = osg::PolygonChunk::create();
+    chunk->setFrontMode(GL_LINE);
+    chunk->setBackMode(GL_LINE);
+    addChunk(material, chunk);
+    add(makeGeometry(GL_TRIANGLES, {osg::Pnt3f(-0.5F, -0.5F, 0), osg::Pnt3f(0.5F, -0.5F, 0), osg::Pnt3f(0, 0.5F, 0)},
+                     {}, material));
+
+    const QImage picture = draw();
+
+    EXPECT_EQ(hex(picture.pixel(Size / 2, Size / 2)), hex(BlackPixel));
+    EXPECT_GT(count(picture, RedPixel), 80);
+    EXPECT_LT(count(picture, RedPixel), 120);
+}
+
+TEST_F(SceneRendererTest, APolygonChunkTellsFrontFromBack)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::PolygonChunkPtr chunk = osg::PolygonChunk::create();
+    chunk->setBackMode(GL_LINE);
+    addChunk(material, chunk);
+    add(rectangle(material));
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+
+    chunk->setFrontFace(GL_CW);
+    EXPECT_LT(count(draw(), RedPixel), Size * Size / 8);
+}
+
+TEST_F(SceneRendererTest, APolygonChunkCullsFaces)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::PolygonChunkPtr chunk = osg::PolygonChunk::create();
+    chunk->setCullFace(GL_FRONT);
+    addChunk(material, chunk);
+    add(rectangle(material));
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+
+    chunk->setCullFace(GL_BACK);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, APolygonOffsetPullsFillTowardsTheViewer)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0, -1);
+    const osg::PolygonChunkPtr chunk = osg::PolygonChunk::create();
+    chunk->setOffsetBias(-100);
+    addChunk(material, chunk);
+    add(rectangle(material));
+    add(rectangle(makePlainMaterial(Red)));
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+
+    chunk->setOffsetFill(true);
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, APolygonOffsetOfLinesPullsWireframesTowardsTheViewer)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Green, 0, 1);
+    const osg::DepthTestChunkPtr depth = osg::DepthTestChunk::create();
+    depth->setFunc(GL_LESS);
+    addChunk(material, depth);
+    const osg::PolygonChunkPtr chunk = osg::PolygonChunk::create();
+    chunk->setFrontMode(GL_LINE);
+    chunk->setBackMode(GL_LINE);
+    chunk->setOffsetFactor(-1);
+    chunk->setOffsetBias(-100);
+    addChunk(material, chunk);
+    add(makeRectangle(-1, -1, 1, 1, 0, makePlainMaterial(Red)));
+    add(rectangle(material));
+    EXPECT_EQ(count(draw(), GreenPixel), 0);
+
+    chunk->setOffsetLine(true);
+
+    EXPECT_GT(count(draw(), GreenPixel), Size);
+}
+
+TEST_F(SceneRendererTest, TheColoursOfAGeometryTakeThePlaceOfTheDiffuseColour)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::GeometryPtr geometry = rectangle(material);
+    const osg::GeoColors3fPtr colours = osg::GeoColors3f::create();
+    for (int i = 0; i < 4; ++i) {
+        colours->push_back(Blue);
+    }
+    geometry->setColors(colours);
+    endEditCP(geometry);
+    add(geometry);
+    EXPECT_EQ(drawCentre(), hex(BluePixel));
+
+    material->setColorMaterial(GL_NONE);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, ALitSurfaceIsBrighterTheMoreItFacesTheLight)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(osg::Color3f(0.8F, 0.8F, 0.8F));
+    material->setLit(true);
+    const osg::TransformPtr transform = osg::Transform::create();
+    add(makeNode(transform, {makeNode(rectangle(material))}));
+    const int facing = qGreen(draw().pixel(Size / 2, Size / 2));
+
+    osg::Matrix tilt;
+    // Downwards, away from the light over the viewer's shoulder.
+    tilt.setRotate(osg::Quaternion(osg::Vec3f(1, 0, 0), 1.0F));
+    transform->setMatrix(tilt);
+    const int turned = qGreen(draw().pixel(Size / 2, Size / 2));
+
+    EXPECT_GT(facing, turned + 30);
+    EXPECT_GT(turned, 20);
+}
+
+TEST_F(SceneRendererTest, AGeometryWithoutMaterialIsDrawnGrey)
+{
+    add(rectangle(osg::NullFC));
+
+    const QColor colour(draw().pixel(Size / 2, Size / 2));
+
+    EXPECT_GT(colour.red(), 100);
+    EXPECT_EQ(colour.red(), colour.green());
+    EXPECT_EQ(colour.red(), colour.blue());
+}
+
+TEST_F(SceneRendererTest, WhatIsNotANumberIsLeftOutAndTheRestIsDrawn)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const osg::SimpleMaterialPtr broken = makePlainMaterial(osg::Color3f(nan, nan, nan), nan);
+    const osg::LineChunkPtr line = osg::LineChunk::create();
+    line->setWidth(nan);
+    addChunk(broken, line);
+    const osg::PolygonChunkPtr polygon = osg::PolygonChunk::create();
+    polygon->setOffsetBias(nan);
+    polygon->setOffsetFill(true);
+    addChunk(broken, polygon);
+    osg::Matrix nowhere;
+    nowhere.setTranslate(nan, 0, 0);
+    add(makeTransform(nowhere, {makeNode(rectangle(makePlainMaterial(Blue)))}));
+    add(makeGeometry(GL_TRIANGLES,
+                     {osg::Pnt3f(nan, 0, 0), osg::Pnt3f(1, 0, 0), osg::Pnt3f(0, 1, 0), osg::Pnt3f(-1, -1, 0.5F),
+                      osg::Pnt3f(1, -1, 0.5F), osg::Pnt3f(0, 1, 0.5F)},
+                     {}, makePlainMaterial(Green)));
+    add(rectangle(broken));
+
+    EXPECT_EQ(drawCentre(), hex(GreenPixel));
+}
+
+TEST_F(SceneRendererTest, ACameraThatIsNotANumberDrawsWithoutHarm)
+{
+    add(rectangle(makePlainMaterial(Red, 0.5F)));
+    add(rectangle(makePlainMaterial(Green, 0.5F)));
+    Matrix4 nowhere;
+    nowhere(2, 3) = std::numeric_limits<double>::quiet_NaN();
+
+    const QImage picture =
+        m_surface.draw(Size, Size, [&] { m_renderer.draw(m_root.get(), nowhere, Matrix4(), Size, Size); });
+
+    EXPECT_EQ(m_renderer.getStatistics().transparent, 2U);
+    EXPECT_EQ(picture.width(), Size);
+}
+
+TEST_F(SceneRendererTest, IndicesOutOfRangeAreLeftOut)
+{
+    add(makeGeometry(GL_TRIANGLES, {osg::Pnt3f(-1, -1, 0), osg::Pnt3f(1, -1, 0), osg::Pnt3f(0, 1, 0)},
+                     {0, 1, 2, 0, 1, 3, 7, 8, 9}, makePlainMaterial(Red)));
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, AnUnchangedGeometryIsCopiedToTheContextOnce)
+{
+    add(rectangle(makePlainMaterial(Red)));
+
+    draw();
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 1U);
+
+    draw();
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 0U);
+}
+
+TEST_F(SceneRendererTest, NodesThatShareAGeometryShareItsCopy)
+{
+    const osg::GeometryPtr geometry = rectangle(makePlainMaterial(Red));
+    add(geometry);
+    draw();
+
+    add(geometry);
+    draw();
+
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 2U);
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().cached, 1U);
+}
+
+TEST_F(SceneRendererTest, AChangedPropertyIsCopiedAgain)
+{
+    const osg::GeometryPtr geometry = rectangle(makePlainMaterial(Red));
+    add(geometry);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+
+    const osg::GeoPositionsPtr positions = geometry->getPositions();
+    beginEditCP(positions);
+    for (osg::UInt32 i = 0; i < 4; ++i) {
+        positions->setValue(positions->getValue(i) + osg::Vec3f(3, 0, 0), i);
+    }
+    endEditCP(positions);
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 1U);
+}
+
+TEST_F(SceneRendererTest, AReplacedPropertyIsCopiedEvenWhenNobodyReportedIt)
+{
+    const osg::GeometryPtr geometry = rectangle(makePlainMaterial(Red));
+    add(geometry);
+    draw();
+    const osg::GeometryPtr other = makeRectangle(5, 5, 6, 6, 0, osg::NullFC);
+    const osg::NodePtr owner = makeNode(other);
+    addRefCP(owner);
+
+    geometry->setPositions(other->getPositions());
+    SceneChanges::take();
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+    subRefCP(owner);
+}
+
+TEST_F(SceneRendererTest, TheCopyOfADestroyedGeometryGoes)
+{
+    add(rectangle(makePlainMaterial(Red)));
+    add(rectangle(makePlainMaterial(Green)));
+    draw();
+    EXPECT_EQ(m_renderer.getStatistics().cached, 2U);
+
+    m_root->subChild(m_root->getChild(0));
+    draw();
+
+    EXPECT_EQ(m_renderer.getStatistics().cached, 1U);
+}
+
+TEST_F(SceneRendererTest, DrawingGoesOnAfterTheResourcesWereReleased)
+{
+    add(rectangle(makePlainMaterial(Red)));
+    draw();
+
+    m_surface.withContext([this] { m_renderer.releaseResources(); });
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 1U);
+}
+
+TEST_F(SceneRendererTest, AChainOfAHundredThousandNodesIsDrawn)
+{
+    osg::NodePtr node = makeNode(rectangle(makePlainMaterial(Red)));
+    for (int i = 0; i < 100000; ++i) {
+        node = makeGroup({node});
+    }
+    add(node);
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
+TEST_F(SceneRendererTest, ARootBelowATransformStandsInItsPlace)
+{
+    const osg::NodePtr inner = makeGroup({makeNode(rectangle(makePlainMaterial(Red)))});
+    const osg::RefPtr<osg::NodePtr> outer(makeTransform(translation(0.9F, 0, 0), {inner}));
+    m_root = inner;
+
+    const QImage picture = draw();
+
+    EXPECT_EQ(hex(picture.pixel(Size - 2, Size / 2)), hex(RedPixel));
+    EXPECT_EQ(hex(picture.pixel(Size / 2, Size / 2)), hex(BlackPixel));
+    m_root = osg::NullFC;
+}
+
+/** How the vertices of one kind of primitive become pixels. */
+struct Primitive {
+    const char* name;
+    GLenum type;
+    std::vector<osg::Pnt3f> corners;
+    int fewest; ///< pixels
+    int most;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Primitive& primitive)
+{
+    return stream << primitive.name;
+}
+
+class SceneRendererPrimitiveTest : public SceneRendererTest, public ::testing::WithParamInterface<Primitive> {};
+
+TEST_P(SceneRendererPrimitiveTest, CoversItsPixels)
+{
+    add(makeGeometry(GetParam().type, GetParam().corners, {}, makePlainMaterial(Red)));
+
+    const int pixels = count(draw(), RedPixel);
+
+    EXPECT_GE(pixels, GetParam().fewest);
+    EXPECT_LE(pixels, GetParam().most);
+}
+
+const osg::Pnt3f A(-0.5F, -0.5F, 0);
+const osg::Pnt3f B(0.5F, -0.5F, 0);
+const osg::Pnt3f C(0.5F, 0.5F, 0);
+const osg::Pnt3f D(-0.5F, 0.5F, 0);
+
+INSTANTIATE_TEST_SUITE_P(Kinds, SceneRendererPrimitiveTest,
+                         ::testing::Values(Primitive{"Points", GL_POINTS, {A, B, C, D}, 30, 40},
+                                           Primitive{"Lines", GL_LINES, {A, B, C, D}, 62, 66},
+                                           Primitive{"LineStrip", GL_LINE_STRIP, {A, B, C}, 62, 66},
+                                           Primitive{"LineLoop", GL_LINE_LOOP, {A, B, C, D}, 124, 130},
+                                           Primitive{"Triangles", GL_TRIANGLES, {A, B, C, A, C, D}, 1024, 1024},
+                                           Primitive{"TriangleStrip", GL_TRIANGLE_STRIP, {A, B, D, C}, 1024, 1024},
+                                           Primitive{"TriangleFan", GL_TRIANGLE_FAN, {A, B, C, D}, 1024, 1024},
+                                           Primitive{"Quads", GL_QUADS, {A, B, C, D}, 1024, 1024},
+                                           Primitive{"QuadStrip", GL_QUAD_STRIP, {A, B, D, C}, 1024, 1024},
+                                           Primitive{"Polygon", GL_POLYGON, {A, B, C, D}, 1024, 1024}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+} // namespace
+
+} // namespace quon::testing
