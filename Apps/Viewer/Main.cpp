@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ModelLoader.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Script/CommandLine.h"
@@ -49,7 +50,9 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     viewport.resize(960, 640);
     viewport.show();
     {
-        const osg::RefPtr<osg::NodePtr> model = quon::viewer::ModelLoader().load(line.model);
+        const osg::RefPtr<osg::NodePtr> model = line.partCount > 0
+                                                    ? quon::viewer::AssemblyGenerator::generate(line.partCount)
+                                                    : quon::viewer::ModelLoader().load(line.model);
         session.setModel(model.get());
     }
     quon::viewer::ScriptRunner(session, viewport, output).run(script);
@@ -69,7 +72,9 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     const QApplication application(argc, argv);
     quon::viewer::ViewerSession session;
     quon::viewer::MainWindow window(session);
-    if (!line.model.empty()) {
+    if (line.partCount > 0) {
+        window.showAssembly(line.partCount);
+    } else if (!line.model.empty()) {
         window.open(line.model);
     }
     window.show();

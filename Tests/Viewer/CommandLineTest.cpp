@@ -43,6 +43,32 @@ TEST(CommandLineTest, HeadlessTakesScriptFolderAndModelInAnyOrder)
     EXPECT_EQ(line.out, "folder");
 }
 
+TEST(CommandLineTest, AGeneratedAssemblyTakesThePlaceOfAModel)
+{
+    EXPECT_EQ(CommandLine::parse({}).partCount, 0);
+    EXPECT_EQ(CommandLine::parse({"--generate", "1"}).partCount, 1);
+
+    const CommandLine line =
+        CommandLine::parse({"--headless", "--generate", "5000000", "--script", "file", "--out", "folder"});
+
+    EXPECT_TRUE(line.headless);
+    EXPECT_EQ(line.partCount, 5000000);
+    EXPECT_EQ(line.model, "");
+}
+
+TEST(CommandLineTest, APartCountIsANumberInItsRange)
+{
+    const char* const refusal = "--generate: needs a number of parts from 1 to 5000000, see --help";
+
+    for (const char* count :
+         {"0", "-1", "5000001", "99999999999999999999", "many", "12x", " 12", "1.5", "+1", "0x10"}) {
+        EXPECT_EQ(parseAndFail({"--generate", count}), refusal) << count;
+    }
+    EXPECT_EQ(parseAndFail({"--generate"}), "--generate: needs a value, see --help");
+    EXPECT_EQ(parseAndFail({"--generate", "5", "model.glb"}), "--generate: takes the place of a model, see --help");
+    EXPECT_EQ(parseAndFail({"model.glb", "--generate", "5"}), "--generate: takes the place of a model, see --help");
+}
+
 TEST(CommandLineTest, AfterTwoDashesEverythingIsAModel)
 {
     EXPECT_EQ(CommandLine::parse({"--", "--help"}).model, "--help");

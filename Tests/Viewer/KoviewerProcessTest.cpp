@@ -123,6 +123,23 @@ TEST_F(KoviewerProcessTest, HeadlessWithoutAScriptIsRefused)
     expectRefused(run({"--headless", KO_ENGINE_MODEL}), "--headless: needs a model, --script and --out, see --help");
 }
 
+TEST_F(KoviewerProcessTest, AnAssemblyOfNoPartsAndOneBesideAModelAreRefused)
+{
+    expectRefused(run({"--generate", "0"}), "--generate: needs a number of parts from 1 to 5000000, see --help");
+    expectRefused(run({"--generate", "10", KO_ENGINE_MODEL}), "--generate: takes the place of a model, see --help");
+}
+
+TEST_F(KoviewerProcessTest, AGeneratedAssemblyIsDrawnWithoutADisplay)
+{
+    const std::string file = m_folder.write("script.txt", "size 80 60\nclick-part \"housing 1\"\nshot picture\n");
+
+    const Outcome outcome = run({"--headless", "--script", file, "--out", m_folder.path("out"), "--generate", "20"});
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_THAT(pictures(), ElementsAre("01-picture.png"));
+}
+
 TEST_F(KoviewerProcessTest, AWindowWithoutADisplayIsRefused)
 {
     expectRefused(run({KO_ENGINE_MODEL}), "no display: use --headless, see --help");

@@ -1,11 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Script/CommandLine.h"
 
+#include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ViewerError.h"
 
+#include <charconv>
 #include <cstddef>
+#include <system_error>
 
 namespace quon::viewer {
+
+namespace {
+
+int readPartCount(const std::string& text)
+{
+    int count = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, count);
+    if (error != std::errc() || stop != end || count < 1 || count > AssemblyGenerator::LargestCount) {
+        throw ViewerError("--generate", "needs a number of parts from 1 to " +
+                                            std::to_string(AssemblyGenerator::LargestCount) + ", see --help");
+    }
+    return count;
+}
+
+} // namespace
 
 CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
 {
@@ -36,6 +55,10 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
             takeValue(line.script);
         } else if (argument == "--out") {
             takeValue(line.out);
+        } else if (argument == "--generate") {
+            std::string count;
+            takeValue(count);
+            line.partCount = readPartCount(count);
         } else {
             throw ViewerError(argument, "unknown option, see --help");
         }
@@ -43,7 +66,11 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
     if (line.help || line.version) {
         return line;
     }
-    if (line.headless && (line.model.empty() || line.script.empty() || line.out.empty())) {
+    if (line.partCount != 0 && !line.model.empty()) {
+        throw ViewerError("--generate", "takes the place of a model, see --help");
+    }
+    const bool hasModel = line.partCount != 0 || !line.model.empty();
+    if (line.headless && (!hasModel || line.script.empty() || line.out.empty())) {
         throw ViewerError("--headless", "needs a model, --script and --out, see --help");
     }
     if (!line.headless && !(line.script.empty() && line.out.empty())) {
@@ -54,14 +81,15 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
 
 const char* CommandLine::getHelp()
 {
-    return "Usage: koviewer [MODEL]\n"
-           "       koviewer --headless --script FILE --out FOLDER MODEL\n"
+    return "Usage: koviewer [MODEL | --generate N]\n"
+           "       koviewer --headless --script FILE --out FOLDER MODEL | --generate N\n"
            "\n"
            "Shows a model of any format that Assimp reads and lets its parts be selected.\n"
            "\n"
            "  --headless     draws without any display and follows a script instead of the user\n"
            "  --script FILE  the script: one command a line, see Apps/Viewer/README.md\n"
            "  --out FOLDER   where the script's pictures go; made where it is missing\n"
+           "  --generate N   makes an assembly of N parts in place of a model, 1 to 5000000\n"
            "  --help, -h     shows this text\n"
            "  --version      shows the version\n"
            "\n"

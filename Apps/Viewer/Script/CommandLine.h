@@ -12,13 +12,14 @@ struct CommandLine {
     bool version = false;
     bool headless = false;
     std::string model; ///< empty: none given
+    int partCount = 0; ///< of the assembly to generate in place of a model; 0: none wanted
     std::string script;
     std::string out;
 
     /**
      * Reads the arguments after the program's name.
      *
-     * Headless needs a model, a script and an output folder, which no other use takes.
+     * Headless needs a model (or a generated assembly), a script and an output folder, which no other use takes.
      *
      * @throws ViewerError for what it does not understand
      */

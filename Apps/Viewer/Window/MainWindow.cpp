@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Window/MainWindow.h"
 
+#include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ModelLoader.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/ViewerSession.h"
@@ -81,6 +82,14 @@ void MainWindow::open(const std::string& file)
     QApplication::restoreOverrideCursor();
     statusBar()->clearMessage();
     setWindowTitle(QStringLiteral("%1 - koviewer").arg(name));
+    m_summary->setText(QStringLiteral("%1 parts").arg(m_session.countParts()));
+}
+
+void MainWindow::showAssembly(const int partCount)
+{
+    const osg::RefPtr<osg::NodePtr> assembly = AssemblyGenerator::generate(partCount);
+    m_session.setModel(assembly.get());
+    setWindowTitle(QStringLiteral("Assembly - koviewer"));
     m_summary->setText(QStringLiteral("%1 parts").arg(m_session.countParts()));
 }
 

@@ -30,6 +30,9 @@ public:
      */
     void open(const std::string& file);
 
+    /** Generates an assembly and shows it in place of the old model, see AssemblyGenerator. */
+    void showAssembly(int partCount);
+
     Viewport& getViewport() { return *m_viewport; }
 
 private:
