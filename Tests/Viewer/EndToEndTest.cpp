@@ -273,7 +273,8 @@ TEST_F(EndToEndTest, TheEndOfTheFocusInThePressSelectsNothing)
 TEST_F(EndToEndTest, HoveringNamesThePartUntilThePointerLeaves)
 {
     std::vector<std::string> names;
-    m_session.setHovered([&](const std::string& name) { names.push_back(name); });
+    QObject::connect(&m_session, &viewer::ViewerSession::hoveredChanged,
+                     [&](const QString& name) { names.push_back(name.toStdString()); });
 
     m_user.move(onRed());
     m_user.move(onBlue());

@@ -2,8 +2,10 @@
 #include "Viewer/Session/ViewerSession.h"
 
 #include "Viewer/Model/ModelOutline.h"
+#include "Viewer/Model/NodeWalk.h"
 #include "Viewer/Model/Part.h"
 
+#include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 #include <Interaction/NodeSelectionModel.h>
 #include <Interaction/SelectionManager.h>
@@ -16,7 +18,7 @@
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGTransform.h>
 
-#include <Qt>
+#include <QStringList>
 
 #include <algorithm>
 #include <set>
@@ -26,45 +28,7 @@ namespace quon::viewer {
 
 namespace {
 
-constexpr osg::UInt32 Shown = 0xFFFFFFFF;
 constexpr osg::UInt32 Hidden = 0;
-
-struct KeyBinding {
-    int key;
-    const char* category;
-    const char* description;
-};
-
-// Without modifiers: such a key binding fires whatever modifiers are held.
-constexpr KeyBinding KeyBindings[] = {
-    {Qt::Key_L, "view:lock", "Lock or unlock the selected parts"},
-    {Qt::Key_H, "view:hide", "Hide the selected parts"},
-    {Qt::Key_U, "view:show-all", "Show all hidden parts again"},
-    {Qt::Key_B, "view:visualisation", "Switch between boxes and wireframe"},
-    {Qt::Key_O, "view:overlay", "Draw the selection over everything or in its place"},
-    {Qt::Key_Escape, "view:clear", "Clear the selection"},
-    {Qt::Key_F, "view:fit", "Fit the model into the view"},
-    {Qt::Key_1, "view:front", "Look from the front"},
-    {Qt::Key_2, "view:right", "Look from the right"},
-    {Qt::Key_3, "view:top", "Look from above"},
-    {Qt::Key_4, "view:iso", "Look from above at an angle"},
-};
-
-struct MouseBinding {
-    Qt::MouseButton button;
-    int modifiers;
-    const char* category;
-    const char* description;
-};
-
-constexpr MouseBinding MouseBindings[] = {
-    {Qt::LeftButton, Qt::NoModifier, "tool:select", "Select the part under the pointer"},
-    {Qt::LeftButton, Qt::ControlModifier, "tool:toggle", "Add the part under the pointer or take it out"},
-    {Qt::RightButton, Qt::NoModifier, "navigate:orbit", "Turn the view"},
-    {Qt::MiddleButton, Qt::NoModifier, "navigate:pan", "Move the view"},
-    {Qt::RightButton, Qt::ShiftModifier, "navigate:pan", "Move the view"},
-    {Qt::RightButton, Qt::ControlModifier, "navigate:zoom", "Zoom the view"},
-};
 
 osg::NodePtr makeGroup(const char* name)
 {
@@ -83,33 +47,6 @@ void addChild(const osg::NodePtr& parent, const osg::NodePtr& child)
     endEditCP(parent, osg::Node::ChildrenFieldMask);
 }
 
-void setTravMask(const osg::NodePtr& node, const osg::UInt32 mask)
-{
-    beginEditCP(node, osg::Node::TravMaskFieldMask);
-    node->setTravMask(mask);
-    endEditCP(node, osg::Node::TravMaskFieldMask);
-}
-
-// Calls visit for every node from root down, in preorder, until it returns false.
-template <class Visit>
-void walk(const osg::NodePtr& root, const Visit& visit)
-{
-    std::vector<osg::NodePtr> pending;
-    if (root != osg::NullFC) {
-        pending.push_back(root);
-    }
-    while (!pending.empty()) {
-        const osg::NodePtr node = pending.back();
-        pending.pop_back();
-        if (!visit(node)) {
-            return;
-        }
-        for (osg::UInt32 i = node->getNChildren(); i > 0; --i) {
-            pending.push_back(node->getChild(i - 1));
-        }
-    }
-}
-
 } // namespace
 
 const char* const ViewerSession::SelectionName = "selection";
@@ -120,7 +57,9 @@ ViewerSession::ViewerSession()
     , m_scene(makeGroup("scene"))
     , m_visualisations(makeGroup("selection visualisations"))
     , m_camera([this] { cameraChanged(); })
-    , m_selectionTool(m_selection)
+    , m_bindings(m_mapper)
+    , m_editor(*m_selection)
+    , m_selectionTool(m_editor)
     , m_navigationContext(&m_camera)
     , m_status(nullptr)
 {
@@ -134,43 +73,43 @@ ViewerSession::ViewerSession()
     m_selection->addVisualisation(&m_highlight);
     m_interactionManager->setVisualisationRoot(m_visualisations.get());
 
-    m_selectionTool.setDescription("Click selects a part, Ctrl+click adds it or takes it out");
-    m_selectionTool.setSelectionChanged([this] { reportSelection(); });
-    m_selectionTool.setHovered([this](const osg::NodePtr& node) {
-        if (m_hovered) {
-            m_hovered(NodeUtils::getName(node));
-        }
+    m_selection->addVisualisation(&m_selectionWatcher);
+    m_editor.setStateChanged([this] {
+        reportSelection();
+        emit stateChanged();
     });
-    m_selectionContext.setTool(&m_selectionTool);
-    m_selectionContext.setPicker(&m_picker);
+    m_selectionTool.setHovered(
+        [this](const osg::NodePtr& node) { emit hoveredChanged(QString::fromStdString(NodeUtils::getName(node))); });
+    m_toolContext.addTool("", &m_selectionTool);
+    m_toolContext.setPicker(&m_picker);
+    m_toolContext.setModeChanged([this] { emit modeChanged(); });
+    m_toolContext.setIdleEscape([this] {
+        const bool any = !m_selection->getSelection().empty();
+        m_editor.select({});
+        return any;
+    });
     addCommands();
     m_interactionManager->addContext(&m_commandContext);
     m_interactionManager->addContext(&m_navigationContext);
-    m_interactionManager->addContext(&m_selectionContext);
+    m_interactionManager->addContext(&m_toolContext);
 
     m_mapper.setInteractionManager(m_interactionManager);
-    addBindings();
     m_status = notification::NotificationManager::getInstance()->createTextNotification("selection", "");
     reportSelection();
 }
 
 ViewerSession::~ViewerSession()
 {
-    m_hovered = nullptr;
-    m_redraw = nullptr;
+    // Nobody is told any more: the windows are gone or about to go.
+    blockSignals(true);
     focusLost();
-    for (const KeyBinding& binding : KeyBindings) {
-        m_mapper.removeKeyboardMapping(binding.key, Qt::NoModifier, binding.category);
-    }
-    for (const MouseBinding& binding : MouseBindings) {
-        m_mapper.removeMouseMapping(binding.button, binding.modifiers, binding.category);
-    }
-    m_interactionManager->removeContext(&m_selectionContext);
+    m_interactionManager->removeContext(&m_toolContext);
     m_interactionManager->removeContext(&m_navigationContext);
     m_interactionManager->removeContext(&m_commandContext);
     notification::NotificationManager::getInstance()->removeNotification(m_status);
 
     m_selection->clearSelection();
+    m_selection->removeVisualisation(&m_selectionWatcher);
     m_selection->removeVisualisation(&m_highlight);
     m_selection->removeVisualisation(&m_boxes);
     interaction::SelectionManager::getInstance()->removeSelectionModel(m_selection);
@@ -179,7 +118,10 @@ ViewerSession::~ViewerSession()
 
 void ViewerSession::setModel(const osg::NodePtr& model)
 {
-    m_selectionTool.cancel();
+    emit modelAboutToChange();
+    if (ViewerTool* tool = m_toolContext.getCurrentTool(); tool != nullptr) {
+        tool->cancel();
+    }
     m_selection->clearSelection();
     if (m_model != osg::NullFC) {
         const osg::NodePtr old = m_model.get();
@@ -188,6 +130,7 @@ void ViewerSession::setModel(const osg::NodePtr& model)
         endEditCP(m_scene, osg::Node::ChildrenFieldMask);
     }
     m_picker.setRoot(model);
+    m_editor.setRoot(model);
     m_model = model;
     if (model != osg::NullFC) {
         beginEditCP(m_scene, osg::Node::ChildrenFieldMask);
@@ -204,6 +147,7 @@ void ViewerSession::setModel(const osg::NodePtr& model)
     // Two hundredths of the model: to be found with the eye, not to be taken for a part.
     m_boxes.setMarkerSize(static_cast<float>(m_camera.getSceneRadius() * 0.02));
     reportSelection();
+    emit modelChanged();
 }
 
 void ViewerSession::setViewportSize(const int width, const int height)
@@ -225,44 +169,66 @@ void ViewerSession::removeSceneChangeListener(SceneChangeListener* listener)
 void ViewerSession::processSceneChanges()
 {
     const SceneChanges changes = SceneChanges::take();
-    if (changes.isEmpty()) {
-        return;
+    if (!changes.isEmpty()) {
+        m_picker.sceneChanged(changes);
+        for (SceneChangeListener* listener : m_listeners) {
+            listener->sceneChanged(changes);
+        }
+        emit redrawNeeded();
     }
-    m_picker.sceneChanged(changes);
-    for (SceneChangeListener* listener : m_listeners) {
-        listener->sceneChanged(changes);
+    if (m_selectionWatcher.takeChanged()) {
+        reportSelection();
+        emit selectionChanged();
     }
-    redraw();
 }
 
 void ViewerSession::focusLost()
 {
     // The events that end a pending press are those of a click: the tool must not take them for one.
-    m_selectionTool.cancel();
+    if (ViewerTool* tool = m_toolContext.getCurrentTool(); tool != nullptr) {
+        tool->cancel();
+    }
     m_mapper.resetEvents();
 }
 
-void ViewerSession::setRedraw(std::function<void()> redraw)
+void ViewerSession::sendCommand(const std::string& name)
 {
-    m_redraw = std::move(redraw);
+    processSceneChanges();
+    for (const char* verb : {"start", "stop", "trigger"}) {
+        m_interactionManager->triggerEvent(interaction::InteractionEvent("view:" + name, verb));
+    }
+    processSceneChanges();
 }
 
-void ViewerSession::setHovered(std::function<void(const std::string&)> hovered)
+void ViewerSession::toggleMode(const std::string& mode)
 {
-    m_hovered = std::move(hovered);
+    const char* verb = m_toolContext.getCurrentMode() == mode ? "stop" : "start";
+    m_interactionManager->triggerEvent(interaction::InteractionEvent("mode:" + mode, verb));
+}
+
+void ViewerSession::addOverlay(OverlayItem* item)
+{
+    m_overlays.push_back(item);
+    emit redrawNeeded();
+}
+
+void ViewerSession::removeOverlay(OverlayItem* item)
+{
+    m_overlays.erase(std::remove(m_overlays.begin(), m_overlays.end(), item), m_overlays.end());
+    emit redrawNeeded();
+}
+
+void ViewerSession::retranslate()
+{
+    m_bindings.retranslate();
+    m_selectionTool.retranslate();
+    reportSelection();
 }
 
 void ViewerSession::toggleNode(const osg::NodePtr& node)
 {
-    if (node == osg::NullFC) {
-        return;
-    }
-    if (m_selection->getSelection().count(node) != 0) {
-        m_selection->removeNode(node);
-    } else {
-        m_selection->addNode(node);
-    }
-    reportSelection();
+    m_editor.toggle(node);
+    processSceneChanges();
 }
 
 osg::NodePtr ViewerSession::addEmptyGroup(const std::string& name, const osg::Pnt3f& place)
@@ -292,7 +258,7 @@ osg::NodePtr ViewerSession::addEmptyGroup(const std::string& name, const osg::Pn
 osg::NodePtr ViewerSession::findNode(const std::string& name) const
 {
     osg::NodePtr found;
-    walk(m_model.get(), [&](const osg::NodePtr& node) {
+    walkNodes(m_model.get(), [&](const osg::NodePtr& node) {
         if (NodeUtils::getName(node) != name) {
             return true;
         }
@@ -305,7 +271,7 @@ osg::NodePtr ViewerSession::findNode(const std::string& name) const
 int ViewerSession::countParts() const
 {
     std::set<osg::NodePtr> parts;
-    walk(m_model.get(), [&](const osg::NodePtr& node) {
+    walkNodes(m_model.get(), [&](const osg::NodePtr& node) {
         const osg::NodeCorePtr core = node->getCore();
         if (core != osg::NullFC && osg::GeometryPtr::dcast(core) != osg::NullFC) {
             parts.insert(findPart(node));
@@ -315,63 +281,41 @@ int ViewerSession::countParts() const
     return static_cast<int>(parts.size());
 }
 
-void ViewerSession::addBindings()
-{
-    for (const KeyBinding& binding : KeyBindings) {
-        m_mapper.addKeyboardMapping(binding.key, Qt::NoModifier, binding.category,
-                                    QString::fromLatin1(binding.description));
-    }
-    for (const MouseBinding& binding : MouseBindings) {
-        m_mapper.addMouseMapping(binding.button, binding.modifiers, binding.category,
-                                 QString::fromLatin1(binding.description));
-    }
-}
-
 void ViewerSession::addCommands()
 {
-    m_commandContext.setCommand("lock", [this] { toggleLock(); });
-    m_commandContext.setCommand("hide", [this] { hideSelected(); });
-    m_commandContext.setCommand("show-all", [this] { showAll(); });
-    m_commandContext.setCommand("visualisation", [this] { switchVisualisation(); });
-    m_commandContext.setCommand("overlay", [this] { switchOverlay(); });
-    m_commandContext.setCommand("clear", [this] { clearSelection(); });
-    m_commandContext.setCommand("fit", [this] { m_camera.fit(); });
-    for (const char* view : {"front", "right", "top", "iso"}) {
-        m_commandContext.setCommand(view, [this, view] { m_camera.setStandardView(view); });
+    CommandContext& commands = m_commandContext;
+    const auto anySelected = [this] { return !m_selection->getSelection().empty(); };
+    commands.setCommand("lock", {[this] { toggleLock(); }, {}, anySelected});
+    commands.setCommand("hide", {[this] { m_editor.hide(getSelectedNodes()); }, {}, anySelected});
+    commands.setCommand("isolate", {[this] { m_editor.isolate(getSelectedNodes()); }, {}, anySelected});
+    commands.setCommand("show-all", {[this] { m_editor.showAll(); }, {}, {}});
+    commands.setCommand("select-none", {[this] { m_editor.select({}); }, {}, anySelected});
+    commands.setCommand("visualisation",
+                        {[this] { switchVisualisation(); }, [this] { return m_highlight.isVisible(); }, {}});
+    commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_boxes.getOverlay(); }, {}});
+    commands.setCommand("fit", {[this] { m_camera.fit(); }, {}, {}});
+    for (const char* view : {"front", "right", "top", "iso", "back", "left", "bottom"}) {
+        commands.setCommand(view, {[this, view] { m_camera.setStandardView(view); }, {}, {}});
     }
+    commands.setCommand("dark", {[this] {
+                                     m_dark = !m_dark;
+                                     emit redrawNeeded();
+                                 },
+                                 [this] { return m_dark; },
+                                 {}});
+}
+
+std::vector<osg::NodePtr> ViewerSession::getSelectedNodes() const
+{
+    const auto& selection = m_selection->getSelection();
+    return {selection.begin(), selection.end()};
 }
 
 void ViewerSession::toggleLock()
 {
     const auto& selection = m_selection->getSelection();
     const bool anyEditable = std::any_of(selection.begin(), selection.end(), koNodeUtils::isEditable);
-    for (const osg::NodePtr& node : selection) {
-        koNodeUtils::setIsEditable(node, !anyEditable);
-    }
-    // After all of them: the lock of one counts for those below it.
-    m_selection->updateVisualisations();
-    reportSelection();
-}
-
-void ViewerSession::hideSelected()
-{
-    for (const osg::NodePtr& node : m_selection->getSelection()) {
-        setTravMask(node, Hidden);
-        m_selection->updateNode(node);
-    }
-    reportSelection();
-}
-
-void ViewerSession::showAll()
-{
-    walk(m_model.get(), [](const osg::NodePtr& node) {
-        if (node->getTravMask() == Hidden) {
-            setTravMask(node, Shown);
-        }
-        return true;
-    });
-    m_selection->updateVisualisations();
-    reportSelection();
+    m_editor.setLocked(getSelectedNodes(), anyEditable);
 }
 
 void ViewerSession::switchVisualisation()
@@ -390,12 +334,6 @@ void ViewerSession::switchOverlay()
     reportSelection();
 }
 
-void ViewerSession::clearSelection()
-{
-    m_selection->clearSelection();
-    reportSelection();
-}
-
 void ViewerSession::reportSelection()
 {
     const auto& selection = m_selection->getSelection();
@@ -405,32 +343,28 @@ void ViewerSession::reportSelection()
     const auto locked = count([](const osg::NodePtr& node) { return !koNodeUtils::isEditable(node); });
     const auto hidden = count([](const osg::NodePtr& node) { return node->getTravMask() == Hidden; });
 
-    std::string text = selection.empty() ? "Nothing selected" : std::to_string(selection.size()) + " selected";
+    QStringList texts;
+    texts << (selection.empty() ? tr("Nothing selected") : tr("%n selected", "", static_cast<int>(selection.size())));
     if (locked > 0) {
-        text += ", " + std::to_string(locked) + " locked";
+        texts << tr("%n locked", "", static_cast<int>(locked));
     }
     if (hidden > 0) {
-        text += ", " + std::to_string(hidden) + " hidden";
+        texts << tr("%n hidden", "", static_cast<int>(hidden));
     }
-    text += m_boxes.isVisible() ? "  |  boxes" : "  |  wireframe";
-    text += m_boxes.getOverlay() ? " over the scene" : " in the scene";
+    const bool overlay = m_boxes.getOverlay();
+    const QString visualisation = m_boxes.isVisible()
+                                      ? (overlay ? tr("boxes over the scene") : tr("boxes in the scene"))
+                                      : (overlay ? tr("wireframe over the scene") : tr("wireframe in the scene"));
     if (m_status != nullptr) {
-        m_status->setText(text);
+        m_status->setText(tr("%1  |  %2").arg(texts.join(tr(", ")), visualisation).toStdString());
     }
-    redraw();
+    emit redrawNeeded();
 }
 
 void ViewerSession::cameraChanged()
 {
     m_interactionManager->cameraMoved(m_camera.getWorldToClip());
-    redraw();
-}
-
-void ViewerSession::redraw()
-{
-    if (m_redraw) {
-        m_redraw();
-    }
+    emit redrawNeeded();
 }
 
 } // namespace quon::viewer

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "Viewer/Model/SceneChanges.h"
+#include "Viewer/Session/InputBindings.h"
+#include "Viewer/Session/SceneEditor.h"
+#include "Viewer/Session/SelectionWatcher.h"
 #include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/CommandContext.h"
 #include "Viewer/Tools/EmbreePicker.h"
 #include "Viewer/Tools/NavigationContext.h"
-#include "Viewer/Tools/SelectionContext.h"
 #include "Viewer/Tools/SelectionTool.h"
+#include "Viewer/Tools/ToolContext.h"
 
 #include <Interaction/BoxSelectionVisualisation.h>
 #include <Interaction/HighlightSelectionVisualisation.h>
@@ -18,7 +21,9 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGRefPtr.h>
 
-#include <functional>
+#include <QObject>
+#include <QString>
+
 #include <string>
 #include <vector>
 
@@ -33,6 +38,8 @@ class TextNotification;
 
 namespace quon::viewer {
 
+class OverlayItem;
+
 /**
  * Everything of the viewer but its windows: the scene, the selection with its two visualisations, camera, picker,
  * contexts, tool and bindings.
@@ -43,13 +50,15 @@ namespace quon::viewer {
  * Works with the process-wide managers of interaction, selection and notification and leaves them as they were when it
  * is destroyed; one session at a time.
  */
-class ViewerSession {
+class ViewerSession : public QObject {
+    Q_OBJECT
+
 public:
     /** Name of the selection model in the selection manager. */
     static const char* const SelectionName;
 
     ViewerSession();
-    ~ViewerSession();
+    ~ViewerSession() override;
 
     ViewerSession(const ViewerSession&) = delete;
     ViewerSession& operator=(const ViewerSession&) = delete;
@@ -72,6 +81,12 @@ public:
     interaction::QtEventMapper& getMapper() { return m_mapper; }
     interaction::InteractionManager& getInteractionManager() { return *m_interactionManager; }
     interaction::NodeSelectionModel& getSelection() { return *m_selection; }
+    /** What every change of selection, visibility and locks goes through. */
+    SceneEditor& getEditor() { return m_editor; }
+
+    InputBindings& getBindings() { return m_bindings; }
+    CommandContext& getCommands() { return m_commandContext; }
+    ToolContext& getTools() { return m_toolContext; }
     interaction::BoxSelectionVisualisation& getBoxes() { return m_boxes; }
     interaction::HighlightSelectionVisualisation& getHighlight() { return m_highlight; }
 
@@ -86,18 +101,29 @@ public:
      * Passes on what happened to the scene since the last call and empties the scene graph's change list.
      *
      * Called before and after every input event and before drawing: nobody picks in or draws a stale scene, and the
-     * list does not grow.
+     * list does not grow. Then tells with selectionChanged() when the selection changed since the last call.
      */
     void processSceneChanges();
 
     /** Ends everything pending without selecting anything. */
     void focusLost();
 
-    /** @param redraw called whenever the picture is out of date */
-    void setRedraw(std::function<void()> redraw);
+    /** Carries out a command of Command::getAll() the way a key does: as an interaction event. */
+    void sendCommand(const std::string& name);
 
-    /** @param hovered called with the name of the part under the pointer, empty for none */
-    void setHovered(std::function<void(const std::string&)> hovered);
+    /** Starts a mode of the tools, or stops it when it is the current one; by interaction events. */
+    void toggleMode(const std::string& mode);
+
+    /** Adds something that is painted over the scene, on top of the items so far; borrowed. */
+    void addOverlay(OverlayItem* item);
+    void removeOverlay(OverlayItem* item);
+    const std::vector<OverlayItem*>& getOverlays() const { return m_overlays; }
+
+    /** Whether the view has a dark background. */
+    bool isDark() const { return m_dark; }
+
+    /** Asks for all texts again, after the language changed. */
+    void retranslate();
 
     /** Adds or removes a node by program, as a toggling click on it would. Null is ignored. */
     void toggleNode(const osg::NodePtr& node);
@@ -115,18 +141,36 @@ public:
     const osg::Pnt3f& getModelMinimum() const { return m_modelMinimum; }
     const osg::Pnt3f& getModelMaximum() const { return m_modelMaximum; }
 
+signals:
+    /** The model is about to be replaced: forget its nodes. */
+    void modelAboutToChange();
+
+    /** Another model, or none, is there. */
+    void modelChanged();
+
+    /** Nodes were selected or deselected; once for all changes of one operation. */
+    void selectionChanged();
+
+    /** Nodes were hidden, shown, locked or unlocked. */
+    void stateChanged();
+
+    /** Another part is under the pointer; empty for none. */
+    void hoveredChanged(const QString& name);
+
+    /** Another mode of the tools is current. */
+    void modeChanged();
+
+    /** The picture is out of date. */
+    void redrawNeeded();
+
 private:
-    void addBindings();
     void addCommands();
     void toggleLock();
-    void hideSelected();
-    void showAll();
     void switchVisualisation();
     void switchOverlay();
-    void clearSelection();
     void reportSelection();
     void cameraChanged();
-    void redraw();
+    std::vector<osg::NodePtr> getSelectedNodes() const;
 
     interaction::InteractionManager* m_interactionManager;
     interaction::NodeSelectionModel* m_selection;
@@ -140,14 +184,17 @@ private:
     interaction::BoxSelectionVisualisation m_boxes;
     interaction::HighlightSelectionVisualisation m_highlight;
     interaction::QtEventMapper m_mapper;
+    InputBindings m_bindings;
+    SceneEditor m_editor;
+    SelectionWatcher m_selectionWatcher;
     SelectionTool m_selectionTool;
-    SelectionContext m_selectionContext;
+    ToolContext m_toolContext;
     NavigationContext m_navigationContext;
     CommandContext m_commandContext;
     notification::TextNotification* m_status;
     std::vector<SceneChangeListener*> m_listeners;
-    std::function<void()> m_redraw;
-    std::function<void(const std::string&)> m_hovered;
+    std::vector<OverlayItem*> m_overlays;
+    bool m_dark = false;
 };
 
 } // namespace quon::viewer

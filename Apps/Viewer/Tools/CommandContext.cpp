@@ -11,9 +11,31 @@ CommandContext::CommandContext()
     : AbstractInteractionContext(Background)
 {}
 
-void CommandContext::setCommand(const std::string& name, std::function<void()> command)
+void CommandContext::setCommand(const std::string& name, Handler handler)
 {
-    m_commands[name] = std::move(command);
+    m_commands[name] = std::move(handler);
+}
+
+void CommandContext::removeCommand(const std::string& name)
+{
+    m_commands.erase(name);
+}
+
+bool CommandContext::isAvailable(const std::string& name) const
+{
+    const Handler* handler = find(name);
+    return handler != nullptr && (!handler->isEnabled || handler->isEnabled());
+}
+
+bool CommandContext::isSwitch(const std::string& name) const
+{
+    const Handler* handler = find(name);
+    return handler != nullptr && handler->isChecked;
+}
+
+bool CommandContext::isChecked(const std::string& name) const
+{
+    return isSwitch(name) && find(name)->isChecked();
 }
 
 bool CommandContext::triggerEvent(interaction::InteractionManager*, const interaction::InteractionEvent& event)
@@ -21,15 +43,25 @@ bool CommandContext::triggerEvent(interaction::InteractionManager*, const intera
     if (event.getTool() != "view") {
         return false;
     }
-    const auto command = m_commands.find(event.getHint());
-    if (command == m_commands.end()) {
+    const Handler* handler = find(event.getHint());
+    if (handler == nullptr) {
         return false;
     }
     if (event.getEvent() == "start") {
-        command->second();
+        if (isAvailable(event.getHint())) {
+            // A copy: the command may take itself away.
+            const std::function<void()> run = handler->run;
+            run();
+        }
         return true;
     }
     return event.getEvent() == "stop" || event.getEvent() == "trigger";
+}
+
+const CommandContext::Handler* CommandContext::find(const std::string& name) const
+{
+    const auto command = m_commands.find(name);
+    return command == m_commands.end() ? nullptr : &command->second;
 }
 
 } // namespace quon::viewer

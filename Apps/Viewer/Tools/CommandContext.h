@@ -17,15 +17,36 @@ namespace quon::viewer {
  */
 class CommandContext : public interaction::AbstractInteractionContext {
 public:
+    /** What a command does and how it stands. */
+    struct Handler {
+        std::function<void()> run;       ///< must not be empty (not checked)
+        std::function<bool()> isChecked; ///< empty: the command is no switch
+        std::function<bool()> isEnabled; ///< empty: it can always be asked for
+    };
+
     CommandContext();
 
     /** Adds or replaces a command. */
-    void setCommand(const std::string& name, std::function<void()> command);
+    void setCommand(const std::string& name, Handler handler);
+
+    /** Takes a command away; an unknown name is ignored. */
+    void removeCommand(const std::string& name);
+
+    /** Returns whether there is such a command and it can be asked for now. A disabled one does nothing. */
+    bool isAvailable(const std::string& name) const;
+
+    /** Returns whether the command is a switch. */
+    bool isSwitch(const std::string& name) const;
+
+    /** Returns whether the command is a switch that is on. */
+    bool isChecked(const std::string& name) const;
 
     bool triggerEvent(interaction::InteractionManager* manager, const interaction::InteractionEvent& event) override;
 
 private:
-    std::map<std::string, std::function<void()>> m_commands;
+    const Handler* find(const std::string& name) const;
+
+    std::map<std::string, Handler> m_commands;
 };
 
 } // namespace quon::viewer

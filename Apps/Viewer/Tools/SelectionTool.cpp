@@ -2,10 +2,12 @@
 #include "Viewer/Tools/SelectionTool.h"
 
 #include "Viewer/Model/Part.h"
+#include "Viewer/Session/SceneEditor.h"
 
-#include <Interaction/NodeSelectionModel.h>
 #include <Interaction/Picker.h>
 #include <Interaction/ToolInteractionContext.h>
+
+#include <QCoreApplication>
 
 #include <utility>
 
@@ -17,13 +19,10 @@ constexpr float DragDistance = 3;
 
 } // namespace
 
-SelectionTool::SelectionTool(interaction::NodeSelectionModel* model)
-    : m_model(model)
-{}
-
-void SelectionTool::setSelectionChanged(std::function<void()> selectionChanged)
+SelectionTool::SelectionTool(SceneEditor& editor)
+    : m_editor(editor)
 {
-    m_selectionChanged = std::move(selectionChanged);
+    retranslate();
 }
 
 void SelectionTool::setHovered(std::function<void(const osg::NodePtr&)> hovered)
@@ -34,6 +33,13 @@ void SelectionTool::setHovered(std::function<void(const osg::NodePtr&)> hovered)
 void SelectionTool::cancel()
 {
     m_click = false;
+}
+
+void SelectionTool::retranslate()
+{
+    setDescription(
+        QCoreApplication::translate("SelectionTool", "Click selects a part, Ctrl+click adds it or takes it out")
+            .toStdString());
 }
 
 void SelectionTool::deactivateTool(interaction::ToolInteractionContext* context)
@@ -72,21 +78,12 @@ bool SelectionTool::triggerTool(interaction::ToolInteractionContext* context, co
     m_click = false;
 
     const osg::NodePtr node = findPart(context->getPicker()->getPickedNode(nullptr));
-    if (hint == "select") {
-        if (node == osg::NullFC) {
-            m_model->clearSelection();
-        } else {
-            m_model->setSelection(node);
-        }
-    } else if (node != osg::NullFC) {
-        if (m_model->getSelection().count(node) != 0) {
-            m_model->removeNode(node);
-        } else {
-            m_model->addNode(node);
-        }
-    }
-    if (m_selectionChanged) {
-        m_selectionChanged();
+    if (hint == "toggle") {
+        m_editor.toggle(node);
+    } else if (node == osg::NullFC) {
+        m_editor.select({});
+    } else {
+        m_editor.select({node});
     }
     return true;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <Interaction/AbstractInteractionTool.h>
+#include "Viewer/Tools/ViewerTool.h"
 
 #include <OpenSG/OSGConfig.h>
 
@@ -11,11 +11,9 @@
 #include <functional>
 #include <string>
 
-namespace quon::interaction {
-class NodeSelectionModel;
-}
-
 namespace quon::viewer {
+
+class SceneEditor;
 
 /**
  * Selects the part under the pointer; findPart() says what that is.
@@ -24,19 +22,16 @@ namespace quon::viewer {
  * the hint "toggle" adds the part or takes it out, on empty space it does nothing. A press that moved three pixels or
  * more away before its release was a drag and selects nothing. Hovering reports the part under the pointer.
  */
-class SelectionTool : public interaction::AbstractInteractionTool {
+class SelectionTool : public ViewerTool {
 public:
-    /** @param model borrowed, must not be null (not checked) and must outlive the tool */
-    explicit SelectionTool(interaction::NodeSelectionModel* model);
-
-    /** @param selectionChanged called after a click that may have changed the selection */
-    void setSelectionChanged(std::function<void()> selectionChanged);
+    /** @param editor borrowed, must outlive the tool */
+    explicit SelectionTool(SceneEditor& editor);
 
     /** @param hovered called with the part under the pointer, and with null when hovering ends */
     void setHovered(std::function<void(const osg::NodePtr&)> hovered);
 
-    /** Forgets a press: the "trigger" that ends it will select nothing. For presses that end without a release. */
-    void cancel();
+    void cancel() override;
+    void retranslate() override;
 
     void deactivateTool(interaction::ToolInteractionContext* context) override;
     bool startTool(interaction::ToolInteractionContext* context, const std::string& hint) override;
@@ -49,8 +44,7 @@ private:
     void noteMovement(interaction::ToolInteractionContext* context);
     void report(const osg::NodePtr& node);
 
-    interaction::NodeSelectionModel* m_model;
-    std::function<void()> m_selectionChanged;
+    SceneEditor& m_editor;
     std::function<void(const osg::NodePtr&)> m_hovered;
     osg::Pnt2f m_pressed;
     bool m_click = false; ///< pressed, not moved away since

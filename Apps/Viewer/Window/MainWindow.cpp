@@ -5,11 +5,11 @@
 #include "Viewer/Model/ModelLoader.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/ViewerSession.h"
+#include "Viewer/Window/Icons.h"
 #include "Viewer/Window/Viewport.h"
 
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
-#include <Shortcut/koShortcut.h>
 
 #include <QAction>
 #include <QApplication>
@@ -17,45 +17,71 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QStatusBar>
-#include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace quon::viewer {
+
+namespace {
+
+constexpr int GroupCount = 5;
+
+// What the tool bar shows, a gap where the name is empty.
+constexpr const char* ToolBarCommands[] = {
+    "fit",      "fit-selection", "front", "right", "top",  "iso", "parallel",      "",        "hide",    "isolate",
+    "show-all", "lock",          "",      "undo",  "redo", "",    "visualisation", "overlay", "measure", "dark"};
+
+QString keyTextOf(const Command& command)
+{
+    return command.key == 0 ? QString()
+                            : QKeySequence(command.key | command.modifiers).toString(QKeySequence::NativeText);
+}
+
+} // namespace
 
 MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     : QMainWindow(parent)
     , m_session(session)
     , m_viewport(new Viewport(session, Viewport::Target::Window, this))
-    , m_keyHelp(new QTextBrowser(this))
+    , m_fileMenu(menuBar()->addMenu(QString()))
+    , m_panelMenu(nullptr)
+    , m_toolBar(nullptr)
     , m_hovered(new QLabel(this))
     , m_summary(new QLabel(this))
 {
-    setWindowTitle(QStringLiteral("koviewer"));
     setCentralWidget(m_viewport);
+    setDockNestingEnabled(true);
 
-    auto* dock = new QDockWidget(QStringLiteral("Keys and mouse"), this);
-    dock->setWidget(m_keyHelp);
-    addDockWidget(Qt::RightDockWidgetArea, dock);
-    m_keyHelp->setFocusPolicy(Qt::NoFocus);
-    m_keyHelp->setFrameShape(QFrame::NoFrame);
-    m_keyHelp->setMinimumWidth(340);
-    fillKeyHelp();
-
-    addActions();
+    addFileMenu();
+    addCommands();
+    m_panelMenu = m_commandMenus.back()->addMenu(QString());
+    addToolBar();
     statusBar()->addWidget(m_hovered, 1);
     statusBar()->addPermanentWidget(m_summary);
-    m_session.setHovered([this](const std::string& name) { m_hovered->setText(QString::fromStdString(name)); });
+
+    connect(&m_session, &ViewerSession::hoveredChanged, m_hovered, &QLabel::setText);
+    for (const auto signal :
+         {&ViewerSession::selectionChanged, &ViewerSession::stateChanged, &ViewerSession::modeChanged,
+          &ViewerSession::modelChanged, &ViewerSession::redrawNeeded}) {
+        connect(&m_session, signal, this, &MainWindow::updateActions);
+    }
+    connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
+    retranslate();
     resize(1240, 800);
     m_viewport->setFocus();
 }
 
 MainWindow::~MainWindow()
 {
-    m_session.setHovered({});
+    disconnect(&m_session, nullptr, this, nullptr);
     // Before its neighbours: it still tells the session about the end of everything pending.
     delete m_viewport;
 }
@@ -64,9 +90,8 @@ void MainWindow::open(const std::string& file)
 {
     const QString name = QFileInfo(QFile::decodeName(file.c_str())).fileName();
     const ModelLoader loader([&](const float share) {
-        statusBar()->showMessage(
-            share < 0 ? QStringLiteral("Loading %1 ...").arg(name)
-                      : QStringLiteral("Loading %1 ... %2 %").arg(name).arg(static_cast<int>(share * 100)));
+        statusBar()->showMessage(share < 0 ? tr("Loading %1 ...").arg(name)
+                                           : tr("Loading %1 ... %2 %").arg(name).arg(static_cast<int>(share * 100)));
         // Input has to wait: there is no model that it could be meant for.
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     });
@@ -81,73 +106,157 @@ void MainWindow::open(const std::string& file)
     }
     QApplication::restoreOverrideCursor();
     statusBar()->clearMessage();
-    setWindowTitle(QStringLiteral("%1 - koviewer").arg(name));
-    m_summary->setText(QStringLiteral("%1 parts").arg(m_session.countParts()));
+    m_fileName = name;
+    retranslate();
 }
 
 void MainWindow::showAssembly(const int partCount)
 {
     const osg::RefPtr<osg::NodePtr> assembly = AssemblyGenerator::generate(partCount);
     m_session.setModel(assembly.get());
-    setWindowTitle(QStringLiteral("Assembly - koviewer"));
-    m_summary->setText(QStringLiteral("%1 parts").arg(m_session.countParts()));
+    m_fileName = tr("Assembly");
+    retranslate();
 }
 
-void MainWindow::addActions()
+QAction* MainWindow::getAction(const std::string& command) const
 {
-    auto* bar = addToolBar(QStringLiteral("Viewer"));
-    bar->setMovable(false);
-    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    const auto add = [&](const QString& text, const QString& tip, const auto& slot) {
-        QAction* action = bar->addAction(text);
-        action->setToolTip(tip);
-        connect(action, &QAction::triggered, this, slot);
-        return action;
-    };
-    add(QStringLiteral("Open..."), QStringLiteral("Open a model (Ctrl+O)"), [this] {
-        askAndOpen();
-    })->setShortcut(QKeySequence::Open);
-    bar->addSeparator();
-    add(QStringLiteral("Fit"), QStringLiteral("Fit the model into the view"), [this] { sendCommand("view:fit"); });
-    add(QStringLiteral("Front"), QStringLiteral("Look from the front"), [this] { sendCommand("view:front"); });
-    add(QStringLiteral("Right"), QStringLiteral("Look from the right"), [this] { sendCommand("view:right"); });
-    add(QStringLiteral("Top"), QStringLiteral("Look from above"), [this] { sendCommand("view:top"); });
-    add(QStringLiteral("Iso"), QStringLiteral("Look from above at an angle"), [this] { sendCommand("view:iso"); });
+    const auto found = std::find_if(m_commandActions.begin(), m_commandActions.end(),
+                                    [&](const CommandAction& entry) { return command == entry.command->name; });
+    return found == m_commandActions.end() ? nullptr : found->action;
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        m_session.retranslate();
+        retranslate();
+    }
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event)
+{
+    event->setAccepted(m_viewport->handleKey(event));
+}
+
+void MainWindow::keyReleaseEvent(QKeyEvent* event)
+{
+    event->setAccepted(m_viewport->handleKey(event));
+}
+
+void MainWindow::addFileMenu()
+{
+    m_openAction = m_fileMenu->addAction(getIcon("open"), QString(), this, &MainWindow::askAndOpen);
+    m_openAction->setShortcut(QKeySequence::Open);
+    m_fileMenu->addSeparator();
+    m_quitAction = m_fileMenu->addAction(QString(), this, &QWidget::close);
+    m_quitAction->setShortcut(QKeySequence::Quit);
+}
+
+void MainWindow::addCommands()
+{
+    for (int group = 0; group < GroupCount; ++group) {
+        m_commandMenus.push_back(menuBar()->addMenu(QString()));
+        connect(m_commandMenus.back(), &QMenu::aboutToShow, this, &MainWindow::updateActions);
+    }
+    for (const Command& command : Command::getAll()) {
+        QMenu* menu = m_commandMenus[static_cast<std::size_t>(command.group)];
+        // Without a shortcut of Qt's: keys reach the commands through the event mapper alone.
+        QAction* action = menu->addAction(getIcon(command.icon), QString());
+        action->setObjectName(QString::fromLatin1(command.name));
+        connect(action, &QAction::triggered, this, [this, name = std::string(command.name)] {
+            m_session.sendCommand(name);
+            updateActions();
+        });
+        m_commandActions.push_back({&command, action});
+    }
+}
+
+void MainWindow::addToolBar()
+{
+    m_toolBar = QMainWindow::addToolBar(QString());
+    m_toolBar->setObjectName(QStringLiteral("toolBar"));
+    m_toolBar->setMovable(false);
+    m_toolBar->addAction(m_openAction);
+    m_toolBar->addSeparator();
+    for (const char* name : ToolBarCommands) {
+        if (*name == 0) {
+            m_toolBar->addSeparator();
+        } else {
+            m_toolBar->addAction(getAction(name));
+        }
+    }
     // The keys belong to the viewport, also after a click up here.
-    for (QToolButton* button : bar->findChildren<QToolButton*>()) {
+    for (QToolButton* button : m_toolBar->findChildren<QToolButton*>()) {
         button->setFocusPolicy(Qt::NoFocus);
     }
 }
 
+QDockWidget* MainWindow::addPanel(QWidget* panel, const QString& objectName, const Qt::DockWidgetArea area,
+                                  const bool shown)
+{
+    auto* dock = new QDockWidget(panel->windowTitle(), this);
+    dock->setObjectName(objectName);
+    dock->setWidget(panel);
+    // A panel names itself, in whatever language.
+    connect(panel, &QWidget::windowTitleChanged, dock, &QWidget::setWindowTitle);
+    addDockWidget(area, dock);
+    dock->setVisible(shown);
+    m_panelMenu->addAction(dock->toggleViewAction());
+    return dock;
+}
+
+void MainWindow::retranslate()
+{
+    setWindowTitle(m_fileName.isEmpty() ? tr("koviewer") : tr("%1 - koviewer").arg(m_fileName));
+    m_fileMenu->setTitle(tr("&File"));
+    m_openAction->setText(tr("Open..."));
+    m_openAction->setToolTip(tr("Open a model (%1)").arg(m_openAction->shortcut().toString(QKeySequence::NativeText)));
+    m_quitAction->setText(tr("Quit"));
+    const QString titles[GroupCount] = {tr("&Edit"), tr("&Select"), tr("&View"), tr("&Tools"), tr("&Window")};
+    for (std::size_t group = 0; group < GroupCount; ++group) {
+        m_commandMenus[group]->setTitle(titles[group]);
+    }
+    m_panelMenu->setTitle(tr("Panels"));
+    m_toolBar->setWindowTitle(tr("Tool bar"));
+    for (const CommandAction& entry : m_commandActions) {
+        const QString key = keyTextOf(*entry.command);
+        const QString text = entry.command->getText();
+        entry.action->setText(key.isEmpty() ? text : text + QLatin1Char('\t') + key);
+        entry.action->setIconText(text);
+        const QString description = entry.command->getDescription();
+        entry.action->setToolTip(key.isEmpty() ? description : tr("%1 (%2)").arg(description, key));
+    }
+    updateActions();
+    updateSummary();
+}
+
+void MainWindow::updateActions()
+{
+    const CommandContext& commands = m_session.getCommands();
+    for (const CommandAction& entry : m_commandActions) {
+        entry.action->setEnabled(commands.isAvailable(entry.command->name));
+        entry.action->setCheckable(commands.isSwitch(entry.command->name));
+        entry.action->setChecked(commands.isChecked(entry.command->name));
+    }
+}
+
+void MainWindow::updateSummary()
+{
+    m_summary->setText(m_session.getModel() == osg::NullFC ? QString() : tr("%n parts", "", m_session.countParts()));
+}
+
 void MainWindow::askAndOpen()
 {
-    const QString file = QFileDialog::getOpenFileName(this, QStringLiteral("Open a model"));
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open a model"));
     if (file.isEmpty()) {
         return;
     }
     try {
         open(QFile::encodeName(file).toStdString());
     } catch (const ViewerError& error) {
-        QMessageBox::warning(this, QStringLiteral("koviewer"), QString::fromStdString(error.what()));
+        QMessageBox::warning(this, tr("koviewer"), QString::fromStdString(error.what()));
     }
-}
-
-void MainWindow::fillKeyHelp()
-{
-    QString rows;
-    for (const koShortcut::Entry& entry : koShortcut::getEntries()) {
-        rows += QStringLiteral("<tr><td style='white-space:nowrap'><b>%1</b>&nbsp;&nbsp;</td><td>%2</td></tr>")
-                    .arg(koShortcut::toText(entry).toHtmlEscaped(), entry.description.toHtmlEscaped());
-    }
-    // The wheel has no binding and thus no entry.
-    rows += QStringLiteral("<tr><td><b>Wheel</b></td><td>Zoom the view</td></tr>");
-    m_keyHelp->setHtml(QStringLiteral("<table cellpadding='3'>%1</table>").arg(rows));
-}
-
-void MainWindow::sendCommand(const char* category)
-{
-    m_session.getInteractionManager().triggerEvent(interaction::InteractionEvent(category, "start"));
-    m_session.processSceneChanges();
 }
 
 } // namespace quon::viewer

@@ -1,20 +1,34 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Session/Commands.h"
+
 #include <QMainWindow>
 
 #include <string>
+#include <vector>
 
+class QAction;
+class QDockWidget;
 class QLabel;
-class QTextBrowser;
+class QMenu;
+class QToolBar;
 
 namespace quon::viewer {
 
 class ViewerSession;
 class Viewport;
 
-/** The viewer's window: the viewport, a tool bar, the list of keys and mouse buttons, and a status bar. */
+/**
+ * The viewer's window: the viewport in the middle, menus and a tool bar made from Command::getAll(), panels in docks
+ * around it, a status bar.
+ *
+ * Menus and buttons send the same interaction events as the keys do. A key that a panel leaves alone goes to the
+ * viewport, so that keys work wherever the focus is; text fields keep theirs.
+ */
 class MainWindow : public QMainWindow {
+    Q_OBJECT
+
 public:
     /** @param session borrowed, must outlive the window */
     explicit MainWindow(ViewerSession& session, QWidget* parent = nullptr);
@@ -35,17 +49,42 @@ public:
 
     Viewport& getViewport() { return *m_viewport; }
 
+    /** Returns the menu entry and button of a command, null for an unknown name. */
+    QAction* getAction(const std::string& command) const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
 private:
-    void addActions();
+    struct CommandAction {
+        const Command* command;
+        QAction* action;
+    };
+
+    void addFileMenu();
+    void addCommands();
+    void addToolBar();
+    /** Adds a panel that starts hidden unless @p shown; the Panels menu lists it. */
+    QDockWidget* addPanel(QWidget* panel, const QString& objectName, Qt::DockWidgetArea area, bool shown);
+    void retranslate();
+    void updateActions();
+    void updateSummary();
     void askAndOpen();
-    void fillKeyHelp();
-    void sendCommand(const char* category);
 
     ViewerSession& m_session;
     Viewport* m_viewport;
-    QTextBrowser* m_keyHelp;
+    QMenu* m_fileMenu;
+    QAction* m_openAction;
+    QAction* m_quitAction;
+    std::vector<QMenu*> m_commandMenus; ///< by Command::Group
+    QMenu* m_panelMenu;
+    QToolBar* m_toolBar;
+    std::vector<CommandAction> m_commandActions;
     QLabel* m_hovered;
     QLabel* m_summary;
+    QString m_fileName;
 };
 
 } // namespace quon::viewer

@@ -4,6 +4,7 @@
 #include "Viewer/Drawing/GlSurface.h"
 #include "Viewer/Drawing/NotificationPainter.h"
 #include "Viewer/Drawing/OffscreenSurface.h"
+#include "Viewer/Drawing/OverlayItem.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/ViewerSession.h"
 
@@ -23,16 +24,19 @@ namespace quon::viewer {
 
 namespace {
 
-const osg::Color3f BackgroundTop(0.70F, 0.77F, 0.85F);
-const osg::Color3f BackgroundBottom(0.95F, 0.96F, 0.97F);
+const osg::Color3f LightTop(0.70F, 0.77F, 0.85F);
+const osg::Color3f LightBottom(0.95F, 0.96F, 0.97F);
+const osg::Color3f DarkTop(0.13F, 0.15F, 0.18F);
+const osg::Color3f DarkBottom(0.27F, 0.30F, 0.34F);
 
 } // namespace
 
 /** The notifications over the OpenGL surface. */
 class Viewport::Overlay : public QWidget {
 public:
-    explicit Overlay(QWidget* parent)
-        : QWidget(parent)
+    explicit Overlay(Viewport& viewport)
+        : QWidget(&viewport)
+        , m_viewport(viewport)
     {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         setFocusPolicy(Qt::NoFocus);
@@ -42,8 +46,11 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        paintNotifications(painter, size());
+        m_viewport.paintOverlays(painter);
     }
+
+private:
+    Viewport& m_viewport;
 };
 
 Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
@@ -54,15 +61,14 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
     setMouseTracking(true);
     // The right button turns the view.
     setContextMenuPolicy(Qt::PreventContextMenu);
-    m_renderer.setBackground(BackgroundTop, BackgroundBottom);
     if (target == Target::Window) {
         m_surface = new GlSurface(
             [this](const int width, const int height, const double ratio) { drawInWindow(width, height, ratio); },
             [this] { m_renderer.releaseResources(); }, this);
-        m_overlay = new Overlay(this);
+        m_overlay = new Overlay(*this);
     }
     m_session.addSceneChangeListener(&m_renderer);
-    m_session.setRedraw([this] { redraw(); });
+    connect(&m_session, &ViewerSession::redrawNeeded, this, &Viewport::redraw);
     m_session.setViewportSize(width(), height());
     notification::NotificationManager::getInstance()->addListener(this);
 }
@@ -70,7 +76,7 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
 Viewport::~Viewport()
 {
     notification::NotificationManager::getInstance()->removeListener(this);
-    m_session.setRedraw({});
+    disconnect(&m_session, nullptr, this, nullptr);
     m_session.removeSceneChangeListener(&m_renderer);
     // Frees the renderer's resources in its context, while the renderer is still there.
     delete m_surface;
@@ -86,7 +92,7 @@ QImage Viewport::grabPicture()
     }
     QImage picture = drawOffscreen(true);
     QPainter painter(&picture);
-    paintNotifications(painter, size());
+    paintOverlays(painter);
     return picture;
 }
 
@@ -138,14 +144,22 @@ void Viewport::wheelEvent(QWheelEvent* event)
     }));
 }
 
+bool Viewport::handleKey(QKeyEvent* event)
+{
+    return handle([&] {
+        interaction::QtEventMapper& mapper = m_session.getMapper();
+        return event->type() == QEvent::KeyPress ? mapper.keyPressed(event) : mapper.keyReleased(event);
+    });
+}
+
 void Viewport::keyPressEvent(QKeyEvent* event)
 {
-    event->setAccepted(handle([&] { return m_session.getMapper().keyPressed(event); }));
+    event->setAccepted(handleKey(event));
 }
 
 void Viewport::keyReleaseEvent(QKeyEvent* event)
 {
-    event->setAccepted(handle([&] { return m_session.getMapper().keyReleased(event); }));
+    event->setAccepted(handleKey(event));
 }
 
 void Viewport::focusOutEvent(QFocusEvent* event)
@@ -202,6 +216,7 @@ void Viewport::draw(const int width, const int height, const double pixelRatio)
 {
     m_session.processSceneChanges();
     m_renderer.setPixelRatio(pixelRatio);
+    m_renderer.setBackground(m_session.isDark() ? DarkTop : LightTop, m_session.isDark() ? DarkBottom : LightBottom);
     const CameraController& camera = m_session.getCamera();
     m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height);
 }
@@ -228,6 +243,16 @@ QImage Viewport::drawOffscreen(const bool multisampling)
     const QImage picture =
         m_offscreen->draw(width() * scale, height() * scale, [&] { draw(width() * scale, height() * scale, scale); });
     return picture.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+void Viewport::paintOverlays(QPainter& painter)
+{
+    for (OverlayItem* item : m_session.getOverlays()) {
+        painter.save();
+        item->paint(painter, size());
+        painter.restore();
+    }
+    paintNotifications(painter, size());
 }
 
 void Viewport::redraw()

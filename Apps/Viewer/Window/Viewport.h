@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class QPainter;
+
 namespace quon::viewer {
 
 class GlSurface;
@@ -27,6 +29,8 @@ class ViewerSession;
  * input is handled the same way in both.
  */
 class Viewport : public QWidget, private notification::NotificationListener {
+    Q_OBJECT
+
 public:
     /** Where the scene is drawn. */
     enum class Target {
@@ -52,6 +56,13 @@ public:
     QImage grabScene();
 
     SceneRenderer& getRenderer() { return m_renderer; }
+
+    /**
+     * Handles a key that another widget of the window left alone, as if it had been typed here.
+     *
+     * @return whether a context consumed what became of it
+     */
+    bool handleKey(QKeyEvent* event);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -79,6 +90,7 @@ private:
     void draw(int width, int height, double pixelRatio);
     void drawInWindow(int width, int height, double pixelRatio);
     QImage drawOffscreen(bool multisampling);
+    void paintOverlays(QPainter& painter);
     void redraw();
 
     ViewerSession& m_session;

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <Interaction/SelectionVisualisation.h>
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGNode.h>
+
+namespace quon::viewer {
+
+/**
+ * Notes that a selection changed, by listening to its model as a visualisation that draws nothing.
+ *
+ * Whoever changes the selection, and however often within one operation: asking once afterwards is enough.
+ */
+class SelectionWatcher : public interaction::SelectionVisualisation {
+public:
+    /** Returns whether nodes were selected or deselected since the last call. */
+    bool takeChanged();
+
+    void setVisible(bool) override {}
+    bool isVisible() const override { return true; }
+    osg::NodePtr getVisualisation() override { return osg::NullFC; }
+    void addNode(const osg::NodePtr&) override { m_changed = true; }
+    void removeNode(const osg::NodePtr&) override { m_changed = true; }
+    void updateNode(const osg::NodePtr&) override {}
+    bool hasNode(const osg::NodePtr&) const override { return false; }
+    void updateAllNodes() override {}
+    void removeAllNodes() override { m_changed = true; }
+
+private:
+    bool m_changed = false;
+};
+
+} // namespace quon::viewer

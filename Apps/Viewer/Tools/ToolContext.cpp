@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "Viewer/Tools/ToolContext.h"
+
+#include "Viewer/Tools/ViewerTool.h"
+
+#include <Interaction/InteractionEvent.h>
+#include <Interaction/Picker.h>
+#include <Interaction/QtEventMapper.h>
+
+#include <Qt>
+
+#include <utility>
+
+namespace quon::viewer {
+
+namespace {
+
+// With whatever modifiers, which are written before the key.
+bool isEscape(const std::string& keyText)
+{
+    static const std::string escape = interaction::QtEventMapper::qtKeyEventToString(Qt::Key_Escape, Qt::NoModifier);
+    return keyText.substr(keyText.rfind('+') + 1) == escape;
+}
+
+} // namespace
+
+ToolContext::ToolContext()
+    : ToolInteractionContext(Tool)
+{}
+
+void ToolContext::addTool(const std::string& mode, ViewerTool* tool)
+{
+    m_tools[mode] = tool;
+    if (mode == m_mode) {
+        setTool(tool);
+    }
+}
+
+ViewerTool* ToolContext::getCurrentTool() const
+{
+    const auto tool = m_tools.find(m_mode);
+    return tool == m_tools.end() ? nullptr : tool->second;
+}
+
+void ToolContext::setModeChanged(std::function<void()> changed)
+{
+    m_modeChanged = std::move(changed);
+}
+
+void ToolContext::setIdleEscape(std::function<bool()> escape)
+{
+    m_idleEscape = std::move(escape);
+}
+
+void ToolContext::pointerMoved(const osg::Pnt2f& position)
+{
+    ToolInteractionContext::pointerMoved(position);
+    if (getPicker() != nullptr) {
+        getPicker()->setPointer(position);
+    }
+}
+
+void ToolContext::cameraMoved(const osg::Matrix& camera)
+{
+    ToolInteractionContext::cameraMoved(camera);
+    if (getPicker() != nullptr) {
+        getPicker()->setCamera(camera);
+    }
+}
+
+bool ToolContext::triggerEvent(interaction::InteractionManager* manager, const interaction::InteractionEvent& event)
+{
+    if (event.getTool() == "qt-key" && event.getEvent() == "press" && isEscape(event.getHint())) {
+        return escape();
+    }
+    return ToolInteractionContext::triggerEvent(manager, event);
+}
+
+bool ToolContext::selectMode(const std::string& mode)
+{
+    const auto tool = m_tools.find(mode);
+    if (tool == m_tools.end()) {
+        return false;
+    }
+    if (mode != m_mode) {
+        m_mode = mode;
+        setTool(tool->second);
+        if (m_modeChanged) {
+            m_modeChanged();
+        }
+    }
+    return true;
+}
+
+bool ToolContext::escape()
+{
+    ViewerTool* tool = getCurrentTool();
+    if (tool != nullptr && tool->leaveStep()) {
+        return true;
+    }
+    if (!m_mode.empty()) {
+        // A copy: stopping the mode changes the member.
+        const std::string mode = m_mode;
+        return stopMode(mode);
+    }
+    return m_idleEscape && m_idleEscape();
+}
+
+} // namespace quon::viewer
