@@ -12,8 +12,9 @@ set -euo pipefail
 packages=(
     # compilers and build tools
     g++ g++-12 clang-14 libclang-rt-14-dev cmake ninja-build ccache binutils
-    # the library: Qt Core and Gui; the viewer: Widgets, translations, OpenGL, EGL, models and ray queries
-    qtbase5-dev qttools5-dev qttools5-dev-tools libgl-dev libopengl-dev libegl-dev libassimp-dev libembree-dev
+    # the library: Qt Core and Gui; the viewer: Widgets, icons, translations, OpenGL, EGL, models and ray queries
+    qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+    libgl-dev libopengl-dev libegl-dev libassimp-dev libembree-dev
     # named in the link line of libassimp-dev, which does not depend on it
     zlib1g-dev
     # drawing without a display (Mesa's software renderer), a virtual display, fonts for the notifications
