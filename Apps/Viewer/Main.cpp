@@ -7,6 +7,7 @@
 #include "Viewer/Script/Script.h"
 #include "Viewer/Script/ScriptRunner.h"
 #include "Viewer/Session/ViewerSession.h"
+#include "Viewer/Window/Icons.h"
 #include "Viewer/Window/MainWindow.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -69,7 +70,12 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
         // Qt would end the process with a page of advice.
         throw ViewerError("no display", "use --headless, see --help");
     }
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
+    // The same looks on every desktop; its palette still comes from there.
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setWindowIcon(quon::viewer::getIcon("koviewer"));
     quon::viewer::ViewerSession session;
     quon::viewer::MainWindow window(session);
     if (line.partCount > 0) {

@@ -61,6 +61,7 @@ ViewerSession::ViewerSession()
     , m_editor(*m_selection)
     , m_selectionTool(m_editor)
     , m_navigationContext(&m_camera)
+    , m_axisCross(m_camera)
     , m_status(nullptr)
 {
     SceneChanges::startRecording();
@@ -88,6 +89,7 @@ ViewerSession::ViewerSession()
         m_editor.select({});
         return any;
     });
+    addOverlay(&m_axisCross);
     addCommands();
     m_interactionManager->addContext(&m_commandContext);
     m_interactionManager->addContext(&m_navigationContext);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Drawing/AxisCross.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Session/InputBindings.h"
 #include "Viewer/Session/SceneEditor.h"
@@ -191,6 +192,7 @@ private:
     ToolContext m_toolContext;
     NavigationContext m_navigationContext;
     CommandContext m_commandContext;
+    AxisCross m_axisCross;
     notification::TextNotification* m_status;
     std::vector<SceneChangeListener*> m_listeners;
     std::vector<OverlayItem*> m_overlays;

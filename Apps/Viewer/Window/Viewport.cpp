@@ -247,6 +247,12 @@ QImage Viewport::drawOffscreen(const bool multisampling)
 
 void Viewport::paintOverlays(QPainter& painter)
 {
+    if (m_surface != nullptr && !m_surface->isValid()) {
+        painter.fillRect(rect(), QColor(43, 52, 64));
+        painter.setPen(QColor(245, 247, 250));
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                         tr("This display offers no OpenGL, so the model cannot be drawn here."));
+    }
     for (OverlayItem* item : m_session.getOverlays()) {
         painter.save();
         item->paint(painter, size());
