@@ -12,7 +12,11 @@
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QtTest>
 
@@ -140,6 +144,25 @@ TEST_F(MainWindowTest, TheToolBarTurnsTheView)
     QTest::mouseClick(*top, Qt::LeftButton);
 
     EXPECT_NE(m_session.getCamera().getWorldToClip(), before);
+}
+
+TEST_F(MainWindowTest, TheHelpMenuSaysWhatProgramThisIs)
+{
+    QString text;
+    // The box keeps its own event loop until somebody closes it.
+    QTimer::singleShot(0, &m_window, [&] {
+        auto* box = m_window.findChild<QMessageBox*>(QStringLiteral("about"));
+        ASSERT_NE(box, nullptr);
+        text = box->text() + box->informativeText();
+        QTest::keyClick(box, Qt::Key_Escape);
+    });
+    const QList<QAction*> entries = m_window.menuBar()->actions().last()->menu()->actions();
+
+    entries.last()->trigger();
+
+    EXPECT_THAT(text.toStdString(), ::testing::HasSubstr("koviewer 1."));
+    EXPECT_THAT(text.toStdString(), ::testing::HasSubstr("libkoInteraction"));
+    EXPECT_EQ(entries.first(), m_window.getAction("shortcuts"));
 }
 
 } // namespace

@@ -53,6 +53,8 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     , m_viewport(new Viewport(session, Viewport::Target::Window, this))
     , m_fileMenu(menuBar()->addMenu(QString()))
     , m_panelMenu(nullptr)
+    , m_helpMenu(nullptr)
+    , m_aboutAction(nullptr)
     , m_toolBar(nullptr)
     , m_hovered(new QLabel(this))
     , m_summary(new QLabel(this))
@@ -63,6 +65,9 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     addFileMenu();
     addCommands();
     m_panelMenu = m_commandMenus.back()->addMenu(QString());
+    m_helpMenu = menuBar()->addMenu(QString());
+    m_helpMenu->addAction(getAction("shortcuts"));
+    m_aboutAction = m_helpMenu->addAction(getIcon("koviewer"), QString(), this, &MainWindow::showAbout);
     addToolBar();
     statusBar()->addWidget(m_hovered, 1);
     statusBar()->addPermanentWidget(m_summary);
@@ -218,6 +223,8 @@ void MainWindow::retranslate()
         m_commandMenus[group]->setTitle(titles[group]);
     }
     m_panelMenu->setTitle(tr("Panels"));
+    m_helpMenu->setTitle(tr("&Help"));
+    m_aboutAction->setText(tr("About koviewer"));
     m_toolBar->setWindowTitle(tr("Tool bar"));
     for (const CommandAction& entry : m_commandActions) {
         const QString key = keyTextOf(*entry.command);
@@ -244,6 +251,21 @@ void MainWindow::updateActions()
 void MainWindow::updateSummary()
 {
     m_summary->setText(m_session.getModel() == osg::NullFC ? QString() : tr("%n parts", "", m_session.countParts()));
+}
+
+void MainWindow::showAbout()
+{
+    QMessageBox box(this);
+    box.setObjectName(QStringLiteral("about"));
+    box.setWindowTitle(tr("About koviewer"));
+    box.setIconPixmap(getIcon("koviewer").pixmap(64, 64));
+    box.setText(tr("koviewer %1").arg(QStringLiteral(KOVIEWER_VERSION)));
+    box.setInformativeText(
+        tr("A viewer for models, and the reference host of libkoInteraction: what you click, drag and type goes "
+           "through the library as named events. The inspector (%1) shows them.\n\nQt %2, MIT licence.")
+            .arg(QKeySequence(Command::find("inspector")->key).toString(QKeySequence::NativeText),
+                 QString::fromLatin1(qVersion())));
+    box.exec();
 }
 
 void MainWindow::askAndOpen()

@@ -72,6 +72,7 @@ private:
     void updateActions();
     void updateSummary();
     void askAndOpen();
+    void showAbout();
 
     ViewerSession& m_session;
     Viewport* m_viewport;
@@ -80,6 +81,8 @@ private:
     QAction* m_quitAction;
     std::vector<QMenu*> m_commandMenus; ///< by Command::Group
     QMenu* m_panelMenu;
+    QMenu* m_helpMenu;
+    QAction* m_aboutAction;
     QToolBar* m_toolBar;
     std::vector<CommandAction> m_commandActions;
     QLabel* m_hovered;
