@@ -9,9 +9,11 @@
 #include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/CommandContext.h"
 #include "Viewer/Tools/EmbreePicker.h"
+#include "Viewer/Tools/InteractionTrace.h"
 #include "Viewer/Tools/NavigationContext.h"
 #include "Viewer/Tools/SelectionTool.h"
 #include "Viewer/Tools/ToolContext.h"
+#include "Viewer/Tools/Traced.h"
 
 #include <Interaction/BoxSelectionVisualisation.h>
 #include <Interaction/HighlightSelectionVisualisation.h>
@@ -88,6 +90,8 @@ public:
     InputBindings& getBindings() { return m_bindings; }
     CommandContext& getCommands() { return m_commandContext; }
     ToolContext& getTools() { return m_toolContext; }
+    /** Watches the events and the stack of the contexts. */
+    InteractionTrace& getTrace() { return m_trace; }
     interaction::BoxSelectionVisualisation& getBoxes() { return m_boxes; }
     interaction::HighlightSelectionVisualisation& getHighlight() { return m_highlight; }
 
@@ -189,9 +193,10 @@ private:
     SceneEditor m_editor;
     SelectionWatcher m_selectionWatcher;
     SelectionTool m_selectionTool;
-    ToolContext m_toolContext;
-    NavigationContext m_navigationContext;
-    CommandContext m_commandContext;
+    InteractionTrace m_trace;
+    Traced<ToolContext> m_toolContext;
+    Traced<NavigationContext> m_navigationContext;
+    Traced<CommandContext> m_commandContext;
     AxisCross m_axisCross;
     notification::TextNotification* m_status;
     std::vector<SceneChangeListener*> m_listeners;

@@ -9,6 +9,7 @@
 
 #include <Qt>
 
+#include <algorithm>
 #include <utility>
 
 namespace quon::viewer {
@@ -52,6 +53,12 @@ void ToolContext::setIdleEscape(std::function<bool()> escape)
     m_idleEscape = std::move(escape);
 }
 
+void ToolContext::contextRemoved(interaction::InteractionManager* manager)
+{
+    ToolInteractionContext::contextRemoved(manager);
+    m_modes.clear();
+}
+
 void ToolContext::pointerMoved(const osg::Pnt2f& position)
 {
     ToolInteractionContext::pointerMoved(position);
@@ -73,7 +80,11 @@ bool ToolContext::triggerEvent(interaction::InteractionManager* manager, const i
     if (event.getTool() == "qt-key" && event.getEvent() == "press" && isEscape(event.getHint())) {
         return escape();
     }
-    return ToolInteractionContext::triggerEvent(manager, event);
+    const bool consumed = ToolInteractionContext::triggerEvent(manager, event);
+    if (consumed && event.getTool() == getModeCategory()) {
+        noteMode(event.getHint(), event.getEvent() == "start");
+    }
+    return consumed;
 }
 
 bool ToolContext::selectMode(const std::string& mode)
@@ -92,6 +103,14 @@ bool ToolContext::selectMode(const std::string& mode)
     return true;
 }
 
+void ToolContext::noteMode(const std::string& mode, const bool started)
+{
+    m_modes.erase(std::remove(m_modes.begin(), m_modes.end(), mode), m_modes.end());
+    if (started) {
+        m_modes.insert(m_modes.begin(), mode);
+    }
+}
+
 bool ToolContext::escape()
 {
     ViewerTool* tool = getCurrentTool();
@@ -101,6 +120,7 @@ bool ToolContext::escape()
     if (!m_mode.empty()) {
         // A copy: stopping the mode changes the member.
         const std::string mode = m_mode;
+        noteMode(mode, false);
         return stopMode(mode);
     }
     return m_idleEscape && m_idleEscape();

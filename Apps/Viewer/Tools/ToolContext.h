@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace quon::viewer {
 
@@ -33,6 +34,9 @@ public:
     /** Returns the current mode, empty for none. */
     const std::string& getCurrentMode() const { return m_mode; }
 
+    /** Returns the modes that events started and nobody ended, the current one first. */
+    const std::vector<std::string>& getModes() const { return m_modes; }
+
     /** Returns the tool of the current mode; null when there is none. */
     ViewerTool* getCurrentTool() const;
 
@@ -42,6 +46,7 @@ public:
     /** @param escape called on Escape when nothing is under way; returns whether there was something to do */
     void setIdleEscape(std::function<bool()> escape);
 
+    void contextRemoved(interaction::InteractionManager* manager) override;
     void pointerMoved(const osg::Pnt2f& position) override;
     void cameraMoved(const osg::Matrix& camera) override;
     bool triggerEvent(interaction::InteractionManager* manager, const interaction::InteractionEvent& event) override;
@@ -51,9 +56,11 @@ public:
 
 private:
     bool escape();
+    void noteMode(const std::string& mode, bool started);
 
     std::map<std::string, ViewerTool*> m_tools;
     std::string m_mode;
+    std::vector<std::string> m_modes; ///< the base keeps its own to itself
     std::function<void()> m_modeChanged;
     std::function<bool()> m_idleEscape;
 };
