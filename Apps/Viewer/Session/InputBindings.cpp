@@ -4,8 +4,10 @@
 #include "Viewer/Session/Commands.h"
 
 #include <Interaction/QtEventMapper.h>
+#include <Shortcut/koShortcut.h>
 
 #include <QCoreApplication>
+#include <QKeySequence>
 #include <Qt>
 
 namespace quon::viewer {
@@ -32,7 +34,55 @@ constexpr MouseBinding MouseBindings[] = {
     {Qt::RightButton, Qt::ControlModifier, "navigate:zoom", QT_TRANSLATE_NOOP("InputBindings", "Zoom the view")},
 };
 
+// Meta, keypad and group switch never reach a binding.
+constexpr int MapperModifiers =
+    static_cast<int>(Qt::ShiftModifier) | static_cast<int>(Qt::ControlModifier) | static_cast<int>(Qt::AltModifier);
+
+bool isModifierKey(const int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Meta:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
+
+QString KeyBinding::toText() const
+{
+    return isNone() ? QString() : QKeySequence(key | modifiers).toString(QKeySequence::NativeText);
+}
+
+QString KeyBinding::toPortableText() const
+{
+    return isNone() ? QString() : QKeySequence(key | modifiers).toString(QKeySequence::PortableText);
+}
+
+KeyBinding KeyBinding::fromPortableText(const QString& text, bool& isValid)
+{
+    isValid = true;
+    if (text.isEmpty()) {
+        return {};
+    }
+    const QKeySequence sequence = QKeySequence::fromString(text, QKeySequence::PortableText);
+    // Several keys after one another are a sequence of Qt's that no mapper knows.
+    if (sequence.count() == 1) {
+        constexpr int allModifiers = static_cast<int>(Qt::KeyboardModifierMask);
+        const KeyBinding binding{sequence[0] & ~allModifiers, sequence[0] & allModifiers};
+        if (!binding.isNone() && binding.key != Qt::Key_unknown && !isModifierKey(binding.key) &&
+            (binding.modifiers & ~MapperModifiers) == 0) {
+            return binding;
+        }
+    }
+    isValid = false;
+    return {};
+}
 
 InputBindings::InputBindings(interaction::QtEventMapper& mapper)
     : m_mapper(mapper)
@@ -45,36 +95,112 @@ InputBindings::~InputBindings()
     removeAll();
 }
 
+QString InputBindings::getGroup()
+{
+    return QCoreApplication::translate("QtEventMapper", "Interaction");
+}
+
+KeyBinding InputBindings::getKey(const std::string& command) const
+{
+    const auto changed = m_changedKeys.find(command);
+    return changed == m_changedKeys.end() ? getDefaultKey(command) : changed->second;
+}
+
+KeyBinding InputBindings::getDefaultKey(const std::string& command)
+{
+    const Command* found = Command::find(command);
+    return found == nullptr ? KeyBinding() : KeyBinding{found->key, found->modifiers};
+}
+
+void InputBindings::setKey(const std::string& command, const KeyBinding& key)
+{
+    if (Command::find(command) == nullptr || key == getKey(command)) {
+        return;
+    }
+    rebuild([&] {
+        if (key == getDefaultKey(command)) {
+            m_changedKeys.erase(command);
+        } else {
+            m_changedKeys[command] = key;
+        }
+    });
+}
+
+void InputBindings::restoreKey(const std::string& command)
+{
+    setKey(command, getDefaultKey(command));
+}
+
+void InputBindings::restoreAllKeys()
+{
+    setChangedKeys({});
+}
+
+void InputBindings::setChangedKeys(const std::map<std::string, KeyBinding>& keys)
+{
+    std::map<std::string, KeyBinding> changedKeys;
+    for (const auto& [command, key] : keys) {
+        if (Command::find(command) != nullptr && key != getDefaultKey(command)) {
+            changedKeys[command] = key;
+        }
+    }
+    if (changedKeys != m_changedKeys) {
+        rebuild([&] { m_changedKeys = changedKeys; });
+    }
+}
+
+void InputBindings::remove()
+{
+    emit aboutToChange();
+    removeAll();
+}
+
 void InputBindings::retranslate()
 {
-    removeAll();
+    rebuild([] {});
+}
+
+template <class Change>
+void InputBindings::rebuild(const Change& change)
+{
+    remove();
+    change();
     addAll();
+    emit changed();
 }
 
 void InputBindings::addAll()
 {
     for (const Command& command : Command::getAll()) {
-        if (command.key != 0) {
-            m_mapper.addKeyboardMapping(command.key, command.modifiers, command.getCategory(),
-                                        command.getDescription());
+        if (const KeyBinding key = getKey(command.name); !key.isNone()) {
+            m_mapper.addKeyboardMapping(key.key, key.modifiers, command.getCategory(), command.getDescription());
         }
     }
     for (const MouseBinding& binding : MouseBindings) {
         m_mapper.addMouseMapping(binding.button, binding.modifiers, binding.category,
                                  QCoreApplication::translate("InputBindings", binding.description));
     }
+    // No binding: it comes to the tools as a key that no binding took. Listed all the same.
+    koShortcut::addKey(getGroup(), Qt::Key_Escape, Qt::NoModifier,
+                       QCoreApplication::translate("InputBindings", "Leave the tool, or clear the selection"));
+    m_added = true;
 }
 
 void InputBindings::removeAll()
 {
+    if (!m_added) {
+        return;
+    }
+    m_added = false;
     for (const Command& command : Command::getAll()) {
-        if (command.key != 0) {
-            m_mapper.removeKeyboardMapping(command.key, command.modifiers, command.getCategory());
+        if (const KeyBinding key = getKey(command.name); !key.isNone()) {
+            m_mapper.removeKeyboardMapping(key.key, key.modifiers, command.getCategory());
         }
     }
     for (const MouseBinding& binding : MouseBindings) {
         m_mapper.removeMouseMapping(binding.button, binding.modifiers, binding.category);
     }
+    koShortcut::subKey(getGroup(), Qt::Key_Escape, Qt::NoModifier);
 }
 
 } // namespace quon::viewer

@@ -93,6 +93,7 @@ ViewerSession::ViewerSession()
         return any;
     });
     addOverlay(&m_axisCross);
+    connect(&m_bindings, &InputBindings::aboutToChange, this, &ViewerSession::focusLost);
     addCommands();
     m_interactionManager->addContext(&m_commandContext);
     m_interactionManager->addContext(&m_navigationContext);

@@ -39,12 +39,6 @@ constexpr const char* ToolBarCommands[] = {
     "fit",      "fit-selection", "front", "right", "top",  "iso", "parallel",      "",        "hide",    "isolate",
     "show-all", "lock",          "",      "undo",  "redo", "",    "visualisation", "overlay", "measure", "dark"};
 
-QString keyTextOf(const Command& command)
-{
-    return command.key == 0 ? QString()
-                            : QKeySequence(command.key | command.modifiers).toString(QKeySequence::NativeText);
-}
-
 } // namespace
 
 MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
@@ -79,6 +73,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
         connect(&m_session, signal, this, &MainWindow::updateActions);
     }
     connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
+    connect(&m_session.getBindings(), &InputBindings::changed, this, &MainWindow::retranslate);
     retranslate();
     resize(1240, 800);
     m_viewport->setFocus();
@@ -87,6 +82,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
 MainWindow::~MainWindow()
 {
     disconnect(&m_session, nullptr, this, nullptr);
+    disconnect(&m_session.getBindings(), nullptr, this, nullptr);
     // Before its neighbours: it still tells the session about the end of everything pending.
     delete m_viewport;
 }
@@ -227,7 +223,7 @@ void MainWindow::retranslate()
     m_aboutAction->setText(tr("About koviewer"));
     m_toolBar->setWindowTitle(tr("Tool bar"));
     for (const CommandAction& entry : m_commandActions) {
-        const QString key = keyTextOf(*entry.command);
+        const QString key = m_session.getBindings().getKey(entry.command->name).toText();
         const QString text = entry.command->getText();
         entry.action->setText(key.isEmpty() ? text : text + QLatin1Char('\t') + key);
         entry.action->setIconText(text);
