@@ -99,6 +99,36 @@ TEST_F(MainWindowTest, ACommandCanBeAskedForWhenItHasSomethingToDo)
     EXPECT_TRUE(m_window.getAction("overlay")->isChecked());
 }
 
+TEST_F(MainWindowTest, UndoAndRedoSayWhatTheyWouldDoAndFollowTheirKeys)
+{
+    m_window.open(m_model);
+    const osg::NodePtr plate = m_session.findNode("plate");
+    EXPECT_FALSE(m_window.getAction("undo")->isEnabled());
+    EXPECT_EQ(m_window.getAction("undo")->text(), QStringLiteral("Undo\tCtrl+Z"));
+
+    m_session.toggleNode(plate);
+    QTest::keyClick(&m_window, Qt::Key_H);
+    EXPECT_TRUE(m_window.getAction("undo")->isEnabled());
+    EXPECT_EQ(m_window.getAction("undo")->text(), QStringLiteral("Undo Hide 1 parts\tCtrl+Z"));
+
+    QTest::keyClick(&m_window, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(plate->getTravMask(), 0xFFFFFFFFU);
+    EXPECT_EQ(m_window.getAction("undo")->text(), QStringLiteral("Undo Select 1 parts\tCtrl+Z"));
+    EXPECT_EQ(m_window.getAction("redo")->text(), QStringLiteral("Redo Hide 1 parts\tCtrl+Shift+Z"));
+
+    QTest::keyClick(&m_window, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(m_session.getSelection().getSelection().empty());
+    EXPECT_FALSE(m_window.getAction("undo")->isEnabled());
+
+    QTest::keyClick(&m_window, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    m_window.getAction("redo")->trigger();
+    EXPECT_EQ(plate->getTravMask(), 0U);
+    EXPECT_FALSE(m_window.getAction("redo")->isEnabled());
+
+    m_window.open(m_model);
+    EXPECT_FALSE(m_window.getAction("undo")->isEnabled());
+}
+
 TEST_F(MainWindowTest, AKeyThatAPanelLeavesAloneGoesToTheViewport)
 {
     QLineEdit field(&m_window);

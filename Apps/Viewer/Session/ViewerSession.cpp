@@ -82,6 +82,7 @@ ViewerSession::ViewerSession()
         reportSelection();
         emit stateChanged();
     });
+    connect(&m_editor.getHistory(), &QUndoStack::indexChanged, this, &ViewerSession::historyChanged);
     m_selectionTool.setHovered(
         [this](const osg::NodePtr& node) { emit hoveredChanged(QString::fromStdString(NodeUtils::getName(node))); });
     m_toolContext.addTool("", &m_selectionTool);
@@ -114,6 +115,7 @@ ViewerSession::~ViewerSession()
     m_interactionManager->removeContext(&m_commandContext);
     notification::NotificationManager::getInstance()->removeNotification(m_status);
 
+    m_editor.setRoot(osg::NullFC);
     m_selection->clearSelection();
     m_selection->removeVisualisation(&m_selectionWatcher);
     m_selection->removeVisualisation(&m_highlight);
@@ -291,6 +293,20 @@ void ViewerSession::addCommands()
 {
     CommandContext& commands = m_commandContext;
     const auto anySelected = [this] { return !m_selection->getSelection().empty(); };
+    commands.setCommand("undo", {[this] { m_editor.undo(); },
+                                 {},
+                                 [this] { return m_editor.canUndo(); },
+                                 [this] {
+                                     const QString step = m_editor.getUndoText();
+                                     return step.isEmpty() ? QString() : tr("Undo %1").arg(step);
+                                 }});
+    commands.setCommand("redo", {[this] { m_editor.redo(); },
+                                 {},
+                                 [this] { return m_editor.canRedo(); },
+                                 [this] {
+                                     const QString step = m_editor.getRedoText();
+                                     return step.isEmpty() ? QString() : tr("Redo %1").arg(step);
+                                 }});
     commands.setCommand("lock", {[this] { toggleLock(); }, {}, anySelected});
     commands.setCommand("hide", {[this] { m_editor.hide(getSelectedNodes()); }, {}, anySelected});
     commands.setCommand("isolate", {[this] { m_editor.isolate(getSelectedNodes()); }, {}, anySelected});

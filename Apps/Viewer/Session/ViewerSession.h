@@ -159,6 +159,9 @@ signals:
     /** Nodes were hidden, shown, locked or unlocked. */
     void stateChanged();
 
+    /** Something else can be undone or redone. */
+    void historyChanged();
+
     /** Another part is under the pointer; empty for none. */
     void hoveredChanged(const QString& name);
 

@@ -38,6 +38,12 @@ bool CommandContext::isChecked(const std::string& name) const
     return isSwitch(name) && find(name)->isChecked();
 }
 
+QString CommandContext::getText(const std::string& name) const
+{
+    const Handler* handler = find(name);
+    return handler != nullptr && handler->getText ? handler->getText() : QString();
+}
+
 bool CommandContext::triggerEvent(interaction::InteractionManager*, const interaction::InteractionEvent& event)
 {
     if (event.getTool() != "view") {

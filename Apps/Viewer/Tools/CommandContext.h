@@ -3,6 +3,8 @@
 
 #include <Interaction/AbstractInteractionContext.h>
 
+#include <QString>
+
 #include <functional>
 #include <map>
 #include <string>
@@ -22,6 +24,8 @@ public:
         std::function<void()> run;       ///< must not be empty (not checked)
         std::function<bool()> isChecked; ///< empty: the command is no switch
         std::function<bool()> isEnabled; ///< empty: it can always be asked for
+        /** What it would do now, in the user's language; empty: what the table of commands says. */
+        std::function<QString()> getText = {};
     };
 
     CommandContext();
@@ -40,6 +44,9 @@ public:
 
     /** Returns whether the command is a switch that is on. */
     bool isChecked(const std::string& name) const;
+
+    /** Returns what the command would do now, in the user's language; empty where the table of commands says it. */
+    QString getText(const std::string& name) const;
 
     bool triggerEvent(interaction::InteractionManager* manager, const interaction::InteractionEvent& event) override;
 

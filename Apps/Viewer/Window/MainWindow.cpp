@@ -69,7 +69,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     connect(&m_session, &ViewerSession::hoveredChanged, m_hovered, &QLabel::setText);
     for (const auto signal :
          {&ViewerSession::selectionChanged, &ViewerSession::stateChanged, &ViewerSession::modeChanged,
-          &ViewerSession::modelChanged, &ViewerSession::redrawNeeded}) {
+          &ViewerSession::modelChanged, &ViewerSession::historyChanged, &ViewerSession::redrawNeeded}) {
         connect(&m_session, signal, this, &MainWindow::updateActions);
     }
     connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
@@ -224,9 +224,7 @@ void MainWindow::retranslate()
     m_toolBar->setWindowTitle(tr("Tool bar"));
     for (const CommandAction& entry : m_commandActions) {
         const QString key = m_session.getBindings().getKey(entry.command->name).toText();
-        const QString text = entry.command->getText();
-        entry.action->setText(key.isEmpty() ? text : text + QLatin1Char('\t') + key);
-        entry.action->setIconText(text);
+        entry.action->setIconText(entry.command->getText());
         const QString description = entry.command->getDescription();
         entry.action->setToolTip(key.isEmpty() ? description : tr("%1 (%2)").arg(description, key));
     }
@@ -241,6 +239,10 @@ void MainWindow::updateActions()
         entry.action->setEnabled(commands.isAvailable(entry.command->name));
         entry.action->setCheckable(commands.isSwitch(entry.command->name));
         entry.action->setChecked(commands.isChecked(entry.command->name));
+        const QString current = commands.getText(entry.command->name);
+        const QString text = current.isEmpty() ? entry.command->getText() : current;
+        const QString key = m_session.getBindings().getKey(entry.command->name).toText();
+        entry.action->setText(key.isEmpty() ? text : text + QLatin1Char('\t') + key);
     }
 }
 
