@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ModelLoader.h"
+#include "Viewer/Model/ModelReader.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Script/CommandLine.h"
 #include "Viewer/Script/OutputFolder.h"
@@ -53,7 +54,7 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     {
         const osg::RefPtr<osg::NodePtr> model = line.partCount > 0
                                                     ? quon::viewer::AssemblyGenerator::generate(line.partCount)
-                                                    : quon::viewer::ModelLoader().load(line.model);
+                                                    : quon::viewer::ModelLoader().load(line.model).root;
         session.setModel(model.get());
     }
     quon::viewer::ScriptRunner(session, viewport, output).run(script);
@@ -62,7 +63,7 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
 int runWindow(const CommandLine& line, int& argc, char** argv)
 {
     if (!line.model.empty()) {
-        quon::viewer::ModelLoader::checkFile(line.model);
+        quon::viewer::ModelReader::checkFile(line.model);
     }
     const bool hasDisplay = std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr ||
                             std::getenv("QT_QPA_PLATFORM") != nullptr;

@@ -30,7 +30,11 @@ namespace quon::testing {
 
 namespace {
 
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::Le;
 using ::testing::StartsWith;
+using Step = viewer::LoadControl::Step;
 using viewer::ModelLoader;
 using viewer::ViewerError;
 
@@ -184,7 +188,7 @@ TEST_F(ModelLoaderTest, ATriangleBecomesAPartWithPositionsNormalsAndMaterial)
     write("red.mtl", "newmtl red\nKd 1 0.25 0\nNs 50\n");
     const std::string file = write("triangle.obj", std::string("mtllib red.mtl\n") + TriangleObj);
 
-    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file);
+    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file).root;
 
     const osg::NodePtr part = findNode(model.get(), "first");
     ASSERT_NE(part, osg::NullFC);
@@ -211,7 +215,7 @@ TEST_F(ModelLoaderTest, NodesWithOneMeshShareItsGeometry)
 {
     const std::string file = write("shared.gltf", SharedMeshGltf);
 
-    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file);
+    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file).root;
 
     const osg::NodePtr left = findNode(model.get(), "left");
     const osg::NodePtr right = findNode(model.get(), "right");
@@ -227,7 +231,7 @@ TEST_F(ModelLoaderTest, OpacityBecomesTransparency)
 {
     const std::string file = write("shared.gltf", SharedMeshGltf);
 
-    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file);
+    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file).root;
 
     const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(findNode(model.get(), "left")->getChild(0)->getCore());
     const osg::SimpleMaterialPtr material = osg::SimpleMaterialPtr::dcast(geometry->getMaterial());
@@ -240,7 +244,7 @@ TEST_F(ModelLoaderTest, PolygonsBecomeTriangles)
 {
     const std::string file = write("quad.obj", "o quad\nv 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n");
 
-    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file);
+    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file).root;
 
     const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(findNode(model.get(), "quad")->getChild(0)->getCore());
     EXPECT_EQ(viewer::GeometryData::read(geometry).triangles.size(), 6U);
@@ -255,7 +259,7 @@ TEST_F(ModelLoaderTest, ColoursOfVerticesArriveWithTheirAlpha)
                                                   "end_header\n"
                                                   "0 0 0 255 0 0\n1 0 0 255 0 0\n0 1 0 255 0 0\n3 0 1 2\n");
 
-    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file);
+    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(file).root;
 
     osg::NodePtr node = model.get();
     while (node->getNChildren() > 0) {
@@ -270,7 +274,7 @@ TEST_F(ModelLoaderTest, ColoursOfVerticesArriveWithTheirAlpha)
 
 TEST_F(ModelLoaderTest, TheEngineArrivesWithItsNodesAndParts)
 {
-    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(KO_ENGINE_MODEL);
+    const osg::RefPtr<osg::NodePtr> model = ModelLoader().load(KO_ENGINE_MODEL).root;
 
     std::set<osg::NodePtr> parts;
     int named = 0;
@@ -278,7 +282,7 @@ TEST_F(ModelLoaderTest, TheEngineArrivesWithItsNodesAndParts)
     while (!pending.empty()) {
         const osg::NodePtr node = pending.back();
         pending.pop_back();
-        named += NodeUtils::getName(node).empty() ? 0 : 1;
+        named += NodeUtils::getName(node).empty() || NodeUtils::isNameGivenByProgram(node) ? 0 : 1;
         if (osg::GeometryPtr::dcast(node->getCore()) != osg::NullFC) {
             parts.insert(viewer::findPart(node));
         }
@@ -290,14 +294,72 @@ TEST_F(ModelLoaderTest, TheEngineArrivesWithItsNodesAndParts)
     EXPECT_EQ(parts.size(), 67U);
 }
 
-TEST_F(ModelLoaderTest, ProgressIsReportedWhileLoading)
+TEST_F(ModelLoaderTest, TheRootPutsTheModelInItsPlace)
 {
-    std::vector<float> reports;
+    const std::string file =
+        write("plate.fbx", "; FBX 7.3.0 project file\nFBXHeaderExtension:  {\n\tFBXVersion: 7300\n}\n"
+                           "GlobalSettings:  {\n\tVersion: 1000\n\tProperties70:  {\n"
+                           "\t\tP: \"UpAxis\", \"int\", \"Integer\", \"\",2\n"
+                           "\t\tP: \"UnitScaleFactor\", \"double\", \"Number\", \"\",100\n\t}\n}\n"
+                           "Objects:  {\n\tGeometry: 1, \"Geometry::\", \"Mesh\" {\n"
+                           "\t\tVertices: *9 {\n\t\t\ta: 0,0,0,4,0,0,1,2,3\n\t\t}\n"
+                           "\t\tPolygonVertexIndex: *3 {\n\t\t\ta: 0,1,-3\n\t\t}\n\t}\n"
+                           "\tModel: 2, \"Model::part\", \"Mesh\" {\n\t\tVersion: 232\n\t}\n}\n"
+                           "Connections:  {\n\tC: \"OO\",2,0\n\tC: \"OO\",1,2\n}\n");
 
-    ModelLoader([&](const float share) { reports.push_back(share); }).load(KO_ENGINE_MODEL);
+    const viewer::LoadedModel model = ModelLoader().load(file);
 
-    ASSERT_FALSE(reports.empty());
-    EXPECT_THAT(reports, ::testing::Each(::testing::Le(1.0F)));
+    EXPECT_EQ(model.file, file);
+    EXPECT_EQ(NodeUtils::getName(model.root.get()), "plate.fbx");
+    EXPECT_TRUE(NodeUtils::isNameGivenByProgram(model.root.get()));
+    ASSERT_EQ(model.root->getNChildren(), 1U);
+    EXPECT_EQ(model.placement.upAxis, viewer::UpAxis::Z);
+    EXPECT_EQ(model.placement.metresPerUnit, 1);
+    EXPECT_TRUE(model.isUpAxisStated);
+    EXPECT_TRUE(model.isUnitStated);
+    EXPECT_EQ(model.parts, 1U);
+    osg::Pnt3f corner(1, 2, 3);
+    model.root->getToWorld().multMatrixPnt(corner);
+    EXPECT_EQ(corner, osg::Pnt3f(1, 3, -2));
+}
+
+TEST_F(ModelLoaderTest, APlacementTurnsEitherAxisUpAndScales)
+{
+    const osg::RefPtr<osg::NodePtr> node(osg::Node::create());
+    const auto place = [&](const viewer::ModelPlacement& placement) {
+        placement.applyTo(node.get());
+        osg::Pnt3f corner(1, 2, 3);
+        node->getToWorld().multMatrixPnt(corner);
+        return corner;
+    };
+    EXPECT_EQ(place({viewer::UpAxis::Z, 2}), osg::Pnt3f(1, 2, 3)) << "nothing to write it into";
+    beginEditCP(node, osg::Node::CoreFieldMask);
+    node->setCore(osg::Transform::create());
+    endEditCP(node, osg::Node::CoreFieldMask);
+
+    EXPECT_EQ(place({viewer::UpAxis::Y, 0}), osg::Pnt3f(1, 2, 3));
+    EXPECT_EQ(place({viewer::UpAxis::Y, 2}), osg::Pnt3f(2, 4, 6));
+    EXPECT_EQ(place({viewer::UpAxis::Z, 2}), osg::Pnt3f(2, 6, -4));
+    EXPECT_EQ(place({viewer::UpAxis::X, 1}), osg::Pnt3f(-2, 1, 3));
+    viewer::ModelPlacement().applyTo(osg::NullFC);
+}
+
+TEST_F(ModelLoaderTest, ProgressIsReportedStepByStep)
+{
+    std::vector<Step> steps;
+    std::vector<double> shares;
+
+    ModelLoader([&](const Step step, const double share) {
+        if (steps.empty() || steps.back() != step) {
+            steps.push_back(step);
+        }
+        shares.push_back(share);
+    }).load(KO_ENGINE_MODEL);
+
+    EXPECT_THAT(steps, ElementsAre(Step::Reading, Step::Preparing, Step::Building));
+    EXPECT_THAT(shares, Each(Le(1)));
+    EXPECT_EQ(shares.front(), 0);
+    EXPECT_EQ(shares.back(), 1);
 }
 
 TEST_F(ModelLoaderTest, AFileNameMayHoldAnything)

@@ -31,7 +31,7 @@ protected:
     {
         m_viewport.resize(800, 500);
         m_viewport.show();
-        const osg::RefPtr<osg::NodePtr> model = viewer::ModelLoader().load(KO_ENGINE_MODEL);
+        const osg::RefPtr<osg::NodePtr> model = viewer::ModelLoader().load(KO_ENGINE_MODEL).root;
         m_session.setModel(model.get());
         m_session.sendCommand("iso");
     }

@@ -1,45 +1,45 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <OpenSG/OSGConfig.h>
+#include "Viewer/Model/LoadControl.h"
+#include "Viewer/Model/LoadedModel.h"
 
-#include <OpenSG/OSGNode.h>
-#include <OpenSG/OSGRefPtr.h>
-
-#include <functional>
 #include <string>
 
 namespace quon::viewer {
 
+struct ModelData;
+
 /**
- * Turns a model file of any format that Assimp reads into a scene graph.
- *
- * Every node of the file becomes a node with a transform core and the file's name; every mesh of it becomes a child
- * with a geometry core and without a name, so that a node is the part whose pieces its meshes are (see findPart()).
- * Nodes with the same mesh share one geometry core, geometries with the same material one material. Polygons arrive as
- * triangles, with normals made where the file has none.
+ * Turns a model file of any format that Assimp reads into a scene graph, all at once: see ModelReader for what is read,
+ * ModelBuilder for what becomes of it, and LoadJob for the same without waiting.
  */
 class ModelLoader {
 public:
-    /** Hears how far loading is: from 0 to 1, or below 0 when nobody knows. */
-    using Progress = std::function<void(float)>;
-
-    explicit ModelLoader(Progress progress = {});
+    /** @param progress hears what is being done, in the thread of load() */
+    explicit ModelLoader(LoadControl::Progress progress = {});
 
     /**
      * Loads @p file.
      *
-     * @return the root of the model, which has at least one part
+     * @return the model, which has at least one part
      * @throws ViewerError with the file's name and the reason: no such file, a directory, empty, of an unknown format,
      *         damaged, or without meshes
      */
-    osg::RefPtr<osg::NodePtr> load(const std::string& file) const;
+    LoadedModel load(const std::string& file) const;
 
-    /** Does the first checks of load() alone: there is such a file, and it is a file with something in it. */
-    static void checkFile(const std::string& file);
+    /**
+     * Gathers what is known about a model as soon as it was read.
+     *
+     * @return all but the root
+     */
+    static LoadedModel describe(const std::string& file, const ModelData& data);
+
+    /** Puts what was built in its place: makes the root of @p model, with @p content as its child. */
+    static void finish(LoadedModel& model, const osg::NodePtr& content);
 
 private:
-    Progress m_progress;
+    LoadControl::Progress m_progress;
 };
 
 } // namespace quon::viewer

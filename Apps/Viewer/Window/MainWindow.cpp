@@ -90,7 +90,7 @@ MainWindow::~MainWindow()
 void MainWindow::open(const std::string& file)
 {
     const QString name = QFileInfo(QFile::decodeName(file.c_str())).fileName();
-    const ModelLoader loader([&](const float share) {
+    const ModelLoader loader([&](LoadControl::Step, const double share) {
         statusBar()->showMessage(share < 0 ? tr("Loading %1 ...").arg(name)
                                            : tr("Loading %1 ... %2 %").arg(name).arg(static_cast<int>(share * 100)));
         // Input has to wait: there is no model that it could be meant for.
@@ -98,8 +98,8 @@ void MainWindow::open(const std::string& file)
     });
     QApplication::setOverrideCursor(Qt::WaitCursor);
     try {
-        const osg::RefPtr<osg::NodePtr> model = loader.load(file);
-        m_session.setModel(model.get());
+        const LoadedModel model = loader.load(file);
+        m_session.setModel(model.root.get());
     } catch (const ViewerError&) {
         QApplication::restoreOverrideCursor();
         statusBar()->clearMessage();
