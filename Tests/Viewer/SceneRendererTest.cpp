@@ -816,6 +816,344 @@ TEST_F(SceneRendererTest, ARootBelowATransformStandsInItsPlace)
     m_root = osg::NullFC;
 }
 
+/** Many geometries at once: what is drawn together, what an edit costs, and that nobody sees a difference. */
+class SceneRendererSizeTest : public SceneRendererTest {
+protected:
+    using Statistics = SceneRenderer::Statistics;
+
+    // A column of pixels for each rectangle, as far as there are columns; the others lie behind one another.
+    void addRectangles(const int count, const osg::MaterialPtr& material)
+    {
+        beginEditCP(m_root, osg::Node::ChildrenFieldMask);
+        for (int i = 0; i < count; ++i) {
+            const float left = -1 + static_cast<float>(i % Size) * 2 / Size;
+            m_root->addChild(makeNode(makeRectangle(left, -1, left + 2.0F / Size, 1, 0, material)));
+        }
+        endEditCP(m_root, osg::Node::ChildrenFieldMask);
+    }
+
+    const Statistics& drawAndCount()
+    {
+        draw();
+        return m_renderer.getStatistics();
+    }
+
+    // A strip of triangles with so many corners that it is drawn by itself.
+    static osg::GeometryPtr makeLargeGeometry(const osg::MaterialPtr& material)
+    {
+        std::vector<osg::Pnt3f> corners;
+        for (int i = 0; i < 9000; ++i) {
+            corners.emplace_back(-0.5F + static_cast<float>(i) / 9000, i % 2 == 0 ? -0.5F : 0.5F, 0.0F);
+        }
+        return makeGeometry(GL_TRIANGLE_STRIP, corners, {}, material);
+    }
+
+    QImage drawMoving()
+    {
+        Matrix4 projection;
+        projection(2, 2) = -1;
+        m_renderer.sceneChanged(SceneChanges::take());
+        return m_surface.draw(Size, Size, [&] {
+            m_renderer.draw(m_root.get(), Matrix4(), projection, Size, Size, SceneRenderer::Detail::Moving);
+        });
+    }
+};
+
+TEST_F(SceneRendererSizeTest, GeometriesOfOneMaterialAreDrawnByFewCalls)
+{
+    addRectangles(10000, makePlainMaterial(Red));
+
+    EXPECT_EQ(count(draw(), RedPixel), Size * Size);
+
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 10000U);
+    EXPECT_EQ(m_renderer.getStatistics().drawCalls, 3U);
+    EXPECT_EQ(m_renderer.getStatistics().batches, 3U);
+    EXPECT_EQ(m_renderer.getStatistics().primitives, 20000U);
+}
+
+TEST_F(SceneRendererSizeTest, AnUnchangedSceneIsNotBuiltAgain)
+{
+    addRectangles(10000, makePlainMaterial(Red));
+    EXPECT_EQ(drawAndCount().built, 3U);
+
+    EXPECT_EQ(drawAndCount().built, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 0U);
+}
+
+TEST_F(SceneRendererSizeTest, OneMoreAmongManyBuildsOneBatch)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    addRectangles(10000, material);
+    draw();
+
+    add(rectangle(material));
+
+    EXPECT_EQ(drawAndCount().built, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 10001U);
+}
+
+TEST_F(SceneRendererSizeTest, OneHiddenAmongManyBuildsOneBatch)
+{
+    addRectangles(10000, makePlainMaterial(Red));
+    draw();
+
+    setTravMask(m_root->getChild(5000), 0);
+
+    EXPECT_EQ(drawAndCount().built, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 9999U);
+}
+
+TEST_F(SceneRendererSizeTest, OneMovedAmongManyBuildsOneBatch)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::TransformPtr transform = osg::Transform::create();
+    add(makeNode(transform, {makeNode(makeRectangle(-1, -1, -1 + 2.0F / Size, 1, 0, material))}));
+    addRectangles(Size * 100 - 1, material);
+    setTravMask(m_root->getChild(Size * 100 - 1), 0);
+    draw();
+
+    beginEditCP(transform, osg::Transform::MatrixFieldMask);
+    transform->setMatrix(translation(0.5F, 0, 0));
+    endEditCP(transform, osg::Transform::MatrixFieldMask);
+
+    EXPECT_EQ(drawAndCount().built, 1U);
+}
+
+TEST_F(SceneRendererSizeTest, AnotherColourBuildsNothing)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    addRectangles(10000, material);
+    draw();
+
+    beginEditCP(material);
+    material->setDiffuse(Blue);
+    endEditCP(material);
+
+    EXPECT_EQ(count(draw(), BluePixel), Size * Size);
+    EXPECT_EQ(m_renderer.getStatistics().built, 0U);
+}
+
+TEST_F(SceneRendererSizeTest, AnotherMaterialMovesAGeometryIntoAnotherBatch)
+{
+    addRectangles(Size, makePlainMaterial(Red));
+    EXPECT_EQ(count(draw(), RedPixel), Size * Size);
+
+    const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(m_root->getChild(7)->getCore());
+    beginEditCP(geometry, osg::Geometry::MaterialFieldMask);
+    geometry->setMaterial(makePlainMaterial(Blue));
+    endEditCP(geometry, osg::Geometry::MaterialFieldMask);
+    const QImage picture = draw();
+
+    EXPECT_EQ(count(picture, BluePixel), Size);
+    EXPECT_EQ(count(picture, RedPixel), Size * (Size - 1));
+    EXPECT_EQ(m_renderer.getStatistics().batches, 2U);
+}
+
+TEST_F(SceneRendererSizeTest, BatchesThatWereEmptiedGo)
+{
+    addRectangles(10000, makePlainMaterial(Red));
+    draw();
+
+    beginEditCP(m_root, osg::Node::ChildrenFieldMask);
+    extensions::clearChildren(m_root.get());
+    endEditCP(m_root, osg::Node::ChildrenFieldMask);
+
+    EXPECT_EQ(drawAndCount().batches, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().cached, 0U);
+}
+
+TEST_F(SceneRendererSizeTest, RemovingAndAddingAgainDoesNotMultiplyTheBatches)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    addRectangles(10000, material);
+    for (int round = 0; round < 20; ++round) {
+        beginEditCP(m_root, osg::Node::ChildrenFieldMask);
+        for (int i = 0; i < 3000; ++i) {
+            m_root->subChild(m_root->getChild(0));
+        }
+        endEditCP(m_root, osg::Node::ChildrenFieldMask);
+        addRectangles(3000, material);
+        draw();
+    }
+
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 10000U);
+    EXPECT_LE(m_renderer.getStatistics().batches, 7U);
+}
+
+TEST_F(SceneRendererSizeTest, LargeGeometriesAreDrawnByThemselvesFromOneCopy)
+{
+    const osg::TransformPtr transform = osg::Transform::create();
+    const osg::GeometryPtr geometry = makeLargeGeometry(makePlainMaterial(Red));
+    add(geometry);
+    add(makeNode(transform, {makeNode(geometry)}));
+    EXPECT_EQ(drawAndCount().built, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().drawCalls, 2U);
+    EXPECT_EQ(m_renderer.getStatistics().batches, 0U);
+
+    beginEditCP(transform, osg::Transform::MatrixFieldMask);
+    transform->setMatrix(translation(1, 0, 0));
+    endEditCP(transform, osg::Transform::MatrixFieldMask);
+    const QImage picture = draw();
+
+    EXPECT_EQ(m_renderer.getStatistics().built, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().uploaded, 0U);
+    EXPECT_EQ(hex(picture.pixel(Size / 2, Size / 2)), hex(RedPixel));
+    EXPECT_EQ(hex(picture.pixel(Size - 5, Size / 2)), hex(RedPixel));
+}
+
+TEST_F(SceneRendererSizeTest, AChangedLargeGeometryIsCopiedAgain)
+{
+    const osg::GeometryPtr geometry = makeLargeGeometry(makePlainMaterial(Red));
+    add(geometry);
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+
+    const osg::GeoPositionsPtr positions = geometry->getPositions();
+    beginEditCP(positions);
+    for (osg::UInt32 i = 0; i < positions->getSize(); ++i) {
+        positions->setValue(positions->getValue(i) + osg::Vec3f(3, 0, 0), i);
+    }
+    endEditCP(positions);
+
+    EXPECT_EQ(drawCentre(), hex(BlackPixel));
+}
+
+TEST_F(SceneRendererSizeTest, FarFromTheOriginNothingLosesItsShape)
+{
+    // Here single precision has steps of one.
+    constexpr float Far = 1e7F;
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    add(makeTransform(translation(Far, 0, 0), {makeNode(rectangle(material))}));
+    Matrix4 view;
+    view(0, 3) = -static_cast<double>(Far);
+
+    m_renderer.sceneChanged(SceneChanges::take());
+    const QImage picture =
+        m_surface.draw(Size, Size, [&] { m_renderer.draw(m_root.get(), view, Matrix4(), Size, Size); });
+
+    EXPECT_EQ(count(picture, RedPixel), Size * Size / 4);
+}
+
+TEST_F(SceneRendererSizeTest, OneThingFarAwayDoesNotSpoilTheOthers)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    add(rectangle(material));
+    add(makeTransform(translation(3e8F, 0, 0), {makeNode(rectangle(material))}));
+
+    EXPECT_EQ(count(draw(), RedPixel), Size * Size / 4);
+}
+
+TEST_F(SceneRendererSizeTest, MirroredAndFlattenedGeometryIsLitLikeAllOther)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(osg::Color3f(0.8F, 0.8F, 0.8F));
+    material->setLit(true);
+    const osg::GeometryPtr geometry = rectangle(material);
+    const osg::GeoNormals3fPtr normals = osg::GeoNormals3f::create();
+    for (int i = 0; i < 4; ++i) {
+        normals->push_back(osg::Vec3f(0, 0, 1));
+    }
+    geometry->setNormals(normals);
+    endEditCP(geometry);
+    const osg::TransformPtr transform = osg::Transform::create();
+    add(makeTransform(translation(0, 0, -0.5F), {makeNode(transform, {makeNode(geometry)})}));
+    const std::string plain = drawCentre();
+
+    for (const osg::Vec3f& scale : {osg::Vec3f(-1, 1, 1), osg::Vec3f(1, 1, -3), osg::Vec3f(1, 1, 0)}) {
+        osg::Matrix matrix;
+        matrix.setScale(scale);
+        beginEditCP(transform, osg::Transform::MatrixFieldMask);
+        transform->setMatrix(matrix);
+        endEditCP(transform, osg::Transform::MatrixFieldMask);
+        EXPECT_EQ(drawCentre(), plain);
+    }
+}
+
+TEST_F(SceneRendererSizeTest, AProjectionInTheSceneIsDrawnAsItIs)
+{
+    osg::Matrix matrix;
+    matrix[3][3] = 2; // half as large
+    add(makeTransform(matrix, {makeNode(rectangle(makePlainMaterial(Red)))}));
+
+    EXPECT_EQ(count(draw(), RedPixel), Size * Size / 16);
+}
+
+TEST_F(SceneRendererSizeTest, WhatIsOutOfViewIsNotDrawn)
+{
+    const osg::TransformPtr transform = osg::Transform::create();
+    add(makeNode(transform, {makeNode(rectangle(makePlainMaterial(Red)))}));
+    add(makeTransform(translation(0, -9, 0), {makeNode(makeLargeGeometry(makePlainMaterial(Green)))}));
+    EXPECT_EQ(drawAndCount().drawCalls, 1U);
+
+    beginEditCP(transform, osg::Transform::MatrixFieldMask);
+    transform->setMatrix(translation(9, 0, 0));
+    endEditCP(transform, osg::Transform::MatrixFieldMask);
+
+    EXPECT_EQ(drawAndCount().drawCalls, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 0U);
+}
+
+TEST_F(SceneRendererSizeTest, UnlitTransparentGeometryOfOneColourNeedsNoOrder)
+{
+    addRectangles(Size, makePlainMaterial(Red, 0.5F));
+
+    EXPECT_EQ(drawAndCount().drawCalls, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().transparent, static_cast<std::size_t>(Size));
+}
+
+TEST_F(SceneRendererSizeTest, TransparentGeometryOfTwoColoursIsOrderedAcrossItsBatches)
+{
+    const osg::SimpleMaterialPtr red = makePlainMaterial(Red, 0.5F);
+    const osg::SimpleMaterialPtr green = makePlainMaterial(Green, 0.5F);
+    add(rectangle(red, 0.5F));
+    add(rectangle(green, 0.25F));
+    add(rectangle(red, 0));
+    add(rectangle(green, -0.25F));
+
+    const QColor colour(draw().pixel(Size / 2, Size / 2));
+
+    EXPECT_NEAR(colour.red(), 128 + 32, 2);
+    EXPECT_NEAR(colour.green(), 64 + 16, 2);
+    EXPECT_EQ(m_renderer.getStatistics().drawCalls, 4U);
+}
+
+TEST_F(SceneRendererSizeTest, VeryManyTransparentGeometriesAreOrderedByTheirBatches)
+{
+    addRectangles(5000, makePlainMaterial(Red, 0.5F));
+    addRectangles(5000, makePlainMaterial(Green, 0.5F));
+
+    EXPECT_EQ(drawAndCount().transparent, 10000U);
+
+    EXPECT_EQ(m_renderer.getStatistics().drawCalls, 4U);
+}
+
+TEST_F(SceneRendererSizeTest, MovingDrawsWhatThereIsTimeForAndTheLargeOnesFirst)
+{
+    addRectangles(30000, makePlainMaterial(Blue, 0, 0));
+    add(makeRectangle(-1, -1, 1, 1, 0.5F, makePlainMaterial(Red)));
+    const QImage full = draw();
+
+    m_renderer.setMovingTime(0);
+    for (int i = 0; i < 8; ++i) {
+        drawMoving();
+    }
+
+    EXPECT_GT(m_renderer.getStatistics().leftOut, 10000U);
+    EXPECT_LE(m_renderer.getStatistics().primitives, 20000U);
+    EXPECT_EQ(count(drawMoving(), RedPixel), Size * Size);
+    EXPECT_EQ(draw(), full);
+    EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
+}
+
+TEST_F(SceneRendererSizeTest, MovingDrawsEverythingWhereThereIsTime)
+{
+    addRectangles(1000, makePlainMaterial(Red));
+    const QImage full = draw();
+
+    EXPECT_EQ(drawMoving(), full);
+    EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
+}
+
 /** How the vertices of one kind of primitive become pixels. */
 struct Primitive {
     const char* name;

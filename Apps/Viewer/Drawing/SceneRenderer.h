@@ -21,27 +21,48 @@ namespace quon::viewer {
  * alone, so that it shows what any host could draw.
  *
  * @par Passes
- * Opaque geometry first, by ascending sort key; then transparent geometry, by ascending sort key and within a key from
- * back to front, without writing depth. A material is transparent when it says so or when its transparency mode forces
- * it; its opacity is 1 - transparency.
+ * Opaque geometry first, by ascending sort key, within a key by material in the order in which the materials came into
+ * the scene; then transparent geometry, by ascending sort key and within a key from back to front, without writing
+ * depth. A material is transparent when it says so or when its transparency mode forces it; its opacity is
+ * 1 - transparency.
+ * @par From back to front
+ * Up to 4096 transparent geometries of one sort key are ordered one by one by their middles; where there are more, the
+ * batches that they are drawn in are. There is no order among geometries of one unlit colour with the usual blending,
+ * for which none is needed: a hundred thousand selection boxes are drawn as fast as lines can be.
  * @par Materials
  * Simple materials are lit by lights that sit at the camera, or drawn in their plain diffuse colour when not lit; the
  * colours of a geometry take the place of the diffuse colour. Of a material's chunks the depth chunks (with the
  * depth-test chunk), line, blend and polygon chunks count; of two chunks of one kind the later one. What decides the
  * material of a geometry says traverseScene().
+ * @par Size
+ * Small geometries of one material are drawn together, see BatchList; what is out of view is not drawn. Drawing an
+ * unchanged scene costs as much as there are batches, not as much as there are nodes, and an edit costs as much as the
+ * batches of what it touched. sceneChanged() has to hear of every edit before the next drawing; the values of materials
+ * and chunks are read anew at every drawing.
  * @par Resources
- * Geometry lives in buffers of the context from its first drawing until it changes or is destroyed, which
- * sceneChanged() reports. All operations except the setters and sceneChanged() need the same context to be current;
- * releaseResources() must be called with it before the renderer or the context is destroyed.
+ * Geometry lives in buffers of the context from its first drawing until it changes or is destroyed. All operations
+ * except the setters and sceneChanged() need the same context to be current; releaseResources() must be called with it
+ * before the renderer or the context is destroyed.
  */
 class SceneRenderer : public SceneChangeListener {
 public:
+    /** How much a drawing shows. */
+    enum class Detail {
+        Full,   ///< everything, the same picture every time
+        Moving, ///< as much as there is time for, the larger geometries first: for a picture that another one follows
+    };
+
     /** What the last draw() did. */
     struct Statistics {
         std::size_t opaque = 0;      ///< geometry nodes drawn in the opaque pass
         std::size_t transparent = 0; ///< geometry nodes drawn in the transparent pass
-        std::size_t uploaded = 0;    ///< geometries copied into buffers
-        std::size_t cached = 0;      ///< geometries in buffers afterwards
+        std::size_t leftOut = 0;     ///< geometry nodes in view that there was no time for
+        std::size_t uploaded = 0;    ///< geometries read from the scene
+        std::size_t cached = 0;      ///< geometries kept afterwards
+        std::size_t batches = 0;     ///< batches kept afterwards
+        std::size_t built = 0;       ///< batches, and geometries drawn by themselves, copied into buffers
+        std::size_t drawCalls = 0;
+        std::size_t primitives = 0; ///< triangles, lines and points drawn
     };
 
     SceneRenderer();
@@ -59,6 +80,9 @@ public:
     /** Nodes are drawn whose traversal mask has a bit in common with @p mask; all bits at first. */
     void setTravMask(osg::UInt32 mask);
 
+    /** How long a drawing with Detail::Moving should take, in seconds; a tenth at first. */
+    void setMovingTime(double seconds);
+
     void sceneChanged(const SceneChanges& changes) override;
 
     /**
@@ -68,8 +92,11 @@ public:
      *
      * @param root null draws the background alone
      * @param width, height in physical pixels
+     * @param detail Moving waits until it is drawn, to learn how much can be drawn the next time, and draws lines
+     * without shades at their edges where it leaves something out
      */
-    void draw(const osg::NodePtr& root, const Matrix4& view, const Matrix4& projection, int width, int height);
+    void draw(const osg::NodePtr& root, const Matrix4& view, const Matrix4& projection, int width, int height,
+              Detail detail = Detail::Full);
 
     /** Frees everything in the context; a later draw() starts afresh. */
     void releaseResources();

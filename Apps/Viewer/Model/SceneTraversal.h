@@ -19,6 +19,27 @@ struct GeometryInstance {
     osg::MaterialPtr material;
 };
 
+/** What a node gets from above: the place of its parent and the material that a group has settled on. */
+struct InheritedState {
+    osg::Matrix toWorld;
+    osg::MaterialPtr groupMaterial; ///< of the outermost material group that has one; may be null
+
+    /** What @p node inherits from the nodes above it, whose masks and switches do not count. */
+    static InheritedState find(const osg::NodePtr& node);
+};
+
+/** What a core means to a traversal. */
+enum class CoreKind {
+    Other, ///< no core, or one that changes nothing for those below
+    Transform,
+    MaterialGroup,
+    Switch,
+    Geometry,
+};
+
+/** @param core null is of the kind Other */
+CoreKind getCoreKind(const osg::NodeCorePtr& core);
+
 /** Hears of what a traversal meets. */
 class SceneVisitor {
 public:
@@ -47,5 +68,8 @@ protected:
  * @param root null is ignored
  */
 void traverseScene(const osg::NodePtr& root, osg::UInt32 mask, SceneVisitor& visitor);
+
+/** The same for a root whose inherited state is known. */
+void traverseScene(const osg::NodePtr& root, const InheritedState& inherited, osg::UInt32 mask, SceneVisitor& visitor);
 
 } // namespace quon::viewer

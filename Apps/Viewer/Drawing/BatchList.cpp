@@ -1,0 +1,663 @@
+// SPDX-License-Identifier: MIT
+#include "Viewer/Drawing/BatchList.h"
+
+#include "Viewer/Model/GeometryData.h"
+
+#include <OpenSG/OSGAttachment.h>
+#include <OpenSG/OSGFieldContainerFactory.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+namespace quon::viewer {
+
+namespace {
+
+// Geometries with more vertices are drawn by themselves: a call of their own is no longer what costs.
+constexpr std::size_t MostVerticesOfPiece = 8192;
+constexpr std::size_t MostVerticesOfBatch = 65536;
+constexpr std::size_t MostItemsOfBatch = 4096;
+
+// How many batches of a group are looked at for room.
+constexpr std::size_t MostOpenBatches = 8;
+
+// What a batch may extend, in radii of its smallest geometries: they keep a precision of some ten thousandths.
+constexpr float MostRadii = 4096;
+
+// Sizes of one group are within a factor of two to the power of this.
+constexpr int OctavesOfGroup = 4;
+
+// Sizes within a batch are told apart in steps of a quarter of an octave.
+constexpr float StepsOfOctave = 4;
+
+// In place of a logarithm, where there is no extent.
+constexpr int NoSize = std::numeric_limits<int>::min();
+
+// What is farther out than this, or no number, cannot be moved to an origin.
+constexpr float FarthestPosition = 1e12F;
+
+template <class Pointer>
+osg::UInt32 idOf(const Pointer& container)
+{
+    return container == osg::NullFC ? 0 : osg::getContainerId(container);
+}
+
+std::array<osg::UInt32, 6> getProperties(const osg::GeometryPtr& geometry)
+{
+    return {idOf(geometry->getTypes()),   idOf(geometry->getLengths()), idOf(geometry->getPositions()),
+            idOf(geometry->getNormals()), idOf(geometry->getColors()),  idOf(geometry->getIndices())};
+}
+
+// A colour component in 255 steps; NaN becomes 0.
+std::uint8_t toByte(const float value)
+{
+    return static_cast<std::uint8_t>(std::lround((value > 0 ? std::min(value, 1.0F) : 0.0F) * 255));
+}
+
+float finite(const float value)
+{
+    return std::isfinite(value) ? value : 0.0F;
+}
+
+// Exact: the tolerant comparison of matrices would leave slow movements out.
+bool isSame(const osg::Matrix& a, const osg::Matrix& b)
+{
+    return std::equal(a.getValues(), a.getValues() + 16, b.getValues());
+}
+
+bool isAffine(const osg::Matrix& matrix)
+{
+    return matrix[0][3] == 0 && matrix[1][3] == 0 && matrix[2][3] == 0 && matrix[3][3] == 1;
+}
+
+void include(osg::Pnt3f& minimum, osg::Pnt3f& maximum, const osg::Pnt3f& point)
+{
+    for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+        minimum[axis] = std::min(minimum[axis], point[axis]);
+        maximum[axis] = std::max(maximum[axis], point[axis]);
+    }
+}
+
+/** Copies vertices into buffers: moved, turned and without what OpenGL may not see. */
+class Baker {
+public:
+    Baker(const osg::Matrix& toWorld, const std::array<double, 3>& origin)
+    {
+        for (std::size_t column = 0; column < 4; ++column) {
+            for (std::size_t row = 0; row < 3; ++row) {
+                m_columns[column][row] =
+                    static_cast<double>(toWorld[static_cast<osg::UInt32>(column)][static_cast<osg::UInt32>(row)]);
+            }
+        }
+        for (std::size_t row = 0; row < 3; ++row) {
+            m_columns[3][row] -= origin[row];
+            // The cofactors turn normals like the transposed inverse, and exist for flattened shapes too.
+            const std::size_t second = (row + 1) % 3;
+            const std::size_t third = (row + 2) % 3;
+            for (std::size_t column = 0; column < 3; ++column) {
+                const auto& left = m_columns[(column + 1) % 3];
+                const auto& right = m_columns[(column + 2) % 3];
+                m_cofactors[column][row] = left[second] * right[third] - left[third] * right[second];
+            }
+        }
+    }
+
+    void addTo(VertexData& data, const Mesh& mesh) const
+    {
+        const auto first = static_cast<osg::UInt32>(data.vertexCount);
+        const VertexFormat& format = data.format;
+        for (std::size_t i = 0; i < mesh.positions.size(); ++i) {
+            std::byte* const vertex = data.addVertex();
+            float position[3];
+            transform(mesh.positions[i], position);
+            std::memcpy(vertex, position, sizeof position);
+            if (format.hasNormals) {
+                std::int16_t normal[4] = {};
+                turn(mesh.normals[i], normal);
+                std::memcpy(vertex + format.getNormalOffset(), normal, sizeof normal);
+            }
+            if (format.hasColours) {
+                std::memcpy(vertex + format.getColourOffset(), mesh.colours[i].data(), 4);
+            }
+        }
+        append(data.triangles, mesh.triangles, first);
+        append(data.lines, mesh.lines, first);
+        append(data.points, mesh.points, first);
+    }
+
+private:
+    void transform(const osg::Pnt3f& point, float* result) const
+    {
+        const auto x = static_cast<double>(point[0]);
+        const auto y = static_cast<double>(point[1]);
+        const auto z = static_cast<double>(point[2]);
+        for (std::size_t row = 0; row < 3; ++row) {
+            result[row] = finite(static_cast<float>(m_columns[0][row] * x + m_columns[1][row] * y +
+                                                    m_columns[2][row] * z + m_columns[3][row]));
+        }
+    }
+
+    void turn(const osg::Vec3f& normal, std::int16_t* result) const
+    {
+        const auto x = static_cast<double>(normal[0]);
+        const auto y = static_cast<double>(normal[1]);
+        const auto z = static_cast<double>(normal[2]);
+        double turned[3];
+        for (std::size_t row = 0; row < 3; ++row) {
+            turned[row] = m_cofactors[0][row] * x + m_cofactors[1][row] * y + m_cofactors[2][row] * z;
+        }
+        const double length = std::sqrt(turned[0] * turned[0] + turned[1] * turned[1] + turned[2] * turned[2]);
+        // Without direction it stays zero, for which the face's own direction is taken.
+        if (length > 0 && std::isfinite(length)) {
+            for (std::size_t row = 0; row < 3; ++row) {
+                result[row] = static_cast<std::int16_t>(std::lround(turned[row] / length * 32767));
+            }
+        }
+    }
+
+    static void append(std::vector<osg::UInt32>& target, const std::vector<osg::UInt32>& source,
+                       const osg::UInt32 first)
+    {
+        for (const osg::UInt32 index : source) {
+            target.push_back(first + index);
+        }
+    }
+
+    double m_columns[4][3];
+    double m_cofactors[3][3];
+};
+
+/// Sets the world box of an item; false when it is too far out, or not a box.
+bool setBounds(DrawItem& item)
+{
+    const Matrix4 toWorld(item.toWorld);
+    const float infinity = std::numeric_limits<float>::infinity();
+    item.minimum = osg::Pnt3f(infinity, infinity, infinity);
+    item.maximum = osg::Pnt3f(-infinity, -infinity, -infinity);
+    bool near = true;
+    for (unsigned corner = 0; corner < 8; ++corner) {
+        const Mesh& mesh = *item.mesh;
+        const Vector4 place = toWorld.transform(osg::Pnt3f((corner & 1U) != 0 ? mesh.maximum[0] : mesh.minimum[0],
+                                                           (corner & 2U) != 0 ? mesh.maximum[1] : mesh.minimum[1],
+                                                           (corner & 4U) != 0 ? mesh.maximum[2] : mesh.minimum[2]));
+        const osg::Pnt3f point(static_cast<float>(place[0]), static_cast<float>(place[1]),
+                               static_cast<float>(place[2]));
+        for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+            // Written so that a NaN fails.
+            near = near && std::abs(point[axis]) <= FarthestPosition;
+        }
+        include(item.minimum, item.maximum, point);
+    }
+    item.radius = (item.maximum - item.minimum).length() / 2;
+    return near;
+}
+
+} // namespace
+
+osg::Pnt3f DrawItem::getCentre() const
+{
+    return osg::Pnt3f((minimum[0] + maximum[0]) / 2, (minimum[1] + maximum[1]) / 2, (minimum[2] + maximum[2]) / 2);
+}
+
+osg::MaterialPtr DrawGroup::getMaterial() const
+{
+    const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(materialId);
+    return container == osg::NullFC ? osg::MaterialPtr(osg::NullFC) : material;
+}
+
+BatchList::BatchList()
+    : m_mirror(*this)
+{}
+
+void BatchList::sceneChanged(const SceneChanges& changes)
+{
+    m_mirror.sceneChanged(changes);
+    if (m_meshes.empty()) {
+        return;
+    }
+    for (const osg::UInt32 id : changes.getDestroyed()) {
+        dropMesh(id);
+    }
+    for (const auto& [id, mask] : changes.getChanged()) {
+        if (m_meshes.count(id) != 0) {
+            // Copies of a node share its geometry and come and go: they change its parents only.
+            if ((mask & ~osg::NodeCore::ParentsFieldMask) != 0) {
+                markStale(id);
+            }
+            continue;
+        }
+        if ((mask & ~osg::Attachment::ParentsFieldMask) == 0) {
+            continue;
+        }
+        const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(id);
+        if (container == osg::NullFC || !container->getType().isAttachment()) {
+            continue;
+        }
+        const osg::AttachmentPtr property = osg::AttachmentPtr::dcast(container);
+        const auto& geometries = property->getParents();
+        for (osg::UInt32 i = 0; i < geometries.size(); ++i) {
+            markStale(osg::getContainerId(geometries[i]));
+        }
+    }
+}
+
+void BatchList::markStale(const osg::UInt32 geometryId)
+{
+    const auto mesh = m_meshes.find(geometryId);
+    if (mesh != m_meshes.end() && !mesh->second.stale) {
+        mesh->second.stale = true;
+        if (!mesh->second.users.empty()) {
+            m_staleMeshes.push_back(geometryId);
+        }
+    }
+}
+
+void BatchList::update(const osg::NodePtr& root, const osg::UInt32 mask)
+{
+    m_mirror.update(root, mask);
+    refreshStaleMeshes();
+}
+
+void BatchList::refreshStaleMeshes()
+{
+    for (std::size_t i = 0; i < m_staleMeshes.size(); ++i) {
+        const auto found = m_meshes.find(m_staleMeshes[i]);
+        if (found == m_meshes.end() || found->second.users.empty()) {
+            continue;
+        }
+        Mesh& mesh = found->second;
+        if (mesh.stale) {
+            const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(m_staleMeshes[i]);
+            if (container == osg::NullFC) {
+                continue;
+            }
+            read(osg::GeometryPtr::dcast(container), mesh);
+        }
+        for (const std::uint32_t user : mesh.users) {
+            moveItem(user);
+        }
+    }
+    m_staleMeshes.clear();
+}
+
+bool BatchList::isWanted(const osg::NodePtr&)
+{
+    return true;
+}
+
+void BatchList::geometryShown(const std::size_t place, const GeometryInstance& instance)
+{
+    if (m_items.size() <= place) {
+        m_items.resize(place + 1);
+    }
+    Mesh& mesh = getMesh(instance.geometry);
+    DrawItem& item = m_items[place];
+    const osg::UInt32 materialId = idOf(instance.material);
+    if (item.mesh == &mesh && item.materialId == materialId && isSame(item.toWorld, instance.toWorld)) {
+        return;
+    }
+    if (item.mesh != &mesh) {
+        geometryGone(place);
+        item.mesh = &mesh;
+        item.geometryId = osg::getContainerId(instance.geometry);
+        item.user = static_cast<std::uint32_t>(mesh.users.size());
+        mesh.users.push_back(static_cast<std::uint32_t>(place));
+    }
+    item.material = instance.material;
+    item.materialId = materialId;
+    item.toWorld = instance.toWorld;
+    moveItem(static_cast<std::uint32_t>(place));
+}
+
+void BatchList::geometryGone(const std::size_t place)
+{
+    DrawItem& item = m_items[place];
+    if (item.mesh == nullptr) {
+        return;
+    }
+    const std::uint32_t group = item.group;
+    const std::uint32_t batch = item.batch;
+    takeOut(static_cast<std::uint32_t>(place));
+    tidy(group, batch);
+    std::vector<std::uint32_t>& users = item.mesh->users;
+    users[item.user] = users.back();
+    m_items[users.back()].user = item.user;
+    users.pop_back();
+    item = DrawItem();
+}
+
+Mesh& BatchList::getMesh(const osg::GeometryPtr& geometry)
+{
+    const osg::UInt32 id = osg::getContainerId(geometry);
+    Mesh& mesh = m_meshes[id];
+    if (mesh.stale || mesh.properties != getProperties(geometry)) {
+        read(geometry, mesh);
+        if (!mesh.users.empty()) {
+            m_staleMeshes.push_back(id);
+        }
+    }
+    return mesh;
+}
+
+void BatchList::read(const osg::GeometryPtr& geometry, Mesh& mesh)
+{
+    GeometryData data = GeometryData::read(geometry);
+    data.getBounds(mesh.minimum, mesh.maximum);
+    mesh.vertexCount = data.positions.size();
+    mesh.hasNormals = !data.normals.empty();
+    mesh.hasColours = !data.colours.empty();
+    mesh.counts = {data.triangles.size(), data.lines.size(), data.points.size()};
+    mesh.positions = std::move(data.positions);
+    mesh.normals = std::move(data.normals);
+    mesh.triangles = std::move(data.triangles);
+    mesh.lines = std::move(data.lines);
+    mesh.points = std::move(data.points);
+    mesh.colours.clear();
+    mesh.colours.reserve(data.colours.size());
+    for (const osg::Color4f& colour : data.colours) {
+        mesh.colours.push_back(
+            {toByte(colour.red()), toByte(colour.green()), toByte(colour.blue()), toByte(colour.alpha())});
+    }
+    mesh.properties = getProperties(geometry);
+    mesh.stale = false;
+    mesh.buffersStale = true;
+    ++m_readCount;
+}
+
+void BatchList::moveItem(const std::uint32_t place)
+{
+    const std::uint32_t group = m_items[place].group;
+    const std::uint32_t batch = m_items[place].batch;
+    takeOut(place);
+    this->place(place, group, batch);
+    tidy(group, batch);
+}
+
+void BatchList::place(const std::uint32_t place, const std::uint32_t formerGroup, const std::uint32_t formerBatch)
+{
+    DrawItem& item = m_items[place];
+    const Mesh& mesh = *item.mesh;
+    if (mesh.counts.getSum() == 0 || !Matrix4(item.toWorld).isFinite()) {
+        return;
+    }
+    const bool isNear = setBounds(item);
+    const bool single = !isNear || mesh.vertexCount > MostVerticesOfPiece || !isAffine(item.toWorld);
+    const std::uint32_t groupIndex = findGroup(item);
+    DrawGroup& group = *m_groups[groupIndex];
+    item.group = groupIndex;
+    ++group.itemCount;
+    if (single) {
+        item.slot = static_cast<std::uint32_t>(group.singles.size());
+        group.singles.push_back(place);
+        return;
+    }
+    const std::uint32_t preferred = groupIndex == formerGroup ? formerBatch : DrawItem::None;
+    item.batch = findBatch(groupIndex, preferred, item);
+    Batch& batch = *m_batches[item.batch];
+    if (batch.items.empty()) {
+        batch.minimum = item.minimum;
+        batch.maximum = item.maximum;
+    } else {
+        include(batch.minimum, batch.maximum, item.minimum);
+        include(batch.minimum, batch.maximum, item.maximum);
+    }
+    item.slot = static_cast<std::uint32_t>(batch.items.size());
+    batch.items.push_back(place);
+    batch.vertexCount += mesh.vertexCount;
+    item.vertexCount = mesh.vertexCount;
+    batch.stale = true;
+}
+
+void BatchList::takeOut(const std::uint32_t place)
+{
+    DrawItem& item = m_items[place];
+    if (item.group == DrawItem::None) {
+        return;
+    }
+    DrawGroup& group = *m_groups[item.group];
+    --group.itemCount;
+    std::vector<std::uint32_t>* items = &group.singles;
+    if (item.batch != DrawItem::None) {
+        Batch& batch = *m_batches[item.batch];
+        items = &batch.items;
+        batch.stale = true;
+        batch.vertexCount -= item.vertexCount;
+    }
+    (*items)[item.slot] = items->back();
+    m_items[items->back()].slot = item.slot;
+    items->pop_back();
+    item.group = item.batch = DrawItem::None;
+}
+
+/// Drops a batch and a group that something was taken out of when they are empty; lets others be filled again.
+void BatchList::tidy(const std::uint32_t groupIndex, const std::uint32_t batchIndex)
+{
+    if (groupIndex == DrawItem::None) {
+        return;
+    }
+    DrawGroup& group = *m_groups[groupIndex];
+    if (batchIndex != DrawItem::None) {
+        Batch& batch = *m_batches[batchIndex];
+        const auto open = std::find(group.open.begin(), group.open.end(), batchIndex);
+        if (batch.items.empty()) {
+            if (open != group.open.end()) {
+                group.open.erase(open);
+            }
+            group.batches.erase(std::find(group.batches.begin(), group.batches.end(), batchIndex));
+            batch.buffers.release(m_doomedBuffers);
+            m_batches[batchIndex] = nullptr;
+            m_freeBatches.push_back(batchIndex);
+        } else if (open == group.open.end() && batch.items.size() < MostItemsOfBatch / 2 &&
+                   batch.vertexCount < MostVerticesOfBatch / 2) {
+            group.open.push_back(batchIndex);
+        }
+    }
+    if (group.itemCount == 0) {
+        m_groupIndices.erase(GroupKey(group.materialId, group.format.hasNormals, group.format.hasColours, group.size));
+        m_groups[groupIndex] = nullptr;
+        m_freeGroups.push_back(groupIndex);
+    }
+}
+
+std::uint32_t BatchList::findGroup(const DrawItem& item)
+{
+    // Points without extent have a size class of their own.
+    const int size = item.radius > 0 && std::isfinite(item.radius)
+                         ? static_cast<int>(std::floor(std::log2(item.radius) / OctavesOfGroup))
+                         : NoSize;
+    const VertexFormat format = item.mesh->getFormat();
+    const auto [index, isNew] =
+        m_groupIndices.try_emplace(GroupKey(item.materialId, format.hasNormals, format.hasColours, size), 0);
+    if (!isNew) {
+        return index->second;
+    }
+    if (m_freeGroups.empty()) {
+        m_freeGroups.push_back(static_cast<std::uint32_t>(m_groups.size()));
+        m_groups.emplace_back();
+    }
+    index->second = m_freeGroups.back();
+    m_freeGroups.pop_back();
+    auto group = std::make_unique<DrawGroup>();
+    group->material = item.material;
+    group->materialId = item.materialId;
+    group->format = format;
+    group->size = size;
+    group->leastRadius = size == NoSize ? 0.0F : std::ldexp(1.0F, size * OctavesOfGroup);
+    const auto [rank, isNewMaterial] = m_ranks.try_emplace(item.materialId, m_nextRank);
+    m_nextRank += isNewMaterial ? 1 : 0;
+    group->rank = rank->second;
+    m_groups[index->second] = std::move(group);
+    return index->second;
+}
+
+std::uint32_t BatchList::findBatch(const std::uint32_t groupIndex, const std::uint32_t preferred, const DrawItem& item)
+{
+    DrawGroup& group = *m_groups[groupIndex];
+    if (preferred != DrawItem::None && fits(*m_batches[preferred], group, item)) {
+        return preferred;
+    }
+    for (std::size_t i = group.open.size(); i > 0; --i) {
+        if (fits(*m_batches[group.open[i - 1]], group, item)) {
+            return group.open[i - 1];
+        }
+    }
+    if (m_freeBatches.empty()) {
+        m_freeBatches.push_back(static_cast<std::uint32_t>(m_batches.size()));
+        m_batches.emplace_back();
+    }
+    const std::uint32_t index = m_freeBatches.back();
+    m_freeBatches.pop_back();
+    m_batches[index] = std::make_unique<Batch>();
+    group.batches.push_back(index);
+    if (group.open.size() == MostOpenBatches) {
+        group.open.erase(group.open.begin());
+    }
+    group.open.push_back(index);
+    return index;
+}
+
+bool BatchList::fits(const Batch& batch, const DrawGroup& group, const DrawItem& item)
+{
+    if (batch.items.empty()) {
+        return true;
+    }
+    if (batch.items.size() >= MostItemsOfBatch || batch.vertexCount + item.mesh->vertexCount > MostVerticesOfBatch) {
+        return false;
+    }
+    if (!(group.leastRadius > 0)) {
+        return true;
+    }
+    const float farthest = MostRadii * group.leastRadius;
+    for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+        if (!(std::max(batch.maximum[axis], item.maximum[axis]) - std::min(batch.minimum[axis], item.minimum[axis]) <=
+              farthest)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void BatchList::dropMesh(const osg::UInt32 geometryId)
+{
+    const auto mesh = m_meshes.find(geometryId);
+    if (mesh == m_meshes.end()) {
+        return;
+    }
+    while (!mesh->second.users.empty()) {
+        geometryGone(mesh->second.users.back());
+    }
+    // No context may be current now: the buffers go at the next drawing.
+    mesh->second.buffers.release(m_doomedBuffers);
+    m_meshes.erase(mesh);
+}
+
+void BatchList::build(Batch& batch)
+{
+    const auto level = [&](const std::uint32_t place) {
+        const float radius = m_items[place].radius;
+        return radius > 0 ? static_cast<int>(std::floor(std::log2(radius) * StepsOfOctave)) : NoSize;
+    };
+    std::vector<std::pair<int, std::uint32_t>> order;
+    order.reserve(batch.items.size());
+    for (const std::uint32_t place : batch.items) {
+        order.emplace_back(level(place), place);
+    }
+    std::stable_sort(order.begin(), order.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+
+    // The box may have become smaller since.
+    batch.minimum = m_items[batch.items.front()].minimum;
+    batch.maximum = m_items[batch.items.front()].maximum;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        DrawItem& item = m_items[order[i].second];
+        batch.items[i] = order[i].second;
+        item.slot = static_cast<std::uint32_t>(i);
+        include(batch.minimum, batch.maximum, item.minimum);
+        include(batch.minimum, batch.maximum, item.maximum);
+    }
+    for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+        batch.origin[axis] = (static_cast<double>(batch.minimum[axis]) + static_cast<double>(batch.maximum[axis])) / 2;
+    }
+
+    m_data.clear();
+    m_data.format = m_items[batch.items.front()].mesh->getFormat();
+    m_data.vertices.reserve(batch.vertexCount * m_data.format.getSize());
+    batch.ends.clear();
+    batch.radii.clear();
+    for (const auto& [size, place] : order) {
+        const DrawItem& item = m_items[place];
+        Baker(item.toWorld, batch.origin).addTo(m_data, *item.mesh);
+        batch.ends.push_back({m_data.triangles.size(), m_data.lines.size(), m_data.points.size()});
+        batch.radii.push_back(size == NoSize ? 0.0F : std::exp2(static_cast<float>(size) / StepsOfOctave));
+    }
+    batch.buffers.fill(m_data);
+    batch.stale = false;
+    ++m_buildCount;
+}
+
+void BatchList::build(Mesh& mesh)
+{
+    m_data.clear();
+    m_data.format = mesh.getFormat();
+    Baker(osg::Matrix(), {}).addTo(m_data, mesh);
+    mesh.buffers.fill(m_data);
+    mesh.buffersStale = false;
+    ++m_buildCount;
+    if (mesh.vertexCount > MostVerticesOfPiece) {
+        // Nobody copies from it; it is read again when it changes.
+        mesh.positions = {};
+        mesh.normals = {};
+        mesh.colours = {};
+        mesh.triangles = {};
+        mesh.lines = {};
+        mesh.points = {};
+        m_data = {};
+    }
+}
+
+void BatchList::deleteDoomedBuffers()
+{
+    if (!m_doomedBuffers.empty()) {
+        glDeleteBuffers(static_cast<GLsizei>(m_doomedBuffers.size()), m_doomedBuffers.data());
+        m_doomedBuffers.clear();
+    }
+}
+
+void BatchList::release()
+{
+    m_mirror.clear();
+    for (auto& [id, mesh] : m_meshes) {
+        mesh.buffers.release(m_doomedBuffers);
+    }
+    m_meshes.clear();
+    m_staleMeshes.clear();
+    m_items.clear();
+    deleteDoomedBuffers();
+}
+
+std::vector<DrawGroup*> BatchList::getGroups() const
+{
+    std::vector<DrawGroup*> groups;
+    for (const auto& group : m_groups) {
+        if (group != nullptr) {
+            groups.push_back(group.get());
+        }
+    }
+    std::stable_sort(groups.begin(), groups.end(),
+                     [](const DrawGroup* a, const DrawGroup* b) { return a->rank < b->rank; });
+    return groups;
+}
+
+std::size_t BatchList::takeReadCount()
+{
+    return std::exchange(m_readCount, 0);
+}
+
+std::size_t BatchList::takeBuildCount()
+{
+    return std::exchange(m_buildCount, 0);
+}
+
+} // namespace quon::viewer

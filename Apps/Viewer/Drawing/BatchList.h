@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Viewer/Drawing/VertexBuffers.h"
+#include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/SceneChanges.h"
+#include "Viewer/Model/SceneMirror.h"
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGMaterial.h>
+#include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGVector.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <tuple>
+#include <unordered_map>
+#include <vector>
+
+namespace quon::viewer {
+
+/** The content of one geometry core. */
+struct Mesh {
+    std::vector<osg::Pnt3f> positions;
+    std::vector<osg::Vec3f> normals;                  ///< empty, or as many as positions
+    std::vector<std::array<std::uint8_t, 4>> colours; ///< empty, or as many as positions
+    std::vector<osg::UInt32> triangles;
+    std::vector<osg::UInt32> lines;
+    std::vector<osg::UInt32> points;
+    IndexCounts counts;
+    osg::Pnt3f minimum;
+    osg::Pnt3f maximum;
+    std::size_t vertexCount = 0;             ///< the positions of a large mesh go once they are in its buffers
+    std::array<osg::UInt32, 6> properties{}; ///< ids of what it was read from
+    bool stale = true;                       ///< the geometry has changed since
+    std::vector<std::uint32_t> users;        ///< places of the items that show it
+    bool buffersStale = true;
+    VertexBuffers buffers; ///< of a mesh that is drawn by itself, see DrawItem
+
+    VertexFormat getFormat() const { return {hasNormals, hasColours}; }
+    bool hasNormals = false;
+    bool hasColours = false;
+};
+
+/** A geometry node as it is drawn: as a piece of a batch, or by itself when it is large. */
+struct DrawItem {
+    static constexpr std::uint32_t None = 0xFFFFFFFF;
+
+    osg::UInt32 geometryId = 0;
+    Mesh* mesh = nullptr; ///< null: no such item
+    osg::MaterialPtr material;
+    osg::UInt32 materialId = 0;
+    osg::Matrix toWorld;
+    osg::Pnt3f minimum; ///< in the world
+    osg::Pnt3f maximum;
+    float radius = 0;
+    std::uint32_t group = None;  ///< none: nothing of it can be drawn
+    std::uint32_t batch = None;  ///< none: it is drawn by itself
+    std::uint32_t slot = 0;      ///< among the items of the batch, or of the single ones of the group
+    std::size_t vertexCount = 0; ///< as it counts in the batch
+    std::uint32_t user = 0;      ///< among the users of the mesh
+
+    osg::Pnt3f getCentre() const;
+};
+
+/** Many geometries in one pair of buffers, in world space relative to an origin of their own. */
+struct Batch {
+    std::vector<std::uint32_t> items; ///< places; the larger ones first once it is built
+    std::vector<IndexCounts> ends;    ///< by item: indices up to its end
+    std::vector<float> radii;         ///< by item, in steps, none larger than the one before
+    std::size_t vertexCount = 0;
+    osg::Pnt3f minimum; ///< in the world; holds all items, may be too large
+    osg::Pnt3f maximum;
+    std::array<double, 3> origin{};
+    bool stale = true;
+    VertexBuffers buffers;
+};
+
+/** Everything that is drawn with one material and one vertex format and is of similar size. */
+struct DrawGroup {
+    osg::MaterialPtr material; ///< may be null
+    osg::UInt32 materialId = 0;
+    VertexFormat format;
+    std::uint64_t rank = 0; ///< groups whose material came first have the lower one
+    int size = 0;           ///< class of the radii
+    float leastRadius = 0;  ///< of the class
+    std::vector<std::uint32_t> batches;
+    std::vector<std::uint32_t> open;    ///< batches with room
+    std::vector<std::uint32_t> singles; ///< places of the items that are drawn by themselves
+    std::size_t itemCount = 0;
+
+    /** The material, null also when it is no longer there. */
+    osg::MaterialPtr getMaterial() const;
+};
+
+/**
+ * The visible geometry of a scene in as few pairs of buffers as reasonable, kept up to date from edit to edit.
+ *
+ * Small geometries of the same material are copied into batches, transformed into the world: one call draws thousands
+ * of them, and an edit makes stale no more than the batch of what it touched. A batch has at most 4096 geometries and
+ * 65536 vertices, so that its indices are short and building it again takes a few milliseconds. Positions are relative
+ * to an origin in the middle of the batch, and a batch does not extend further than its smallest geometries allow, so
+ * that single precision does for scenes far away from the origin of the world. Large geometries are copied once for
+ * each geometry core and keep their matrix.
+ *
+ * All operations that have a context in their description need it to be current; the others need none.
+ */
+class BatchList : private SceneMirror::Listener {
+public:
+    BatchList();
+    ~BatchList() = default;
+
+    BatchList(const BatchList&) = delete;
+    BatchList& operator=(const BatchList&) = delete;
+
+    void sceneChanged(const SceneChanges& changes);
+
+    /** Follows the scene, without touching any buffer. */
+    void update(const osg::NodePtr& root, osg::UInt32 mask);
+
+    /** Fills the buffers of a batch that is stale; in the context. */
+    void build(Batch& batch);
+
+    /** Fills the buffers of a mesh that is drawn by itself; in the context. */
+    void build(Mesh& mesh);
+
+    /** Deletes the buffers of what is gone; in the context. */
+    void deleteDoomedBuffers();
+
+    /** Lets go of the scene and deletes all buffers; in the context. */
+    void release();
+
+    /** The groups by their rank. */
+    std::vector<DrawGroup*> getGroups() const;
+    Batch& getBatch(const std::uint32_t index) { return *m_batches[index]; }
+    const DrawItem& getItem(const std::uint32_t place) const { return m_items[place]; }
+
+    std::size_t getMeshCount() const { return m_meshes.size(); }
+    std::size_t getBatchCount() const { return m_batches.size() - m_freeBatches.size(); }
+
+    /** How many geometries were read and how many buffers filled since the last call. */
+    std::size_t takeReadCount();
+    std::size_t takeBuildCount();
+
+private:
+    using GroupKey = std::tuple<osg::UInt32, bool, bool, int>;
+
+    bool isWanted(const osg::NodePtr& node) override;
+    void geometryShown(std::size_t place, const GeometryInstance& instance) override;
+    void geometryGone(std::size_t place) override;
+
+    Mesh& getMesh(const osg::GeometryPtr& geometry);
+    void read(const osg::GeometryPtr& geometry, Mesh& mesh);
+    void markStale(osg::UInt32 geometryId);
+    void refreshStaleMeshes();
+    void place(std::uint32_t place, std::uint32_t formerGroup, std::uint32_t formerBatch);
+    void moveItem(std::uint32_t place);
+    void takeOut(std::uint32_t place);
+    void tidy(std::uint32_t group, std::uint32_t batch);
+    std::uint32_t findGroup(const DrawItem& item);
+    std::uint32_t findBatch(std::uint32_t groupIndex, std::uint32_t preferred, const DrawItem& item);
+    static bool fits(const Batch& batch, const DrawGroup& group, const DrawItem& item);
+    void dropMesh(osg::UInt32 geometryId);
+
+    SceneMirror m_mirror;
+    std::vector<DrawItem> m_items;                  ///< by place
+    std::unordered_map<osg::UInt32, Mesh> m_meshes; ///< by id of the geometry; ids are never reused
+    std::vector<osg::UInt32> m_staleMeshes;         ///< ids of those that are shown
+    std::vector<std::unique_ptr<DrawGroup>> m_groups;
+    std::map<GroupKey, std::uint32_t> m_groupIndices;
+    std::vector<std::uint32_t> m_freeGroups;
+    std::vector<std::unique_ptr<Batch>> m_batches;
+    std::vector<std::uint32_t> m_freeBatches;
+    std::unordered_map<osg::UInt32, std::uint64_t> m_ranks; ///< by id of the material
+    std::uint64_t m_nextRank = 0;
+    std::vector<GLuint> m_doomedBuffers;
+    VertexData m_data; ///< what is filled into buffers; kept for its memory
+    std::size_t m_readCount = 0;
+    std::size_t m_buildCount = 0;
+};
+
+} // namespace quon::viewer
