@@ -57,6 +57,8 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Select the groups that the selected parts are in"), Qt::Key_PageUp, None},
         {"select-children", Group::Select, "select-children", QT_TRANSLATE_NOOP("Commands", "Select children"),
          QT_TRANSLATE_NOOP("Commands", "Select the parts of the selected groups"), Qt::Key_PageDown, None},
+        {"new-set", Group::Select, "add", QT_TRANSLATE_NOOP("Commands", "New selection set"),
+         QT_TRANSLATE_NOOP("Commands", "Keep the selected parts as a named set"), Qt::Key_K, None},
 
         {"fit", Group::View, "fit", QT_TRANSLATE_NOOP("Commands", "Fit all"),
          QT_TRANSLATE_NOOP("Commands", "Fit the model into the view"), Qt::Key_F, None},

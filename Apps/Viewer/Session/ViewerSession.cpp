@@ -28,6 +28,8 @@ namespace quon::viewer {
 
 namespace {
 
+using Kind = SelectionLook::Kind;
+
 constexpr osg::UInt32 Hidden = 0;
 
 osg::NodePtr makeGroup(const char* name)
@@ -57,8 +59,11 @@ ViewerSession::ViewerSession()
     , m_scene(makeGroup("scene"))
     , m_visualisations(makeGroup("selection visualisations"))
     , m_camera([this] { cameraChanged(); })
+    , m_display(m_visualisations.get())
     , m_bindings(m_mapper)
     , m_editor(*m_selection)
+    , m_sets(m_editor, *m_selection, m_visualisations.get())
+    , m_selectionKeeper(std::make_unique<SelectionKeeper>(*m_selection))
     , m_selectionTool(m_editor)
     , m_trace(*m_interactionManager)
     , m_toolContext(m_trace, "tools")
@@ -70,11 +75,7 @@ ViewerSession::ViewerSession()
     SceneChanges::startRecording();
     koNodeUtils::setIsAuxiliaryNode(m_visualisations.get(), true);
     addChild(m_scene.get(), m_visualisations.get());
-    addChild(m_visualisations.get(), m_boxes.getVisualisation());
-    addChild(m_visualisations.get(), m_highlight.getVisualisation());
-    m_highlight.setVisible(false);
-    m_selection->addVisualisation(&m_boxes);
-    m_selection->addVisualisation(&m_highlight);
+    m_display.setModel(m_selection);
     m_interactionManager->setVisualisationRoot(m_visualisations.get());
 
     m_selection->addVisualisation(&m_selectionWatcher);
@@ -83,6 +84,7 @@ ViewerSession::ViewerSession()
         emit stateChanged();
     });
     connect(&m_editor.getHistory(), &QUndoStack::indexChanged, this, &ViewerSession::historyChanged);
+    connect(&m_sets, &SelectionSets::changed, this, &ViewerSession::redrawNeeded);
     m_selectionTool.setHovered(
         [this](const osg::NodePtr& node) { emit hoveredChanged(QString::fromStdString(NodeUtils::getName(node))); });
     m_toolContext.addTool("", &m_selectionTool);
@@ -115,11 +117,12 @@ ViewerSession::~ViewerSession()
     m_interactionManager->removeContext(&m_commandContext);
     notification::NotificationManager::getInstance()->removeNotification(m_status);
 
+    m_sets.clear();
     m_editor.setRoot(osg::NullFC);
     m_selection->clearSelection();
     m_selection->removeVisualisation(&m_selectionWatcher);
-    m_selection->removeVisualisation(&m_highlight);
-    m_selection->removeVisualisation(&m_boxes);
+    m_display.setModel(nullptr);
+    m_selectionKeeper.reset();
     interaction::SelectionManager::getInstance()->removeSelectionModel(m_selection);
     m_interactionManager->setVisualisationRoot(osg::NullFC);
 }
@@ -131,6 +134,7 @@ void ViewerSession::setModel(const osg::NodePtr& model)
         tool->cancel();
     }
     m_selection->clearSelection();
+    m_sets.clear();
     if (m_model != osg::NullFC) {
         const osg::NodePtr old = m_model.get();
         beginEditCP(m_scene, osg::Node::ChildrenFieldMask);
@@ -153,9 +157,21 @@ void ViewerSession::setModel(const osg::NodePtr& model)
     m_camera.setSceneBounds(outline.minimum, outline.maximum, outline.points);
     m_camera.setStandardView("iso");
     // Two hundredths of the model: to be found with the eye, not to be taken for a part.
-    m_boxes.setMarkerSize(static_cast<float>(m_camera.getSceneRadius() * 0.02));
+    SelectionLook look = m_display.getLook();
+    look.markerSize = static_cast<float>(m_camera.getSceneRadius() * 0.02);
+    m_sets.setDefaultMarkerSize(look.markerSize);
+    setSelectionLook(look);
     reportSelection();
     emit modelChanged();
+}
+
+void ViewerSession::setSelectionLook(const SelectionLook& look)
+{
+    if (look != m_display.getLook()) {
+        m_display.setLook(look);
+        reportSelection();
+        emit selectionLookChanged();
+    }
 }
 
 void ViewerSession::setViewportSize(const int width, const int height)
@@ -178,6 +194,9 @@ void ViewerSession::processSceneChanges()
 {
     const SceneChanges changes = SceneChanges::take();
     if (!changes.isEmpty()) {
+        // Before anybody looks at what is selected.
+        m_selectionKeeper->sceneChanged(changes);
+        m_sets.sceneChanged(changes);
         m_picker.sceneChanged(changes);
         for (SceneChangeListener* listener : m_listeners) {
             listener->sceneChanged(changes);
@@ -311,10 +330,12 @@ void ViewerSession::addCommands()
     commands.setCommand("hide", {[this] { m_editor.hide(getSelectedNodes()); }, {}, anySelected});
     commands.setCommand("isolate", {[this] { m_editor.isolate(getSelectedNodes()); }, {}, anySelected});
     commands.setCommand("show-all", {[this] { m_editor.showAll(); }, {}, {}});
+    commands.setCommand("new-set", {[this] { m_sets.create(); }, {}, anySelected});
     commands.setCommand("select-none", {[this] { m_editor.select({}); }, {}, anySelected});
-    commands.setCommand("visualisation",
-                        {[this] { switchVisualisation(); }, [this] { return m_highlight.isVisible(); }, {}});
-    commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_boxes.getOverlay(); }, {}});
+    commands.setCommand(
+        "visualisation",
+        {[this] { switchVisualisation(); }, [this] { return m_display.getLook().kind == Kind::Wireframe; }, {}});
+    commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_display.getLook().overlay; }, {}});
     commands.setCommand("fit", {[this] { m_camera.fit(); }, {}, {}});
     for (const char* view : {"front", "right", "top", "iso", "back", "left", "bottom"}) {
         commands.setCommand(view, {[this, view] { m_camera.setStandardView(view); }, {}, {}});
@@ -342,18 +363,16 @@ void ViewerSession::toggleLock()
 
 void ViewerSession::switchVisualisation()
 {
-    const bool boxes = !m_boxes.isVisible();
-    m_boxes.setVisible(boxes);
-    m_highlight.setVisible(!boxes);
-    reportSelection();
+    SelectionLook look = m_display.getLook();
+    look.kind = look.kind == Kind::Boxes ? Kind::Wireframe : Kind::Boxes;
+    setSelectionLook(look);
 }
 
 void ViewerSession::switchOverlay()
 {
-    const bool overlay = !m_boxes.getOverlay();
-    m_boxes.setOverlay(overlay);
-    m_highlight.setOverlay(overlay);
-    reportSelection();
+    SelectionLook look = m_display.getLook();
+    look.overlay = !look.overlay;
+    setSelectionLook(look);
 }
 
 void ViewerSession::reportSelection()
@@ -373,8 +392,8 @@ void ViewerSession::reportSelection()
     if (hidden > 0) {
         texts << tr("%n hidden", "", static_cast<int>(hidden));
     }
-    const bool overlay = m_boxes.getOverlay();
-    const QString visualisation = m_boxes.isVisible()
+    const bool overlay = m_display.getLook().overlay;
+    const QString visualisation = m_display.getLook().kind == Kind::Boxes
                                       ? (overlay ? tr("boxes over the scene") : tr("boxes in the scene"))
                                       : (overlay ? tr("wireframe over the scene") : tr("wireframe in the scene"));
     if (m_status != nullptr) {

@@ -5,6 +5,9 @@
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Session/InputBindings.h"
 #include "Viewer/Session/SceneEditor.h"
+#include "Viewer/Session/SelectionDisplay.h"
+#include "Viewer/Session/SelectionKeeper.h"
+#include "Viewer/Session/SelectionSets.h"
 #include "Viewer/Session/SelectionWatcher.h"
 #include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/CommandContext.h"
@@ -15,8 +18,6 @@
 #include "Viewer/Tools/ToolContext.h"
 #include "Viewer/Tools/Traced.h"
 
-#include <Interaction/BoxSelectionVisualisation.h>
-#include <Interaction/HighlightSelectionVisualisation.h>
 #include <Interaction/QtEventMapper.h>
 
 #include <OpenSG/OSGConfig.h>
@@ -27,6 +28,7 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -92,8 +94,15 @@ public:
     ToolContext& getTools() { return m_toolContext; }
     /** Watches the events and the stack of the contexts. */
     InteractionTrace& getTrace() { return m_trace; }
-    interaction::BoxSelectionVisualisation& getBoxes() { return m_boxes; }
-    interaction::HighlightSelectionVisualisation& getHighlight() { return m_highlight; }
+    interaction::BoxSelectionVisualisation& getBoxes() { return m_display.getBoxes(); }
+    interaction::HighlightSelectionVisualisation& getHighlight() { return m_display.getHighlight(); }
+
+    /** How the selection is drawn. */
+    const SelectionLook& getSelectionLook() const { return m_display.getLook(); }
+    void setSelectionLook(const SelectionLook& look);
+
+    /** The named sets of nodes that the user keeps of this model. */
+    SelectionSets& getSets() { return m_sets; }
 
     /** @param width, height of the viewport in pixels */
     void setViewportSize(int width, int height);
@@ -162,6 +171,9 @@ signals:
     /** Something else can be undone or redone. */
     void historyChanged();
 
+    /** The selection is drawn another way. */
+    void selectionLookChanged();
+
     /** Another part is under the pointer; empty for none. */
     void hoveredChanged(const QString& name);
 
@@ -189,12 +201,13 @@ private:
     osg::Pnt3f m_modelMaximum;
     CameraController m_camera;
     EmbreePicker m_picker;
-    interaction::BoxSelectionVisualisation m_boxes;
-    interaction::HighlightSelectionVisualisation m_highlight;
+    SelectionDisplay m_display;
     interaction::QtEventMapper m_mapper;
     InputBindings m_bindings;
     SceneEditor m_editor;
+    SelectionSets m_sets;
     SelectionWatcher m_selectionWatcher;
+    std::unique_ptr<SelectionKeeper> m_selectionKeeper;
     SelectionTool m_selectionTool;
     InteractionTrace m_trace;
     Traced<ToolContext> m_toolContext;
