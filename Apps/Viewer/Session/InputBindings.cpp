@@ -7,6 +7,7 @@
 #include <Shortcut/koShortcut.h>
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <Qt>
 
@@ -33,10 +34,6 @@ constexpr MouseBinding MouseBindings[] = {
     {Qt::RightButton, Qt::ShiftModifier, "navigate:pan", QT_TRANSLATE_NOOP("InputBindings", "Move the view")},
     {Qt::RightButton, Qt::ControlModifier, "navigate:zoom", QT_TRANSLATE_NOOP("InputBindings", "Zoom the view")},
 };
-
-// Meta, keypad and group switch never reach a binding.
-constexpr int MapperModifiers =
-    static_cast<int>(Qt::ShiftModifier) | static_cast<int>(Qt::ControlModifier) | static_cast<int>(Qt::AltModifier);
 
 bool isModifierKey(const int key)
 {
@@ -76,12 +73,21 @@ KeyBinding KeyBinding::fromPortableText(const QString& text, bool& isValid)
         constexpr int allModifiers = static_cast<int>(Qt::KeyboardModifierMask);
         const KeyBinding binding{sequence[0] & ~allModifiers, sequence[0] & allModifiers};
         if (!binding.isNone() && binding.key != Qt::Key_unknown && !isModifierKey(binding.key) &&
-            (binding.modifiers & ~MapperModifiers) == 0) {
+            (binding.modifiers & ~AllModifiers) == 0) {
             return binding;
         }
     }
     isValid = false;
     return {};
+}
+
+KeyBinding KeyBinding::fromEvent(const QKeyEvent& event)
+{
+    const KeyBinding pressed{event.key(), static_cast<int>(event.modifiers()) & AllModifiers};
+    // What its text does not lead back to could not be kept.
+    bool isValid = false;
+    const KeyBinding read = fromPortableText(pressed.toPortableText(), isValid);
+    return isValid && read == pressed ? pressed : KeyBinding();
 }
 
 InputBindings::InputBindings(interaction::QtEventMapper& mapper)

@@ -3,9 +3,12 @@
 
 #include <QObject>
 #include <QString>
+#include <Qt>
 
 #include <map>
 #include <string>
+
+class QKeyEvent;
 
 namespace quon::interaction {
 class QtEventMapper;
@@ -15,6 +18,10 @@ namespace quon::viewer {
 
 /** A key and the modifiers to hold with it, as an event mapper takes them. */
 struct KeyBinding {
+    /** The modifiers that count: meta, keypad and group switch never reach a binding. */
+    static constexpr int AllModifiers =
+        static_cast<int>(Qt::ShiftModifier) | static_cast<int>(Qt::ControlModifier) | static_cast<int>(Qt::AltModifier);
+
     int key = 0;       ///< a Qt::Key, 0 for none
     int modifiers = 0; ///< Qt::KeyboardModifiers; 0 fires whatever modifiers are held
 
@@ -32,6 +39,9 @@ struct KeyBinding {
      * @param isValid false afterwards for a text that names no key or one that no event mapper would hear of
      */
     static KeyBinding fromPortableText(const QString& text, bool& isValid);
+
+    /** Returns the binding that @p event fires, none for a modifier alone and for keys that have no name. */
+    static KeyBinding fromEvent(const QKeyEvent& event);
 
     bool operator==(const KeyBinding& other) const { return key == other.key && modifiers == other.modifiers; }
     bool operator!=(const KeyBinding& other) const { return !(*this == other); }

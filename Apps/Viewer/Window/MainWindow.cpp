@@ -6,6 +6,7 @@
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
+#include "Viewer/Window/ShortcutsDialog.h"
 #include "Viewer/Window/Viewport.h"
 
 #include <Interaction/InteractionEvent.h>
@@ -63,6 +64,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     m_helpMenu->addAction(getAction("shortcuts"));
     m_aboutAction = m_helpMenu->addAction(getIcon("koviewer"), QString(), this, &MainWindow::showAbout);
     addToolBar();
+    m_session.getCommands().setCommand("shortcuts", {[this] { showShortcuts(); }, {}, {}});
     statusBar()->addWidget(m_hovered, 1);
     statusBar()->addPermanentWidget(m_summary);
 
@@ -83,6 +85,7 @@ MainWindow::~MainWindow()
 {
     disconnect(&m_session, nullptr, this, nullptr);
     disconnect(&m_session.getBindings(), nullptr, this, nullptr);
+    m_session.getCommands().removeCommand("shortcuts");
     // Before its neighbours: it still tells the session about the end of everything pending.
     delete m_viewport;
 }
@@ -151,7 +154,8 @@ void MainWindow::addFileMenu()
     m_openAction->setShortcut(QKeySequence::Open);
     m_fileMenu->addSeparator();
     m_quitAction = m_fileMenu->addAction(QString(), this, &QWidget::close);
-    m_quitAction->setShortcut(QKeySequence::Quit);
+    // QKeySequence::Quit is empty outside the large desktops.
+    m_quitAction->setShortcut(Qt::CTRL | Qt::Key_Q);
 }
 
 void MainWindow::addCommands()
@@ -228,6 +232,7 @@ void MainWindow::retranslate()
         const QString description = entry.command->getDescription();
         entry.action->setToolTip(key.isEmpty() ? description : tr("%1 (%2)").arg(description, key));
     }
+    registerShortcuts();
     updateActions();
     updateSummary();
 }
@@ -276,6 +281,25 @@ void MainWindow::askAndOpen()
         open(QFile::encodeName(file).toStdString());
     } catch (const ViewerError& error) {
         QMessageBox::warning(this, tr("koviewer"), QString::fromStdString(error.what()));
+    }
+}
+
+void MainWindow::showShortcuts()
+{
+    if (m_shortcutsDialog == nullptr) {
+        m_shortcutsDialog = new ShortcutsDialog(m_session.getBindings(), this);
+        m_shortcutsDialog->setAttribute(Qt::WA_DeleteOnClose);
+        m_shortcutsDialog->show();
+    }
+    m_shortcutsDialog->raise();
+    m_shortcutsDialog->activateWindow();
+}
+
+void MainWindow::registerShortcuts()
+{
+    m_shortcuts.clear();
+    for (const QAction* action : m_fileMenu->actions()) {
+        m_shortcuts.add(m_fileMenu->title().remove(QLatin1Char('&')), *action);
     }
 }
 

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Window/WindowShortcuts.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <string>
 #include <vector>
@@ -16,6 +18,7 @@ class QToolBar;
 
 namespace quon::viewer {
 
+class ShortcutsDialog;
 class ViewerSession;
 class Viewport;
 
@@ -72,6 +75,8 @@ private:
     void updateActions();
     void updateSummary();
     void askAndOpen();
+    void showShortcuts();
+    void registerShortcuts();
     void showAbout();
 
     ViewerSession& m_session;
@@ -88,6 +93,8 @@ private:
     QLabel* m_hovered;
     QLabel* m_summary;
     QString m_fileName;
+    WindowShortcuts m_shortcuts;
+    QPointer<ShortcutsDialog> m_shortcutsDialog; ///< while it is shown
 };
 
 } // namespace quon::viewer
