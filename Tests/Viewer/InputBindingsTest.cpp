@@ -24,6 +24,7 @@ namespace quon::testing {
 
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -34,7 +35,7 @@ using viewer::KeyBinding;
 constexpr int Control = Qt::ControlModifier;
 constexpr int ControlShift = static_cast<int>(Qt::ControlModifier) | static_cast<int>(Qt::ShiftModifier);
 const KeyBinding KeyH{Qt::Key_H, 0};
-const KeyBinding KeyQ{Qt::Key_Q, 0};
+const KeyBinding KeyF22{Qt::Key_F22, 0};
 
 /** Puts "de:" in front of every text. */
 class MarkingTranslator : public QTranslator {
@@ -133,14 +134,14 @@ TEST_F(InputBindingsTest, EveryCommandHasItsDefaultKeyInTheMapperAndTheRegistry)
 
 TEST_F(InputBindingsTest, AnotherKeyTakesThePlaceOfTheOldOne)
 {
-    m_bindings->setKey("hide", {Qt::Key_K, Control});
+    m_bindings->setKey("hide", {Qt::Key_F21, Control});
 
-    EXPECT_EQ(m_bindings->getKey("hide"), (KeyBinding{Qt::Key_K, Control}));
+    EXPECT_EQ(m_bindings->getKey("hide"), (KeyBinding{Qt::Key_F21, Control}));
     EXPECT_EQ(InputBindings::getDefaultKey("hide"), KeyH);
-    EXPECT_THAT(eventsOf(Qt::Key_K, Qt::ControlModifier), ElementsAre("context.triggerEvent(view:hide, start)"));
+    EXPECT_THAT(eventsOf(Qt::Key_F21, Qt::ControlModifier), ElementsAre("context.triggerEvent(view:hide, start)"));
     EXPECT_THAT(eventsOf(Qt::Key_H), Each(StartsWith("context.triggerEvent(qt-key:")));
     EXPECT_THAT(descriptionsOf(KeyH), IsEmpty());
-    EXPECT_THAT(descriptionsOf({Qt::Key_K, Control}), ElementsAre("Hide the selected parts"));
+    EXPECT_THAT(descriptionsOf({Qt::Key_F21, Control}), ElementsAre("Hide the selected parts"));
 }
 
 TEST_F(InputBindingsTest, ACommandCanDoWithoutAKey)
@@ -162,9 +163,9 @@ TEST_F(InputBindingsTest, TheRegistryKeepsTheRightOneOfTwoEqualKeys)
                 ElementsAre("context.triggerEvent(view:hide, start)", "context.triggerEvent(view:fit, start)"));
 
     // The older of the two goes: the registry by itself would take out the newer one.
-    m_bindings->setKey("hide", KeyQ);
+    m_bindings->setKey("hide", KeyF22);
     EXPECT_THAT(descriptionsOf(KeyH), ElementsAre("Fit the model into the view"));
-    EXPECT_THAT(descriptionsOf(KeyQ), ElementsAre("Hide the selected parts"));
+    EXPECT_THAT(descriptionsOf(KeyF22), ElementsAre("Hide the selected parts"));
 
     m_bindings->restoreAllKeys();
     EXPECT_EQ(registeredTexts(), before);
@@ -172,9 +173,9 @@ TEST_F(InputBindingsTest, TheRegistryKeepsTheRightOneOfTwoEqualKeys)
 
 TEST_F(InputBindingsTest, ACommandGetsItsDefaultKeyBackAloneOrWithAllOthers)
 {
-    m_bindings->setKey("hide", KeyQ);
+    m_bindings->setKey("hide", KeyF22);
     m_bindings->setKey("fit", {});
-    m_bindings->setKey("lock", {Qt::Key_F9, ControlShift});
+    m_bindings->setKey("lock", {Qt::Key_F24, ControlShift});
 
     m_bindings->restoreKey("hide");
     EXPECT_EQ(m_bindings->getKey("hide"), KeyH);
@@ -187,14 +188,14 @@ TEST_F(InputBindingsTest, ACommandGetsItsDefaultKeyBackAloneOrWithAllOthers)
 
 TEST_F(InputBindingsTest, ChangedKeysCanBeTakenOverWithoutWhatIsUnknownOrDefault)
 {
-    m_bindings->setKey("lock", KeyQ);
+    m_bindings->setKey("lock", KeyF22);
 
-    m_bindings->setChangedKeys({{"hide", {Qt::Key_K, 0}}, {"explode", {Qt::Key_E, 0}}, {"fit", {Qt::Key_F, 0}}});
+    m_bindings->setChangedKeys({{"hide", {Qt::Key_F21, 0}}, {"explode", {Qt::Key_F23, 0}}, {"fit", {Qt::Key_F, 0}}});
 
     EXPECT_THAT(m_bindings->getChangedKeys(),
-                ElementsAre(std::pair<const std::string, KeyBinding>("hide", {Qt::Key_K, 0})));
+                ElementsAre(std::pair<const std::string, KeyBinding>("hide", {Qt::Key_F21, 0})));
     EXPECT_EQ(m_bindings->getKey("lock"), InputBindings::getDefaultKey("lock"));
-    EXPECT_THAT(eventsOf(Qt::Key_E), Each(StartsWith("context.triggerEvent(qt-key:")));
+    EXPECT_THAT(eventsOf(Qt::Key_F23), Each(StartsWith("context.triggerEvent(qt-key:")));
 }
 
 TEST_F(InputBindingsTest, ChangesAreToldBeforeAndAfterAndOnlyWhenThereAreAny)
@@ -206,14 +207,14 @@ TEST_F(InputBindingsTest, ChangesAreToldBeforeAndAfterAndOnlyWhenThereAreAny)
     QObject::connect(m_bindings.get(), &InputBindings::changed,
                      [&] { told.push_back("changed " + m_bindings->getKey("hide").toPortableText().toStdString()); });
 
-    m_bindings->setKey("hide", KeyQ);
-    EXPECT_THAT(told, ElementsAre("about to change H", "changed Q"));
+    m_bindings->setKey("hide", KeyF22);
+    EXPECT_THAT(told, ElementsAre("about to change H", "changed F22"));
 
     told.clear();
-    m_bindings->setKey("hide", KeyQ);
-    m_bindings->setKey("explode", KeyQ);
+    m_bindings->setKey("hide", KeyF22);
+    m_bindings->setKey("explode", KeyF22);
     m_bindings->restoreKey("fit");
-    m_bindings->setChangedKeys({{"hide", KeyQ}});
+    m_bindings->setChangedKeys({{"hide", KeyF22}});
     EXPECT_THAT(told, IsEmpty());
 }
 
@@ -223,7 +224,7 @@ TEST_F(InputBindingsTest, AKeyThatIsDownCanBeEndedBeforeItsBindingGoes)
     press(Qt::Key_H);
     m_log.clear();
 
-    m_bindings->setKey("hide", KeyQ);
+    m_bindings->setKey("hide", KeyF22);
 
     EXPECT_THAT(m_log.take(),
                 ElementsAre("context.triggerEvent(view:hide, stop)", "context.triggerEvent(view:hide, trigger)"));
@@ -238,7 +239,7 @@ TEST_F(InputBindingsTest, AnotherLanguageLeavesNoEntryOfTheOldOneBehind)
     char* arguments[] = {name, nullptr};
     const QCoreApplication application(argumentCount, arguments);
     const std::size_t count = koShortcut::getEntries().size();
-    m_bindings->setKey("hide", KeyQ);
+    m_bindings->setKey("hide", KeyF22);
     MarkingTranslator translator;
 
     m_bindings->remove();
@@ -247,14 +248,14 @@ TEST_F(InputBindingsTest, AnotherLanguageLeavesNoEntryOfTheOldOneBehind)
     m_bindings->retranslate();
 
     EXPECT_EQ(koShortcut::getEntries().size(), count);
-    EXPECT_THAT(registeredTexts(), Each(StartsWith("de:Interaction/")));
-    EXPECT_THAT(descriptionsOf(KeyQ), ElementsAre("de:Hide the selected parts"));
-    EXPECT_THAT(eventsOf(Qt::Key_Q), ElementsAre("context.triggerEvent(view:hide, start)"));
+    EXPECT_THAT(registeredTexts(), Each(AnyOf(StartsWith("de:Interaction/"), StartsWith("de:Fixed keys/"))));
+    EXPECT_THAT(descriptionsOf(KeyF22), ElementsAre("de:Hide the selected parts"));
+    EXPECT_THAT(eventsOf(Qt::Key_F22), ElementsAre("context.triggerEvent(view:hide, start)"));
 
     m_bindings->remove();
     QCoreApplication::removeTranslator(&translator);
     m_bindings->retranslate();
-    EXPECT_THAT(registeredTexts(), Each(StartsWith("Interaction/")));
+    EXPECT_THAT(registeredTexts(), Each(AnyOf(StartsWith("Interaction/"), StartsWith("Fixed keys/"))));
 }
 
 struct PortableCase {

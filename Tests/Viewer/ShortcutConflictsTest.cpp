@@ -48,6 +48,9 @@ const Case Cases[] = {
     {"a key and a button of the same number", Mapper, Key, 4, 0, Mapper, Button, 4, 0, false},
     {"a key of a window that a mapper has too", Mapper, Key, Qt::Key_O, Control, "File", Key, Qt::Key_O, Control, true},
     {"a key of a window is not passed on", Mapper, Key, Qt::Key_O, 0, "File", Key, Qt::Key_O, Control, false},
+    {"a free key that a command has", "Fixed keys", Key, Qt::Key_Up, 0, Mapper, Key, Qt::Key_Up, 0, true},
+    {"a free key whose modifiers a command has", "Fixed keys", Key, Qt::Key_Up, 0, Mapper, Key, Qt::Key_Up, Shift,
+     false},
     {"a key of a window needs exactly its modifiers", "File", Key, Qt::Key_O, 0, Mapper, Key, Qt::Key_O, Control,
      false},
 };

@@ -35,6 +35,16 @@ constexpr MouseBinding MouseBindings[] = {
     {Qt::RightButton, Qt::ControlModifier, "navigate:zoom", QT_TRANSLATE_NOOP("InputBindings", "Zoom the view")},
 };
 
+struct FreeKey {
+    int key;
+    const char* description; ///< source text of the context "InputBindings"
+};
+
+// No bindings: tools get them as keys that no binding took. Listed all the same.
+constexpr FreeKey FreeKeys[] = {
+    {Qt::Key_Escape, QT_TRANSLATE_NOOP("InputBindings", "Leave the tool, or clear the selection")},
+};
+
 bool isModifierKey(const int key)
 {
     switch (key) {
@@ -104,6 +114,11 @@ InputBindings::~InputBindings()
 QString InputBindings::getGroup()
 {
     return QCoreApplication::translate("QtEventMapper", "Interaction");
+}
+
+QString InputBindings::getFreeKeyGroup()
+{
+    return QCoreApplication::translate("InputBindings", "Fixed keys");
 }
 
 KeyBinding InputBindings::getKey(const std::string& command) const
@@ -186,9 +201,10 @@ void InputBindings::addAll()
         m_mapper.addMouseMapping(binding.button, binding.modifiers, binding.category,
                                  QCoreApplication::translate("InputBindings", binding.description));
     }
-    // No binding: it comes to the tools as a key that no binding took. Listed all the same.
-    koShortcut::addKey(getGroup(), Qt::Key_Escape, Qt::NoModifier,
-                       QCoreApplication::translate("InputBindings", "Leave the tool, or clear the selection"));
+    for (const FreeKey& entry : FreeKeys) {
+        koShortcut::addKey(getFreeKeyGroup(), entry.key, Qt::NoModifier,
+                           QCoreApplication::translate("InputBindings", entry.description));
+    }
     m_added = true;
 }
 
@@ -206,7 +222,9 @@ void InputBindings::removeAll()
     for (const MouseBinding& binding : MouseBindings) {
         m_mapper.removeMouseMapping(binding.button, binding.modifiers, binding.category);
     }
-    koShortcut::subKey(getGroup(), Qt::Key_Escape, Qt::NoModifier);
+    for (const FreeKey& entry : FreeKeys) {
+        koShortcut::subKey(getFreeKeyGroup(), entry.key, Qt::NoModifier);
+    }
 }
 
 } // namespace quon::viewer

@@ -77,6 +77,12 @@ public:
     /** Returns the heading of the bindings in the shortcut registry, in the user's language. */
     static QString getGroup();
 
+    /**
+     * Returns the heading of the keys that work without a binding, in the user's language: tools get them as generic
+     * key events when no binding took them.
+     */
+    static QString getFreeKeyGroup();
+
     /** Returns the key of a command, none for an unknown one. */
     KeyBinding getKey(const std::string& command) const;
 

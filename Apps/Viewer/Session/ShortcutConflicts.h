@@ -13,7 +13,8 @@ namespace quon::viewer {
  *
  * Two keys of an event mapper conflict when their modifiers are equal or one of them has none: such a binding fires
  * whatever modifiers are held. A key of a window (any other group than InputBindings::getGroup()) fires with exactly
- * its modifiers and is not passed on, buttons need exactly theirs as well: only equal ones conflict.
+ * its modifiers and is not passed on, one that works without a binding gets only what no binding took, and buttons need
+ * exactly their modifiers: of those only equal ones conflict.
  */
 bool areConflicting(const koShortcut::Entry& first, const koShortcut::Entry& second);
 

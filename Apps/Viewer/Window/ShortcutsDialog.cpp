@@ -53,12 +53,12 @@ QStringList capsOf(const koShortcut::Entry& entry)
 }
 
 // Whose turn comes first on the same press: the window's, the mapper's, what is left over. Equal ones all fire.
-int precedenceOf(const koShortcut::Entry& entry, const Command* command)
+int precedenceOf(const koShortcut::Entry& entry)
 {
-    if (entry.group != InputBindings::getGroup()) {
-        return 2;
+    if (entry.group == InputBindings::getGroup()) {
+        return 1;
     }
-    return command != nullptr || entry.kind == koShortcut::MouseButton ? 1 : 0;
+    return entry.group == InputBindings::getFreeKeyGroup() ? 0 : 2;
 }
 
 // Tells a row again after the list was made anew.
@@ -343,7 +343,7 @@ QTreeWidgetItem* ShortcutsDialog::findHeading(const ShortcutRow& row)
         return findOrAdd(group, tr("Mouse"));
     }
     if (row.command == nullptr) {
-        return findOrAdd(group, tr("Fixed keys"));
+        return group;
     }
     switch (row.command->group) {
     case Command::Group::Edit:
@@ -496,7 +496,7 @@ QString ShortcutsDialog::describeConflicts(const ShortcutRow& row) const
     QStringList notFired;
     for (const koShortcut::Entry& entry : row.conflicts) {
         const Command* command = findCommandOf(entry, m_bindings);
-        const int difference = precedenceOf(entry, command) - precedenceOf(row.entry, row.command);
+        const int difference = precedenceOf(entry) - precedenceOf(row.entry);
         QStringList& names = difference == 0 ? alsoFired : difference > 0 ? firedInstead : notFired;
         names << tr("'%1'").arg(command == nullptr ? entry.description : command->getText());
     }
