@@ -5,7 +5,9 @@
 #include "Viewer/Model/Matrix4.h"
 #include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/EmbreePicker.h"
+#include "Viewer/Tools/RegionOption.h"
 
+#include <SceneUtilities/NodeUtils.h>
 #include <SceneUtilities/koNodeUtils.h>
 
 #include <OpenSG/OSGMaterialGroup.h>
@@ -115,6 +117,12 @@ protected:
         std::vector<osg::NodePtr> nodes;
         m_picker.getMultiPicked(mode, &nodes, nullptr, nullptr, nullptr);
         return nodes;
+    }
+
+    std::vector<osg::NodePtr> pickParts(const viewer::PixelRectangle& rectangle)
+    {
+        viewer::RegionOption option(rectangle);
+        return m_picker.getPickedNodes(&option);
     }
 
     static osg::GeometryPtr rectangle(const float z = 0, const osg::MaterialPtr& material = osg::NullFC)
@@ -373,6 +381,74 @@ TEST_F(EmbreePickerTest, TheNodeListIsThatOfTheRegion)
     report();
 
     EXPECT_THAT(m_picker.getPickedNodes(nullptr), ElementsAre(front, back));
+}
+
+TEST_F(EmbreePickerTest, ARectangleGivesThePartsInTheOrderOfTheScene)
+{
+    const osg::NodePtr back = makeGroup({makeNode(rectangle(-0.5F)), makeNode(rectangle(-0.6F))});
+    NodeUtils::setName(back, "back", false);
+    add(back);
+    const osg::NodePtr lines =
+        add(makeGeometry(GL_LINES, {osg::Pnt3f(-0.1F, 0, 0), osg::Pnt3f(0.1F, 0, 0)}, {}, osg::NullFC));
+    add(rectangle(0.6F, makePlainMaterial(osg::Color3f(1, 0, 0), 1)));
+    const osg::NodePtr front = add(rectangle(0.5F));
+    const osg::NodePtr hidden = add(rectangle(0.5F));
+    setTravMask(hidden, 0);
+    report();
+
+    EXPECT_THAT(pickParts({40, 40, 60, 60}), ElementsAre(back, lines, front));
+    m_picker.setFullyEnclosed(true);
+    EXPECT_THAT(pickParts({40, 40, 60, 60}), ElementsAre(lines));
+    EXPECT_THAT(pickParts({20, 20, 80, 80}), ElementsAre(back, lines, front));
+    m_picker.setDepthSelection(false);
+    EXPECT_THAT(pickParts({20, 20, 80, 80}), ElementsAre(front));
+}
+
+TEST_F(EmbreePickerTest, OfARectangleOnlyWhatLiesInTheViewportCounts)
+{
+    const osg::NodePtr node = add(makeRectangle(0.5F, -0.5F, 1.5F, 0.5F, 0, osg::NullFC));
+    report();
+
+    EXPECT_THAT(pickParts({0, 0, 1000, 100}), ElementsAre(node));
+    EXPECT_THAT(pickParts({101, 0, 1000, 100}), IsEmpty());
+    EXPECT_THAT(pickParts({-10, -10, 0, 0}), IsEmpty());
+    m_picker.setFullyEnclosed(true);
+    EXPECT_THAT(pickParts({0, 0, 1000, 100}), IsEmpty());
+}
+
+TEST_F(EmbreePickerTest, WhatIsInFrontInALargeRectangleIsFoundOnARaster)
+{
+    m_picker.setViewportSize(4000, 4000);
+    const osg::NodePtr front = add(rectangle(0.5F));
+    add(rectangle(0));
+    report();
+    m_picker.setDepthSelection(false);
+
+    EXPECT_THAT(pickParts({0, 0, 4000, 4000}), ElementsAre(front));
+}
+
+TEST_F(EmbreePickerTest, TheSameRectangleIsAnsweredFromTheCacheUntilASettingOrTheSceneChanges)
+{
+    const osg::NodePtr node = add(rectangle());
+    report();
+    EXPECT_THAT(pickParts({40, 40, 60, 60}), ElementsAre(node));
+    m_picker.setPointer(osg::Pnt2f(40, 40));
+    pickParts({40, 40, 60, 60});
+    const int nodePicks = m_picker.nodePicks;
+    pickParts({40, 40, 60, 60});
+    EXPECT_EQ(m_picker.nodePicks, nodePicks);
+
+    m_picker.setFullyEnclosed(true);
+    EXPECT_THAT(pickParts({40, 40, 60, 60}), IsEmpty());
+    EXPECT_EQ(m_picker.nodePicks, nodePicks + 1);
+    EXPECT_THAT(pickParts({20, 20, 80, 80}), ElementsAre(node));
+    EXPECT_EQ(m_picker.nodePicks, nodePicks + 2);
+
+    setTravMask(node, 0);
+    report();
+    EXPECT_THAT(pickParts({20, 20, 80, 80}), IsEmpty());
+    EXPECT_THAT(m_picker.getPickedNodes(nullptr), IsEmpty());
+    EXPECT_EQ(m_picker.nodePicks, nodePicks + 4);
 }
 
 TEST_F(EmbreePickerTest, AnUnchangedQuestionIsAnsweredFromTheCache)

@@ -3,6 +3,7 @@
 
 #include "Viewer/Model/GeometryData.h"
 #include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/Part.h"
 #include "Viewer/Model/SceneTraversal.h"
 
 #include <SceneUtilities/koNodeUtils.h>
@@ -299,15 +300,15 @@ private:
             return;
         }
         Mesh& mesh = getMesh(id, instance.geometry);
-        if (mesh.data.triangles.empty()) {
-            return;
+        // Rays hit triangles only; what has none is found by rectangles.
+        if (!mesh.data.triangles.empty()) {
+            RTCGeometry geometry = rtcNewGeometry(m_device, RTC_GEOMETRY_TYPE_INSTANCE);
+            rtcSetGeometryInstancedScene(geometry, mesh.scene);
+            rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, instance.toWorld.getValues());
+            rtcCommitGeometry(geometry);
+            rtcAttachGeometryByID(m_top, geometry, static_cast<unsigned>(m_instances.size()));
+            rtcReleaseGeometry(geometry);
         }
-        RTCGeometry geometry = rtcNewGeometry(m_device, RTC_GEOMETRY_TYPE_INSTANCE);
-        rtcSetGeometryInstancedScene(geometry, mesh.scene);
-        rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, instance.toWorld.getValues());
-        rtcCommitGeometry(geometry);
-        rtcAttachGeometryByID(m_top, geometry, static_cast<unsigned>(m_instances.size()));
-        rtcReleaseGeometry(geometry);
         m_instances.push_back({instance.node, instance.material, toWorld, &mesh.data});
     }
 
@@ -359,6 +360,10 @@ private:
 
 bool EmbreePicker::Key::equals(const Key& other) const
 {
+    if (rectangle.has_value() != other.rectangle.has_value() ||
+        (rectangle && (!(*rectangle == *other.rectangle) || enclosed != other.enclosed || depth != other.depth))) {
+        return false;
+    }
     // Exact: the tolerant comparisons of points and matrices would let a slow camera keep a stale answer.
     return set && other.set && std::equal(pointer.getValues(), pointer.getValues() + 2, other.pointer.getValues()) &&
            std::equal(camera.getValues(), camera.getValues() + 16, other.camera.getValues()) && width == other.width &&
@@ -440,6 +445,14 @@ bool EmbreePicker::isCacheValid()
     return (m_asksForNodes ? m_nodesKey : m_pickKey).equals(getCurrentKey());
 }
 
+bool EmbreePicker::updateSelectionOption(osg::SelectionOption*& option)
+{
+    const auto* region = dynamic_cast<const RegionOption*>(option);
+    m_rectangle = region == nullptr ? std::nullopt : std::optional<PixelRectangle>(region->getRectangle());
+    // Part of the key that isCacheValid() compares.
+    return false;
+}
+
 void EmbreePicker::computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,
                                  osg::MaterialPtr& material, osg::SelectionOption*)
 {
@@ -456,8 +469,12 @@ void EmbreePicker::computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec
 void EmbreePicker::computePickedNodes(std::vector<osg::NodePtr>* nodes, osg::SelectionOption*)
 {
     nodes->clear();
-    for (const Hit& hit : pickRegion()) {
-        nodes->push_back(hit.node);
+    if (m_rectangle) {
+        *nodes = pickParts(*m_rectangle);
+    } else {
+        for (const Hit& hit : pickRegion()) {
+            nodes->push_back(hit.node);
+        }
     }
     m_nodesKey = getCurrentKey();
 }
@@ -490,6 +507,9 @@ EmbreePicker::Key EmbreePicker::getCurrentKey() const
     key.height = m_height;
     key.region = getSelectionRegion();
     key.transparency = getTransparencyEvaluationEnabled();
+    key.rectangle = m_rectangle;
+    key.enclosed = getFullyEnclosed();
+    key.depth = getDepthSelection();
     key.revision = m_revision;
     key.set = true;
     return key;
@@ -678,6 +698,66 @@ std::vector<EmbreePicker::Hit> EmbreePicker::pickRegion()
     }
     std::stable_sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.distance < b.distance; });
     return hits;
+}
+
+std::vector<osg::NodePtr> EmbreePicker::pickParts(const PixelRectangle& rectangle)
+{
+    updateRegionIndex();
+    // What lies beside the view is not seen, however far the rectangle reaches.
+    const PixelRectangle seen{std::max(0.0, rectangle.left), std::max(0.0, rectangle.top),
+                              std::min(static_cast<double>(m_width), rectangle.right),
+                              std::min(static_cast<double>(m_height), rectangle.bottom)};
+    const Matrix4 worldToClip(m_camera);
+    if (!worldToClip.isFinite() || !(seen.left < seen.right) || !(seen.top < seen.bottom)) {
+        return {};
+    }
+    std::vector<osg::NodePtr> parts =
+        m_regionIndex.find(RegionIndex::Region(seen, worldToClip, m_width, m_height), getFullyEnclosed());
+    if (!getDepthSelection() && !parts.empty()) {
+        const std::set<osg::NodePtr> inFront = findPartsInFront(seen);
+        parts.erase(std::remove_if(parts.begin(), parts.end(),
+                                   [&](const osg::NodePtr& part) { return inFront.count(part) == 0; }),
+                    parts.end());
+    }
+    return parts;
+}
+
+std::set<osg::NodePtr> EmbreePicker::findPartsInFront(const PixelRectangle& rectangle)
+{
+    const double left = std::floor(rectangle.left);
+    const double top = std::floor(rectangle.top);
+    double step = 1;
+    while (std::ceil((rectangle.right - left) / step) * std::ceil((rectangle.bottom - top) / step) > LargestRayCount) {
+        ++step;
+    }
+    std::set<osg::NodePtr> nodes;
+    for (double y = top; y < rectangle.bottom; y += step) {
+        for (double x = left; x < rectangle.right; x += step) {
+            nodes.insert(findNodeAt(osg::Pnt2f(static_cast<float>(x), static_cast<float>(y))));
+        }
+    }
+    std::set<osg::NodePtr> parts;
+    for (const osg::NodePtr& node : nodes) {
+        parts.insert(findPart(node));
+    }
+    return parts;
+}
+
+void EmbreePicker::updateRegionIndex()
+{
+    updateScene();
+    const Key key = getCurrentKey();
+    if (m_regionIndexKey.set && m_regionIndexKey.revision == key.revision &&
+        m_regionIndexKey.transparency == key.transparency) {
+        return;
+    }
+    m_regionIndex.clear();
+    for (const Scene::Instance& instance : m_scene->getInstances()) {
+        if (!key.transparency || !isWhollyTransparent(instance.material)) {
+            m_regionIndex.add(instance.node, instance.toWorld, *instance.data);
+        }
+    }
+    m_regionIndexKey = key;
 }
 
 void EmbreePicker::updateScene()

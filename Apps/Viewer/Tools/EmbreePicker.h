@@ -2,10 +2,15 @@
 #pragma once
 
 #include "Viewer/Model/SceneChanges.h"
+#include "Viewer/Tools/RegionIndex.h"
+#include "Viewer/Tools/RegionOption.h"
 
 #include <Interaction/LazyPicker.h>
 
 #include <memory>
+#include <optional>
+#include <set>
+#include <vector>
 
 namespace quon::viewer {
 
@@ -23,16 +28,25 @@ namespace quon::viewer {
  * The selection region is half the edge length, in pixels, of a square around the pointer; 0 is the pointer's pixel.
  * Fully enclosed asks for nodes that lie in the region as a whole. Depth selection off leaves only what is in front at
  * some pixel of the region. With transparency evaluation, what is wholly transparent lets the ray through. With
- * consistent normals, a normal points to the side that the ray comes from. Materials have no layers here and options
- * are not read.
+ * consistent normals, a normal points to the side that the ray comes from. Materials have no layers here.
  * @par Modes
  * SinglePick and AllHits go along the ray; Region gives each node of the region once, with its point nearest to the
  * viewer, nearest first. Any other mode finds nothing.
+ * @par Options
+ * With a RegionOption, getPickedNodes() gives the parts in its rectangle, see findPart(), each once and in the order of
+ * the scene; the pointer and the selection region do not matter, and neither does what of the rectangle lies beside the
+ * viewport. Here lines and points count as well. Fully enclosed
+ * asks for the parts of which all visible geometry lies in the rectangle. Depth selection off leaves the parts that a
+ * ray hits first, through every pixel of the rectangle, or through a raster of LargestRayCount at most in a larger one.
+ * Other options are not read.
  * @par Staleness
  * The picker does not see edits of the scene by itself: sceneChanged() must hear of them.
  */
 class EmbreePicker : public interaction::LazyPicker, public SceneChangeListener {
 public:
+    /** The number of rays that tell what is in front in a rectangle. */
+    static constexpr int LargestRayCount = 65536;
+
     EmbreePicker();
     ~EmbreePicker() override;
 
@@ -61,8 +75,15 @@ public:
      */
     osg::NodePtr findNodeAt(const osg::Pnt2f& position);
 
+    /** The number of geometries that the last rectangle cut: only these were looked into. */
+    std::size_t getExactTestCount() const { return m_regionIndex.getExactTestCount(); }
+
 protected:
     bool isCacheValid() override;
+
+    /** Notes the rectangle of a RegionOption, which the cached answers depend on. */
+    bool updateSelectionOption(osg::SelectionOption*& option) override;
+
     void computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,
                        osg::MaterialPtr& material, osg::SelectionOption* option) override;
     void computePickedNodes(std::vector<osg::NodePtr>* nodes, osg::SelectionOption* option) override;
@@ -95,6 +116,9 @@ private:
         int height = 0;
         int region = 0;
         bool transparency = false;
+        std::optional<PixelRectangle> rectangle; ///< of the option
+        bool enclosed = false;                   ///< counts with a rectangle only
+        bool depth = false;                      ///< counts with a rectangle only
         unsigned revision = 0;
         bool set = false; ///< false: nothing was computed, equals no key
 
@@ -105,6 +129,9 @@ private:
     bool makeRay(const osg::Pnt2f& position, Ray& ray) const;
     std::vector<Hit> pickRay(const osg::Pnt2f& position, bool nearestOnly);
     std::vector<Hit> pickRegion();
+    std::vector<osg::NodePtr> pickParts(const PixelRectangle& rectangle);
+    std::set<osg::NodePtr> findPartsInFront(const PixelRectangle& rectangle);
+    void updateRegionIndex();
     void updateScene();
 
     std::unique_ptr<Scene> m_scene;
@@ -116,7 +143,10 @@ private:
     bool m_sceneStale = true;
     Key m_pickKey;
     Key m_nodesKey;
-    bool m_asksForNodes = false; ///< inside getPickedNodes()
+    bool m_asksForNodes = false;               ///< inside getPickedNodes()
+    std::optional<PixelRectangle> m_rectangle; ///< of the option that was passed last
+    RegionIndex m_regionIndex;
+    Key m_regionIndexKey; ///< what the index was filled for: only revision and transparency count
 };
 
 } // namespace quon::viewer
