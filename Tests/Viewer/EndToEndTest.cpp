@@ -276,15 +276,13 @@ TEST_F(EndToEndTest, HoveringNamesThePartUntilThePointerLeaves)
     QObject::connect(&m_session, &viewer::ViewerSession::hoveredChanged,
                      [&](const QString& name) { names.push_back(name.toStdString()); });
 
-    m_user.move(onRed());
-    m_user.move(onBlue());
-    m_user.move(besideAll());
+    for (const QPoint& place : {onRed(), onBlue(), besideAll(), onRed()}) {
+        m_user.move(place);
+        m_session.beginFrame();
+    }
     m_user.leave();
 
-    EXPECT_EQ(names.at(0), "red");
-    EXPECT_EQ(names.at(1), "blue");
-    EXPECT_EQ(names.at(2), "");
-    EXPECT_EQ(names.back(), "");
+    EXPECT_THAT(names, ElementsAre("red", "blue", "", "red", ""));
 }
 
 TEST_F(EndToEndTest, LockingASelectedPartTurnsItsBoxNearBlackAndUnlockingOrangeAgain)
@@ -576,8 +574,10 @@ TEST_F(EndToEndTest, WithoutAModelEveryKeyAndClickIsHarmless)
 
 TEST_F(EndToEndTest, NotificationsTellWhatIsSelectedAndHow)
 {
-    EXPECT_THAT(notifications(), ElementsAre("Click selects a part, Ctrl+click adds it or takes it out",
-                                             "Nothing selected  |  boxes over the scene"));
+    EXPECT_THAT(
+        notifications(),
+        ElementsAre("Click selects a part, Ctrl+click adds it or takes it out, Shift+drag selects with a rectangle",
+                    "Nothing selected  |  boxes over the scene"));
 
     m_user.click(onRed());
     m_user.type(Qt::Key_L);

@@ -152,6 +152,7 @@ TEST_F(MainWindowTest, TheViewportTakesClicksAndKeysAndHoveringNamesThePart)
     const QPoint middle = m_window.getViewport().rect().center();
 
     user.click(middle);
+    m_session.beginFrame();
     EXPECT_EQ(m_session.getSelection().getSelection().size(), 1U);
     EXPECT_THAT(statusTexts(), Contains("plate"));
 

@@ -59,6 +59,8 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Select the parts of the selected groups"), Qt::Key_PageDown, None},
         {"new-set", Group::Select, "add", QT_TRANSLATE_NOOP("Commands", "New selection set"),
          QT_TRANSLATE_NOOP("Commands", "Keep the selected parts as a named set"), Qt::Key_K, None},
+        {"visible-only", Group::Select, "", QT_TRANSLATE_NOOP("Commands", "Rectangle selects visible parts only"),
+         QT_TRANSLATE_NOOP("Commands", "Let the rectangle leave out parts that are hidden behind others"), 0, None},
 
         {"fit", Group::View, "fit", QT_TRANSLATE_NOOP("Commands", "Fit all"),
          QT_TRANSLATE_NOOP("Commands", "Fit the model into the view"), Qt::Key_F, None},

@@ -29,6 +29,8 @@ constexpr MouseBinding MouseBindings[] = {
      QT_TRANSLATE_NOOP("InputBindings", "Add the part under the pointer or take it out")},
     {Qt::LeftButton, Qt::ShiftModifier, "tool:box",
      QT_TRANSLATE_NOOP("InputBindings", "Select what a rectangle encloses (to the right) or touches (to the left)")},
+    {Qt::LeftButton, static_cast<int>(Qt::ControlModifier) | static_cast<int>(Qt::ShiftModifier), "tool:box-add",
+     QT_TRANSLATE_NOOP("InputBindings", "Add what a rectangle encloses (to the right) or touches (to the left)")},
     {Qt::RightButton, Qt::NoModifier, "navigate:orbit", QT_TRANSLATE_NOOP("InputBindings", "Turn the view")},
     {Qt::MiddleButton, Qt::NoModifier, "navigate:pan", QT_TRANSLATE_NOOP("InputBindings", "Move the view")},
     {Qt::RightButton, Qt::ShiftModifier, "navigate:pan", QT_TRANSLATE_NOOP("InputBindings", "Move the view")},

@@ -32,6 +32,9 @@ using Kind = SelectionLook::Kind;
 
 constexpr osg::UInt32 Hidden = 0;
 
+// Milliseconds: as long as a picture stands at 60 per second.
+constexpr int FrameInterval = 16;
+
 osg::NodePtr makeGroup(const char* name)
 {
     const osg::NodePtr node = osg::Node::create();
@@ -87,6 +90,7 @@ ViewerSession::ViewerSession()
     connect(&m_sets, &SelectionSets::changed, this, &ViewerSession::redrawNeeded);
     m_selectionTool.setHovered(
         [this](const osg::NodePtr& node) { emit hoveredChanged(QString::fromStdString(NodeUtils::getName(node))); });
+    m_selectionTool.getRubberBand().setChanged([this] { emit overlaysChanged(); });
     m_toolContext.addTool("", &m_selectionTool);
     m_toolContext.setPicker(&m_picker);
     m_toolContext.setModeChanged([this] { emit modeChanged(); });
@@ -95,8 +99,17 @@ ViewerSession::ViewerSession()
         m_editor.select({});
         return any;
     });
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setInterval(FrameInterval);
+    connect(&m_frameTimer, &QTimer::timeout, this, &ViewerSession::beginFrame);
+    m_toolContext.setFrameWanted([this] {
+        if (!m_frameTimer.isActive()) {
+            m_frameTimer.start();
+        }
+    });
     addOverlay(&m_axisCross);
     connect(&m_bindings, &InputBindings::aboutToChange, this, &ViewerSession::focusLost);
+    addOverlay(&m_selectionTool.getRubberBand());
     addCommands();
     m_interactionManager->addContext(&m_commandContext);
     m_interactionManager->addContext(&m_navigationContext);
@@ -209,6 +222,14 @@ void ViewerSession::processSceneChanges()
     }
 }
 
+void ViewerSession::beginFrame()
+{
+    m_frameTimer.stop();
+    processSceneChanges();
+    m_toolContext.beginFrame();
+    processSceneChanges();
+}
+
 void ViewerSession::focusLost()
 {
     // The events that end a pending press are those of a click: the tool must not take them for one.
@@ -243,6 +264,12 @@ void ViewerSession::removeOverlay(OverlayItem* item)
 {
     m_overlays.erase(std::remove(m_overlays.begin(), m_overlays.end(), item), m_overlays.end());
     emit redrawNeeded();
+}
+
+Qt::CursorShape ViewerSession::getCursor() const
+{
+    const ViewerTool* tool = m_toolContext.getCurrentTool();
+    return tool == nullptr ? Qt::ArrowCursor : tool->getCursor();
 }
 
 void ViewerSession::retranslate()
@@ -336,6 +363,9 @@ void ViewerSession::addCommands()
         "visualisation",
         {[this] { switchVisualisation(); }, [this] { return m_display.getLook().kind == Kind::Wireframe; }, {}});
     commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_display.getLook().overlay; }, {}});
+    commands.setCommand("visible-only", {[this] { m_selectionTool.setVisibleOnly(!m_selectionTool.isVisibleOnly()); },
+                                         [this] { return m_selectionTool.isVisibleOnly(); },
+                                         {}});
     commands.setCommand("fit", {[this] { m_camera.fit(); }, {}, {}});
     for (const char* view : {"front", "right", "top", "iso", "back", "left", "bottom"}) {
         commands.setCommand(view, {[this, view] { m_camera.setStandardView(view); }, {}, {}});

@@ -27,6 +27,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 #include <string>
@@ -119,6 +120,14 @@ public:
      */
     void processSceneChanges();
 
+    /**
+     * Lets the tool catch up with the pointer: hovering and rectangles pick here, at most once per frame.
+     *
+     * Called before drawing, and by itself soon after the pointer moved in case nothing is drawn. Includes
+     * processSceneChanges().
+     */
+    void beginFrame();
+
     /** Ends everything pending without selecting anything. */
     void focusLost();
 
@@ -132,6 +141,9 @@ public:
     void addOverlay(OverlayItem* item);
     void removeOverlay(OverlayItem* item);
     const std::vector<OverlayItem*>& getOverlays() const { return m_overlays; }
+
+    /** Returns the shape of the pointer over the view. */
+    Qt::CursorShape getCursor() const;
 
     /** Whether the view has a dark background. */
     bool isDark() const { return m_dark; }
@@ -180,6 +192,9 @@ signals:
     /** Another mode of the tools is current. */
     void modeChanged();
 
+    /** What the overlays paint is out of date, but not the scene below. */
+    void overlaysChanged();
+
     /** The picture is out of date. */
     void redrawNeeded();
 
@@ -217,6 +232,7 @@ private:
     notification::TextNotification* m_status;
     std::vector<SceneChangeListener*> m_listeners;
     std::vector<OverlayItem*> m_overlays;
+    QTimer m_frameTimer; ///< runs out when no picture was drawn after the pointer moved
     bool m_dark = false;
 };
 

@@ -17,6 +17,11 @@ namespace {
 
 constexpr float DragDistance = 3;
 
+bool isBoxHint(const std::string& hint)
+{
+    return hint == "box" || hint == "box-add";
+}
+
 } // namespace
 
 SelectionTool::SelectionTool(SceneEditor& editor)
@@ -30,93 +35,155 @@ void SelectionTool::setHovered(std::function<void(const osg::NodePtr&)> hovered)
     m_hovered = std::move(hovered);
 }
 
+bool SelectionTool::leaveStep()
+{
+    if (!m_band.isActive()) {
+        return false;
+    }
+    cancel();
+    return true;
+}
+
 void SelectionTool::cancel()
 {
     m_click = false;
+    m_drawsBand = false;
+    m_band.stop();
+    report(osg::NullFC);
 }
 
 void SelectionTool::retranslate()
 {
-    setDescription(
-        QCoreApplication::translate("SelectionTool", "Click selects a part, Ctrl+click adds it or takes it out")
-            .toStdString());
+    setDescription(QCoreApplication::translate("SelectionTool",
+                                               "Click selects a part, Ctrl+click adds it or takes it out, Shift+drag "
+                                               "selects with a rectangle")
+                       .toStdString());
+}
+
+Qt::CursorShape SelectionTool::getCursor() const
+{
+    return m_band.isActive() ? Qt::CrossCursor : Qt::ArrowCursor;
+}
+
+void SelectionTool::pointerMoved(interaction::ToolInteractionContext* context)
+{
+    // Unless a "hover" follows, a button is held.
+    m_hovering = false;
+    const osg::Pnt2f pointer = context->getPicker()->getPointer();
+    if (m_click && pointer.dist2(m_pressed) >= DragDistance * DragDistance) {
+        m_click = false;
+        if (m_drawsBand) {
+            m_band.start(m_pressed);
+        }
+    }
+    m_band.moveTo(pointer);
+}
+
+void SelectionTool::beginFrame(interaction::ToolInteractionContext* context)
+{
+    interaction::Picker* picker = context->getPicker();
+    if (picker == nullptr) {
+        return;
+    }
+    if (m_band.isActive()) {
+        report(osg::NullFC);
+        m_band.setCount(static_cast<int>(pickInRectangle(*picker).size()));
+    } else {
+        // The picker knows whether anything moved since it was asked last.
+        report(m_hovering ? findPart(picker->getPickedNode(nullptr)) : osg::NodePtr(osg::NullFC));
+    }
 }
 
 void SelectionTool::deactivateTool(interaction::ToolInteractionContext* context)
 {
+    m_hovering = false;
     cancel();
-    report(osg::NullFC);
     AbstractInteractionTool::deactivateTool(context);
 }
 
 bool SelectionTool::startTool(interaction::ToolInteractionContext* context, const std::string& hint)
 {
-    if (!isPickHint(hint) || context->getPicker() == nullptr) {
+    if (!isOwnHint(hint) || context->getPicker() == nullptr) {
         return false;
     }
+    m_band.stop();
     m_pressed = context->getPicker()->getPointer();
     m_click = true;
-    return true;
-}
-
-bool SelectionTool::processTool(interaction::ToolInteractionContext* context, const std::string&)
-{
-    noteMovement(context);
+    m_drawsBand = isBoxHint(hint);
     return true;
 }
 
 bool SelectionTool::triggerTool(interaction::ToolInteractionContext* context, const std::string& hint)
 {
-    if (!isPickHint(hint) || context->getPicker() == nullptr) {
+    interaction::Picker* picker = context->getPicker();
+    if (!isOwnHint(hint) || picker == nullptr) {
         return false;
     }
-    // Moves reach the tool only while the modifiers stay as they were: the last stretch is measured here.
-    noteMovement(context);
-    if (!m_click) {
-        return true;
+    if (std::exchange(m_click, false)) {
+        click(*picker, hint);
+    } else if (m_band.isActive() && isBoxHint(hint)) {
+        // A copy: the list is the picker's.
+        const std::vector<osg::NodePtr> parts = pickInRectangle(*picker);
+        m_band.stop();
+        if (hint == "box") {
+            m_editor.select(parts);
+        } else {
+            m_editor.add(parts);
+        }
     }
-    m_click = false;
-
-    const osg::NodePtr node = findPart(context->getPicker()->getPickedNode(nullptr));
-    if (hint == "toggle") {
-        m_editor.toggle(node);
-    } else if (node == osg::NullFC) {
-        m_editor.select({});
-    } else {
-        m_editor.select({node});
-    }
+    m_drawsBand = false;
     return true;
 }
 
 bool SelectionTool::hoverTool(interaction::ToolInteractionContext* context, const std::string&)
 {
-    if (context->getPicker() == nullptr) {
-        return false;
-    }
-    if (m_hovered) {
-        m_hovered(findPart(context->getPicker()->getPickedNode(nullptr)));
-    }
-    return true;
+    m_hovering = context->getPicker() != nullptr;
+    return m_hovering;
 }
 
 bool SelectionTool::stopHoverTool(interaction::ToolInteractionContext*, const std::string&)
 {
+    m_hovering = false;
     report(osg::NullFC);
     return true;
 }
 
-void SelectionTool::noteMovement(interaction::ToolInteractionContext* context)
+bool SelectionTool::isOwnHint(const std::string& hint) const
 {
-    if (context->getPicker() != nullptr &&
-        context->getPicker()->getPointer().dist2(m_pressed) >= DragDistance * DragDistance) {
-        m_click = false;
+    return isPickHint(hint) || isBoxHint(hint);
+}
+
+void SelectionTool::click(interaction::Picker& picker, const std::string& hint)
+{
+    const osg::NodePtr part = findPart(picker.getPickedNode(nullptr));
+    if (isBoxHint(hint)) {
+        if (part != osg::NullFC) {
+            m_editor.add({part});
+        }
+    } else if (hint == "toggle") {
+        m_editor.toggle(part);
+    } else if (part == osg::NullFC) {
+        m_editor.select({});
+    } else {
+        m_editor.select({part});
     }
 }
 
-void SelectionTool::report(const osg::NodePtr& node)
+const std::vector<osg::NodePtr>& SelectionTool::pickInRectangle(interaction::Picker& picker) const
 {
-    if (m_hovered) {
-        m_hovered(node);
+    picker.setFullyEnclosed(!m_band.isTouching());
+    picker.setDepthSelection(!m_visibleOnly);
+    RegionOption option(m_band.getRectangle());
+    return picker.getPickedNodes(&option);
+}
+
+void SelectionTool::report(const osg::NodePtr& part)
+{
+    if (part != m_hoveredPart) {
+        m_hoveredPart = part;
+        if (m_hovered) {
+            m_hovered(part);
+        }
     }
 }
 

@@ -59,11 +59,31 @@ void ToolContext::contextRemoved(interaction::InteractionManager* manager)
     m_modes.clear();
 }
 
+void ToolContext::setFrameWanted(std::function<void()> wanted)
+{
+    m_frameWanted = std::move(wanted);
+}
+
+void ToolContext::beginFrame()
+{
+    if (ViewerTool* tool = getCurrentTool(); tool != nullptr) {
+        tool->beginFrame(this);
+    }
+}
+
 void ToolContext::pointerMoved(const osg::Pnt2f& position)
 {
     ToolInteractionContext::pointerMoved(position);
-    if (getPicker() != nullptr) {
-        getPicker()->setPointer(position);
+    if (getPicker() == nullptr) {
+        return;
+    }
+    // Whoever reports the pointer may report the place it is at.
+    const osg::Pnt2f before = getPicker()->getPointer();
+    getPicker()->setPointer(position);
+    ViewerTool* tool = getCurrentTool();
+    if (tool != nullptr && position != before) {
+        tool->pointerMoved(this);
+        wantFrame();
     }
 }
 
@@ -79,6 +99,9 @@ bool ToolContext::triggerEvent(interaction::InteractionManager* manager, const i
 {
     if (event.getTool() == "qt-key" && event.getEvent() == "press" && isEscape(event.getHint())) {
         return escape();
+    }
+    if (event.getTool() == getToolCategory() && event.getEvent() == "hover") {
+        wantFrame();
     }
     const bool consumed = ToolInteractionContext::triggerEvent(manager, event);
     if (consumed && event.getTool() == getModeCategory()) {
@@ -124,6 +147,13 @@ bool ToolContext::escape()
         return stopMode(mode);
     }
     return m_idleEscape && m_idleEscape();
+}
+
+void ToolContext::wantFrame()
+{
+    if (m_frameWanted) {
+        m_frameWanted();
+    }
 }
 
 } // namespace quon::viewer

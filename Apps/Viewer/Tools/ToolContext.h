@@ -46,6 +46,12 @@ public:
     /** @param escape called on Escape when nothing is under way; returns whether there was something to do */
     void setIdleEscape(std::function<bool()> escape);
 
+    /** @param wanted called when the tool may have something to do at the next frame: the pointer moved or hovers */
+    void setFrameWanted(std::function<void()> wanted);
+
+    /** Lets the current tool catch up with the pointer, see ViewerTool::beginFrame(). */
+    void beginFrame();
+
     void contextRemoved(interaction::InteractionManager* manager) override;
     void pointerMoved(const osg::Pnt2f& position) override;
     void cameraMoved(const osg::Matrix& camera) override;
@@ -57,12 +63,14 @@ public:
 private:
     bool escape();
     void noteMode(const std::string& mode, bool started);
+    void wantFrame();
 
     std::map<std::string, ViewerTool*> m_tools;
     std::string m_mode;
     std::vector<std::string> m_modes; ///< the base keeps its own to itself
     std::function<void()> m_modeChanged;
     std::function<bool()> m_idleEscape;
+    std::function<void()> m_frameWanted;
 };
 
 } // namespace quon::viewer

@@ -69,6 +69,7 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
     }
     m_session.addSceneChangeListener(&m_renderer);
     connect(&m_session, &ViewerSession::redrawNeeded, this, &Viewport::redraw);
+    connect(&m_session, &ViewerSession::overlaysChanged, this, &Viewport::redrawOverlays);
     m_session.setViewportSize(width(), height());
     notification::NotificationManager::getInstance()->addListener(this);
 }
@@ -194,6 +195,7 @@ bool Viewport::handle(const Handle& handleEvent)
     m_session.processSceneChanges();
     const bool consumed = handleEvent();
     m_session.processSceneChanges();
+    setCursor(m_session.getCursor());
     return consumed;
 }
 
@@ -214,7 +216,10 @@ void Viewport::notificationRemoved(notification::Notification*)
 
 void Viewport::draw(const int width, const int height, const double pixelRatio)
 {
-    m_session.processSceneChanges();
+    // What changes now is in the picture already.
+    m_beginsFrame = true;
+    m_session.beginFrame();
+    m_beginsFrame = false;
     m_renderer.setPixelRatio(pixelRatio);
     m_renderer.setBackground(m_session.isDark() ? DarkTop : LightTop, m_session.isDark() ? DarkBottom : LightBottom);
     const CameraController& camera = m_session.getCamera();
@@ -263,8 +268,15 @@ void Viewport::paintOverlays(QPainter& painter)
 
 void Viewport::redraw()
 {
-    if (m_surface != nullptr) {
+    if (m_surface != nullptr && !m_beginsFrame) {
         m_surface->update();
+    }
+    redrawOverlays();
+}
+
+void Viewport::redrawOverlays()
+{
+    if (m_overlay != nullptr) {
         m_overlay->update();
     }
 }

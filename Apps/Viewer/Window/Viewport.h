@@ -92,12 +92,14 @@ private:
     QImage drawOffscreen(bool multisampling);
     void paintOverlays(QPainter& painter);
     void redraw();
+    void redrawOverlays();
 
     ViewerSession& m_session;
     SceneRenderer m_renderer;
     GlSurface* m_surface = nullptr;                ///< in a window; a child
     Overlay* m_overlay = nullptr;                  ///< in a window; a child
     std::unique_ptr<OffscreenSurface> m_offscreen; ///< for pictures, made at the first one
+    bool m_beginsFrame = false;                    ///< about to draw
     int m_wheelRest = 0;                           ///< eighths of a degree that do not make up a step yet
 };
 
