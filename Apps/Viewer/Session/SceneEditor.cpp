@@ -145,8 +145,21 @@ void SceneEditor::removeFollower(interaction::NodeSelectionModel* model)
     followers.erase(std::remove(followers.begin(), followers.end(), model), followers.end());
 }
 
+void SceneEditor::setEditListener(std::function<void(Edit, const std::vector<osg::NodePtr>&)> listener)
+{
+    m_editListener = std::move(listener);
+}
+
+void SceneEditor::report(const Edit edit, const std::vector<osg::NodePtr>& nodes) const
+{
+    if (m_editListener) {
+        m_editListener(edit, nodes);
+    }
+}
+
 void SceneEditor::select(const std::vector<osg::NodePtr>& nodes)
 {
+    report(Edit::Select, nodes);
     const std::vector<osg::NodePtr> wanted = tidy(nodes);
     const auto& selection = m_selection.getSelection();
     std::vector<osg::NodePtr> deselected;
@@ -157,11 +170,13 @@ void SceneEditor::select(const std::vector<osg::NodePtr>& nodes)
 
 void SceneEditor::add(const std::vector<osg::NodePtr>& nodes)
 {
+    report(Edit::Add, nodes);
     changeSelectionBy(tidy(nodes), {});
 }
 
 void SceneEditor::remove(const std::vector<osg::NodePtr>& nodes)
 {
+    report(Edit::Remove, nodes);
     changeSelectionBy({}, tidy(nodes));
 }
 
@@ -176,6 +191,7 @@ void SceneEditor::toggle(const osg::NodePtr& node)
 
 void SceneEditor::hide(const std::vector<osg::NodePtr>& nodes)
 {
+    report(Edit::Hide, nodes);
     const std::vector<osg::NodePtr> hidden = tidy(nodes);
     MaskPlan plan;
     for (const osg::NodePtr& node : hidden) {
@@ -186,6 +202,7 @@ void SceneEditor::hide(const std::vector<osg::NodePtr>& nodes)
 
 void SceneEditor::show(const std::vector<osg::NodePtr>& nodes)
 {
+    report(Edit::Show, nodes);
     const std::vector<osg::NodePtr> shown = tidy(nodes);
     MaskPlan plan;
     for (const osg::NodePtr& node : shown) {
@@ -197,6 +214,7 @@ void SceneEditor::show(const std::vector<osg::NodePtr>& nodes)
 
 void SceneEditor::isolate(const std::vector<osg::NodePtr>& nodes)
 {
+    report(Edit::Isolate, nodes);
     std::unordered_set<osg::UInt32> kept;
     std::size_t count = 0;
     for (const osg::NodePtr& isolated : tidy(nodes)) {
@@ -227,6 +245,7 @@ void SceneEditor::isolate(const std::vector<osg::NodePtr>& nodes)
 
 void SceneEditor::showAll()
 {
+    report(Edit::ShowAll, {});
     std::vector<Change> changes;
     walkNodes(m_scene.root, [&](const osg::NodePtr& node) {
         if (node->getTravMask() == Hidden) {
@@ -239,6 +258,7 @@ void SceneEditor::showAll()
 
 void SceneEditor::setLocked(const std::vector<osg::NodePtr>& nodes, const bool locked)
 {
+    report(locked ? Edit::Lock : Edit::Unlock, nodes);
     std::vector<osg::NodePtr> changed = tidy(nodes);
     changed.erase(std::remove_if(changed.begin(), changed.end(),
                                  [&](const osg::NodePtr& node) { return isLocked(node) == locked; }),

@@ -43,6 +43,9 @@ namespace quon::viewer {
  */
 class SceneEditor {
 public:
+    /** What is asked for. */
+    enum class Edit { Select, Add, Remove, Hide, Show, Isolate, ShowAll, Lock, Unlock };
+
     /** The number of steps that are kept. */
     static constexpr int HistoryLimit = 100;
 
@@ -63,6 +66,13 @@ public:
 
     /** Does so no more; an unknown model is ignored. */
     void removeFollower(interaction::NodeSelectionModel* model);
+
+    /**
+     * Sets who is told of every operation on nodes before it is carried out, whether or not it will change anything.
+     *
+     * Taking back and doing again is none. An empty function is nobody.
+     */
+    void setEditListener(std::function<void(Edit, const std::vector<osg::NodePtr>&)> listener);
 
     /** Makes @p nodes the selection; an empty list clears it. */
     void select(const std::vector<osg::NodePtr>& nodes);
@@ -136,6 +146,7 @@ public:
     const QUndoStack& getHistory() const { return m_history; }
 
 private:
+    void report(Edit edit, const std::vector<osg::NodePtr>& nodes) const;
     void changeSelectionBy(const std::vector<osg::NodePtr>& selected, const std::vector<osg::NodePtr>& deselected);
     void changeVisibility(VisibilityEdit::Kind kind, std::size_t asked, std::vector<VisibilityEdit::Change> changes);
     void finishGestureSoFar();
@@ -143,6 +154,7 @@ private:
 
     interaction::NodeSelectionModel& m_selection;
     EditedScene m_scene;
+    std::function<void(Edit, const std::vector<osg::NodePtr>&)> m_editListener;
     QUndoStack m_history;
     int m_gestureDepth = 0;
     NodeIds m_beforeGesture; ///< what was selected, ids in ascending order
