@@ -4,12 +4,15 @@
 #include "Viewer/Model/ModelReader.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Script/CommandLine.h"
+#include "Viewer/Script/InputRecorder.h"
 #include "Viewer/Script/OutputFolder.h"
 #include "Viewer/Script/Script.h"
 #include "Viewer/Script/ScriptRunner.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/MainWindow.h"
+#include "Viewer/Window/RecordingControl.h"
+#include "Viewer/Window/ScriptPlayer.h"
 #include "Viewer/Window/Viewport.h"
 
 #include <OpenSG/OSGBaseFunctions.h>
@@ -20,15 +23,22 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using quon::viewer::CommandLine;
+using quon::viewer::DivergenceError;
+using quon::viewer::InputRecorder;
 using quon::viewer::ViewerError;
 
 constexpr int BadInput = 2;
+constexpr int Diverged = 3; // something is not as a recording says
 
 // What Qt thinks of the platform is no message of the viewer's: bad input gets one line and nothing else.
 void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
@@ -38,11 +48,28 @@ void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& messa
     }
 }
 
+std::string getModelName(const CommandLine& line)
+{
+    return line.partCount > 0 ? "--generate " + std::to_string(line.partCount)
+                              : std::filesystem::path(line.model).filename().string();
+}
+
+// One line on standard error; returns the exit status that goes with it.
+int report(const std::exception& error)
+{
+    std::fprintf(stderr, "koviewer: %s\n", ViewerError::oneLine(error.what()).c_str());
+    return dynamic_cast<const DivergenceError*>(&error) != nullptr ? Diverged : BadInput;
+}
+
 void runHeadless(const CommandLine& line, int& argc, char** argv)
 {
     // Cheap checks first: nothing is loaded for a script that cannot run to its end.
     quon::viewer::OutputFolder output(line.out);
     const quon::viewer::Script script = quon::viewer::Script::load(line.script);
+    std::unique_ptr<InputRecorder> recorder;
+    if (!line.record.empty()) {
+        recorder = std::make_unique<InputRecorder>(line.record);
+    }
 
     // No window system is needed: the scene is drawn through EGL, the texts over it into an image.
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -57,7 +84,16 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
                                                     : quon::viewer::ModelLoader().load(line.model).root;
         session.setModel(model.get());
     }
-    quon::viewer::ScriptRunner(session, viewport, output).run(script);
+    if (recorder != nullptr) {
+        recorder->start(session, viewport, getModelName(line));
+    }
+    quon::viewer::ScriptRunner(session, viewport, &output).run(script);
+    if (recorder != nullptr) {
+        recorder->stop();
+        if (!recorder->getError().empty()) {
+            throw ViewerError(recorder->getError());
+        }
+    }
 }
 
 int runWindow(const CommandLine& line, int& argc, char** argv)
@@ -70,6 +106,14 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     if (!hasDisplay) {
         // Qt would end the process with a page of advice.
         throw ViewerError("no display", "use --headless, see --help");
+    }
+    std::optional<quon::viewer::Script> script;
+    if (!line.replay.empty()) {
+        script = quon::viewer::Script::load(line.replay);
+    }
+    std::unique_ptr<InputRecorder> recorder;
+    if (!line.record.empty()) {
+        recorder = std::make_unique<InputRecorder>(line.record);
     }
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
@@ -85,6 +129,14 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
         window.open(line.model);
     }
     window.show();
+    if (recorder != nullptr) {
+        window.getRecording().record(std::move(recorder));
+    }
+    if (script) {
+        QObject::connect(&window.getPlayer(), &quon::viewer::ScriptPlayer::failed,
+                         [](const std::exception& error) { QApplication::exit(report(error)); });
+        window.getPlayer().play(*script);
+    }
     return QApplication::exec();
 }
 
@@ -117,7 +169,7 @@ int main(int argc, char** argv)
     try {
         status = run(argc, argv);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "koviewer: %s\n", ViewerError::oneLine(error.what()).c_str());
+        status = report(error);
     }
     osg::osgExit();
     return status;

@@ -56,6 +56,19 @@ TEST(CommandLineTest, AGeneratedAssemblyTakesThePlaceOfAModel)
     EXPECT_EQ(line.model, "");
 }
 
+TEST(CommandLineTest, RecordingGoesWithAnythingAndReplayingWithAModelInAWindow)
+{
+    EXPECT_EQ(CommandLine::parse({"--record", "file"}).record, "file");
+    EXPECT_EQ(CommandLine::parse({"a", "--headless", "--script", "s", "--out", "o", "--record", "r"}).record, "r");
+    EXPECT_EQ(CommandLine::parse({"--replay", "file", "--generate", "3"}).replay, "file");
+    EXPECT_EQ(CommandLine::parse({"--replay", "a", "--record", "b", "model"}).replay, "a");
+
+    EXPECT_EQ(parseAndFail({"--replay", "file"}), "--replay: needs a model, see --help");
+    EXPECT_EQ(parseAndFail({"a", "--headless", "--script", "s", "--out", "o", "--replay", "r"}),
+              "--replay: goes with a window, --headless takes --script, see --help");
+    EXPECT_EQ(parseAndFail({"--record"}), "--record: needs a value, see --help");
+}
+
 TEST(CommandLineTest, APartCountIsANumberInItsRange)
 {
     const char* const refusal = "--generate: needs a number of parts from 1 to 5000000, see --help";

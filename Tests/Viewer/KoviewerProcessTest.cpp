@@ -68,6 +68,14 @@ protected:
                 m_folder.read("stderr")};
     }
 
+    Outcome runAssembly(const int partCount, const std::string& script, const std::vector<std::string>& more = {})
+    {
+        std::vector<std::string> arguments{
+            "--headless", "--script", script, "--out", m_folder.path("out"), "--generate", std::to_string(partCount)};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(arguments);
+    }
+
     Outcome runHeadless(const std::string& model, const std::string& script)
     {
         return run({"--headless", "--script", script, "--out", m_folder.path("out"), model});
@@ -138,6 +146,55 @@ TEST_F(KoviewerProcessTest, AGeneratedAssemblyIsDrawnWithoutADisplay)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.error, "");
     EXPECT_THAT(pictures(), ElementsAre("01-picture.png"));
+}
+
+TEST_F(KoviewerProcessTest, ARecordingGivesTheSamePictureAgain)
+{
+    const std::string recording = m_folder.path("recording.txt");
+    const std::string file = m_folder.write(
+        "script.txt", "size 160 120\nclick-visible 1\nkey L\ndrag 50 60 90 70 right\nclick-visible 2 ctrl\n"
+                      "wheel 80 60 2\nkey H\nkey O\nshot end\n");
+
+    const Outcome first = runAssembly(20, file, {"--record", recording});
+    EXPECT_EQ(first.status, 0) << first.error;
+    const std::string picture = m_folder.read("out/01-end.png");
+    const std::string replayed = m_folder.write("replay.txt", m_folder.read("recording.txt") + "shot end\n");
+    const Outcome second = runAssembly(20, replayed);
+
+    EXPECT_EQ(second.status, 0);
+    EXPECT_EQ(second.error, "");
+    EXPECT_FALSE(picture.empty());
+    EXPECT_EQ(m_folder.read("out/01-end.png"), picture);
+}
+
+TEST_F(KoviewerProcessTest, AReplayThatDoesNotFitTheModelEndsWithStatusThreeAndTheLine)
+{
+    const std::string file = m_folder.write("script.txt", "fit\nclick-visible 1\nexpect-selection 2\nshot end\n");
+    const Outcome selection = runAssembly(20, file);
+    EXPECT_EQ(selection.status, 3);
+    EXPECT_EQ(selection.error, "koviewer: " + file + ":3: the selection is 1 part where the recording had 2\n");
+    EXPECT_THAT(pictures(), IsEmpty());
+
+    const std::string model = m_folder.write("script.txt", "expect-model 24\n");
+    const Outcome size = runAssembly(20, model);
+    EXPECT_EQ(size.status, 3);
+    EXPECT_EQ(size.error, "koviewer: " + model + ":1: the model has 20 parts where the recording had 24\n");
+}
+
+TEST_F(KoviewerProcessTest, ARecordingThatCannotBeWrittenIsRefusedBeforeAnythingIsLoaded)
+{
+    const std::string blocked = m_folder.path("none/recording.txt");
+
+    expectRefused(run({"--headless", "--script", script(), "--out", m_folder.path("out"), "--record", blocked, "none"}),
+                  blocked + ": cannot be written: No such file or directory");
+}
+
+TEST_F(KoviewerProcessTest, ARecordingOnAFullDiskIsReportedAtTheEnd)
+{
+    const Outcome outcome = runAssembly(20, script(), {"--record", "/dev/full"});
+
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.error, "koviewer: /dev/full: cannot be written: No space left on device\n");
 }
 
 TEST_F(KoviewerProcessTest, AWindowWithoutADisplayIsRefused)

@@ -32,7 +32,7 @@ protected:
     ScriptRunnerTest()
         : m_viewport(m_session, viewer::Viewport::Target::Pictures)
         , m_output(m_folder.path("pictures"))
-        , m_runner(m_session, m_viewport, m_output)
+        , m_runner(m_session, m_viewport, &m_output)
     {
         m_viewport.show();
         const auto part = [](const char* name, const float left, const float size) {
@@ -179,6 +179,105 @@ TEST_F(ScriptRunnerTest, APictureThatCannotBeWrittenIsReportedAndLeavesNothing)
 
     EXPECT_THAT(error,
                 ::testing::StartsWith("file:3: " + m_folder.path("pictures/01-first.png") + ": cannot be written: "));
+}
+
+TEST_F(ScriptRunnerTest, NodesAreFoundByPathAndByName)
+{
+    run("select /0 large");
+    EXPECT_THAT(selection(), ::testing::UnorderedElementsAre(m_small, m_large));
+    run("select\nselect-more large\nhide /0\nlock /1");
+    EXPECT_THAT(selection(), ElementsAre(m_large));
+    EXPECT_EQ(m_small->getTravMask(), 0U);
+    EXPECT_TRUE(viewer::SceneEditor::isLocked(m_large));
+    run("show /0\nunlock large\ndeselect /1\nisolate /1");
+    EXPECT_THAT(selection(), ::testing::IsEmpty());
+    EXPECT_EQ(m_small->getTravMask(), 0U);
+    EXPECT_FALSE(viewer::SceneEditor::isLocked(m_large));
+    run("show-all");
+    EXPECT_NE(m_small->getTravMask(), 0U);
+
+    EXPECT_EQ(runAndFail("hide nobody"), "file:3: no node is named 'nobody'");
+}
+
+TEST_F(ScriptRunnerTest, CommandsSwitchesAndEventsGoThroughTheManager)
+{
+    run("switch dark on\nswitch dark on");
+    EXPECT_TRUE(m_session.isDark());
+    run("command dark");
+    EXPECT_FALSE(m_session.isDark());
+    run("event view:dark start");
+    EXPECT_TRUE(m_session.isDark());
+    run("click-part small\nforget-history\ncommand undo");
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+    run("command select-none\ncommand undo");
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+}
+
+TEST_F(ScriptRunnerTest, AfterExactNothingIsAddedToWhatTheScriptSays)
+{
+    // A move between press and release would make the click a drag.
+    const std::string clickOnSmall = "view front\nclick-part small\nselect\nmove 5 5\n";
+    run(clickOnSmall + "press 8 8\nrelease 150 100");
+    const QPoint pointer(static_cast<int>(m_session.getPicker().getPointer()[0]),
+                         static_cast<int>(m_session.getPicker().getPointer()[1]));
+    EXPECT_EQ(pointer, QPoint(150, 100));
+
+    int moves = 0;
+    class MoveCount : public QObject {
+    public:
+        explicit MoveCount(int& count)
+            : m_count(count)
+        {}
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            m_count += event->type() == QEvent::MouseMove ? 1 : 0;
+            return false;
+        }
+
+    private:
+        int& m_count;
+    } counter(moves);
+    m_viewport.installEventFilter(&counter);
+    run("press 1 1\nrelease 2 2\nmove 2 2\nmove 2 2");
+    EXPECT_EQ(moves, 2);
+    moves = 0;
+    run("exact\npress 1 1\nrelease 2 2\nmove 2 2\nmove 2 2");
+    EXPECT_EQ(moves, 2);
+    moves = 0;
+    run("press 7 7\nrelease 8 8");
+    EXPECT_EQ(moves, 0);
+}
+
+TEST_F(ScriptRunnerTest, WhatIsNotAsExpectedIsADivergence)
+{
+    const auto diverge = [&](const std::string& text) {
+        try {
+            run(text);
+        } catch (const viewer::DivergenceError& error) {
+            return std::string(error.what());
+        }
+        return std::string();
+    };
+
+    EXPECT_EQ(diverge("select /0 /1\nexpect-selection 2\nexpect-model 2\nexpect-hidden 0\nexpect-locked 0"), "");
+    EXPECT_EQ(diverge("select /0\nexpect-selection 2"), "file:4: the selection is 1 part where the recording had 2");
+    EXPECT_EQ(diverge("select /0 /1\nexpect-selection 0"),
+              "file:4: the selection is 2 parts where the recording had 0");
+    EXPECT_EQ(diverge("select /0\nexpect-selection 1 1"),
+              "file:4: the selection is 1 other part than in the recording");
+    EXPECT_EQ(diverge("expect-model 3"), "file:3: the model has 2 parts where the recording had 3");
+    EXPECT_EQ(diverge("expect-model 2 1"), "file:3: the model has 2 other parts than in the recording");
+    EXPECT_EQ(diverge("expect-hidden 1"), "file:3: the model has 0 hidden nodes where the recording had 1");
+    EXPECT_EQ(diverge("lock /0\nexpect-locked 0"), "file:4: the model has 1 locked node where the recording had 0");
+    EXPECT_EQ(diverge("hide /0/7"), "file:3: the model has no node '/0/7'");
+    EXPECT_EQ(diverge("try expect-model 3\ntry hide /9"), "");
+}
+
+TEST_F(ScriptRunnerTest, PicturesNeedAFolder)
+{
+    viewer::ScriptRunner runner(m_session, m_viewport, nullptr);
+
+    EXPECT_THROW(runner.run(viewer::Script::parse("shot here", "file")), viewer::ViewerError);
 }
 
 TEST(OutputFolderTest, AFolderIsMadeWhereItIsMissing)

@@ -93,6 +93,61 @@ TEST(ScriptTest, TryBeforeACommandMakesItOptional)
     EXPECT_EQ(parseLine("try click-visible 3").kind, Kind::ClickVisible);
 }
 
+TEST(ScriptTest, RawInputIsReadAsItIsWritten)
+{
+    const ScriptCommand scroll = parseLine("scroll 1.5 -2 3 -120 4 5 update inverted ctrl");
+    EXPECT_EQ(scroll.kind, Kind::Scroll);
+    EXPECT_THAT(scroll.numbers, ElementsAre(1.5, -2, 3, -120, 4, 5));
+    EXPECT_EQ(scroll.phase, Qt::ScrollUpdate);
+    EXPECT_TRUE(scroll.inverted);
+    EXPECT_EQ(scroll.modifiers, Qt::ControlModifier);
+
+    const ScriptCommand gesture = parseLine("gesture zoom 1 2 -0.25");
+    EXPECT_EQ(Script::readGesture(gesture.text), Qt::ZoomNativeGesture);
+    EXPECT_THAT(gesture.numbers, ElementsAre(1, 2, -0.25));
+
+    EXPECT_EQ(parseLine("held").buttons, Qt::NoButton);
+    EXPECT_EQ(parseLine("held left back").buttons, Qt::LeftButton | Qt::BackButton);
+    EXPECT_EQ(parseLine("doublepress 1 2 extra12").button, Qt::ExtraButton12);
+    EXPECT_TRUE(parseLine("keypress A repeat shift").repeated);
+    EXPECT_EQ(parseLine("keypress 0x01ffffff").key, Qt::Key_unknown);
+}
+
+TEST(ScriptTest, EditsNameNodesAndExpectationsCountThem)
+{
+    EXPECT_THAT(parseLine("select").words, ::testing::IsEmpty());
+    EXPECT_THAT(parseLine("hide /0/1 \"a name\"").words, ElementsAre("/0/1", "a name"));
+
+    const ScriptCommand exact = parseLine("expect-selection 3 00000000deadBEEF");
+    EXPECT_EQ(exact.digest.count, 3U);
+    EXPECT_EQ(exact.digest.checksum, 0xdeadbeefU);
+    EXPECT_TRUE(exact.hasChecksum);
+    EXPECT_FALSE(parseLine("expect-hidden 0").hasChecksum);
+    EXPECT_EQ(parseLine("command fit").text, "fit");
+    EXPECT_TRUE(parseLine("switch dark on").on);
+    EXPECT_THAT(parseLine("event mode:measure start").words, ElementsAre("start"));
+}
+
+TEST(ScriptTest, EveryKeyIsReadAsItWasWritten)
+{
+    for (const int key : {int(Qt::Key_A), int(Qt::Key_1), int(Qt::Key_Escape), int(Qt::Key_Shift), int(Qt::Key_Space),
+                          int(Qt::Key_QuoteDbl), int(Qt::Key_NumberSign), int(Qt::Key_F12), int(Qt::Key_PageUp),
+                          int(Qt::Key_Plus), int(Qt::Key_unknown), int(Qt::Key_Meta), int(Qt::Key_Adiaeresis), 0, 7}) {
+        EXPECT_EQ(parseLine("key " + Script::writeKey(key)).key, key) << Script::writeKey(key);
+    }
+    EXPECT_EQ(Script::writeKey(Qt::Key_L), "L");
+    EXPECT_EQ(Script::writeKey(Qt::Key_Plus), "0x0000002b");
+}
+
+TEST(ScriptTest, WordsAndNumbersAreReadAsTheyWereWritten)
+{
+    EXPECT_EQ(parseLine("toggle-node " + Script::writeWord("a # b")).text, "a # b");
+    EXPECT_EQ(parseLine("toggle-node " + Script::writeWord("a \"b\"\n")).text, "a  b ");
+    for (const double number : {0.1, -1.0 / 3, 123456.789, 1e-17}) {
+        EXPECT_EQ(parseLine("gesture zoom 0 0 " + Script::writeNumber(number)).numbers[2], number);
+    }
+}
+
 /** A line and the reason why it is refused. */
 struct BadLine {
     const char* name;
@@ -135,6 +190,22 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"KeyWithModifier", "key Ctrl+L", "unknown key 'Ctrl+L'"},
         BadLine{"UnknownModifier", "click 1 2 meta", "unexpected 'meta', usage: click X Y [BUTTON] [MODIFIER...]"},
         BadLine{"ButtonOfAKey", "key L left", "unexpected 'left', usage: key KEY [MODIFIER...]"},
+        BadLine{"UnknownCommandOfTheViewer", "command explode", "unknown command 'explode' of the viewer"},
+        BadLine{"NeitherOnNorOff", "switch dark maybe", "unexpected 'maybe', usage: switch NAME on|off"},
+        BadLine{"UnknownPhase", "scroll 0 0 0 0 0 0 middle",
+                "unexpected 'middle', usage: scroll X Y ANGLE-X ANGLE-Y PIXEL-X PIXEL-Y "
+                "none|begin|update|end|momentum [inverted] [MODIFIER...]"},
+        BadLine{"UnknownGesture", "gesture wave 0 0 1",
+                "unexpected 'wave', usage: gesture begin|end|pan|zoom|smart-zoom|rotate|swipe X Y VALUE "
+                "[MODIFIER...]"},
+        BadLine{"HeldKey", "held shift", "unexpected 'shift', usage: held [BUTTON...]"},
+        BadLine{"KeyNumberWithRest", "key 0x12x", "unknown key '0x12x'"},
+        BadLine{"KeyNumberTooLarge", "key 0xffffffff", "unknown key '0xffffffff'"},
+        BadLine{"NoChecksum", "expect-hidden 1 green", "'green' is no checksum"},
+        BadLine{"LongChecksum", "expect-hidden 1 12345678901234567", "'12345678901234567' is no checksum"},
+        BadLine{"NegativeCount", "expect-hidden -1", "'-1' is out of range"},
+        BadLine{"RepeatOfAClick", "click 1 2 repeat", "unexpected 'repeat', usage: click X Y [BUTTON] [MODIFIER...]"},
+        BadLine{"EventWithoutVerb", "event tool:select", "argument missing, usage: event CATEGORY VERB"},
         BadLine{"OpenQuote", "toggle-node \"half", "a quote is not closed"},
         BadLine{"PictureInAnotherFolder", "shot ../x", "'../x' is no name for a picture: letters, digits, - and _"},
         BadLine{"PictureWithoutName", "shot \"\"", "'' is no name for a picture: letters, digits, - and _"}),

@@ -55,6 +55,10 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
             takeValue(line.script);
         } else if (argument == "--out") {
             takeValue(line.out);
+        } else if (argument == "--record") {
+            takeValue(line.record);
+        } else if (argument == "--replay") {
+            takeValue(line.replay);
         } else if (argument == "--generate") {
             std::string count;
             takeValue(count);
@@ -76,12 +80,18 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
     if (!line.headless && !(line.script.empty() && line.out.empty())) {
         throw ViewerError(line.script.empty() ? "--out" : "--script", "goes with --headless only, see --help");
     }
+    if (line.headless && !line.replay.empty()) {
+        throw ViewerError("--replay", "goes with a window, --headless takes --script, see --help");
+    }
+    if (!hasModel && !line.replay.empty()) {
+        throw ViewerError("--replay", "needs a model, see --help");
+    }
     return line;
 }
 
 const char* CommandLine::getHelp()
 {
-    return "Usage: koviewer [MODEL | --generate N]\n"
+    return "Usage: koviewer [--record FILE] [--replay FILE] [MODEL | --generate N]\n"
            "       koviewer --headless --script FILE --out FOLDER MODEL | --generate N\n"
            "\n"
            "Shows a model of any format that Assimp reads and lets its parts be selected.\n"
@@ -89,12 +99,15 @@ const char* CommandLine::getHelp()
            "  --headless     draws without any display and follows a script instead of the user\n"
            "  --script FILE  the script: one command a line, see Apps/Viewer/README.md\n"
            "  --out FOLDER   where the script's pictures go; made where it is missing\n"
+           "  --record FILE  writes the input as a script that does the same again\n"
+           "  --replay FILE  follows a script in the window, then hands over to the user\n"
            "  --generate N   makes an assembly of N parts in place of a model, 1 to 5000000\n"
            "  --help, -h     shows this text\n"
            "  --version      shows the version\n"
            "\n"
            "Keys and mouse buttons are listed in the window. Bad input gives one line on standard\n"
-           "error and the exit status 2.\n";
+           "error and the exit status 2. So does a recording that does not fit the model, with the\n"
+           "exit status 3.\n";
 }
 
 } // namespace quon::viewer

@@ -15,11 +15,14 @@ struct CommandLine {
     int partCount = 0; ///< of the assembly to generate in place of a model; 0: none wanted
     std::string script;
     std::string out;
+    std::string record; ///< the file that the input is written to
+    std::string replay; ///< the script that a window follows
 
     /**
      * Reads the arguments after the program's name.
      *
-     * Headless needs a model (or a generated assembly), a script and an output folder, which no other use takes.
+     * Headless needs a model (or a generated assembly), a script and an output folder, which no other use takes. A
+     * replay needs a model and a window.
      *
      * @throws ViewerError for what it does not understand
      */

@@ -2,17 +2,21 @@
 #include "Viewer/Script/Script.h"
 
 #include "Viewer/Model/ViewerError.h"
+#include "Viewer/Session/Commands.h"
 #include "Viewer/Tools/CameraController.h"
 
 #include <QKeySequence>
 #include <QString>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
+#include <locale>
 #include <sstream>
 #include <system_error>
 
@@ -24,8 +28,10 @@ using Kind = ScriptCommand::Kind;
 
 /**
  * What follows a command. One letter each: s a size, p a pixel, f a fraction or any number, n a rank, w a number of
- * steps, v a view, t a text, d a picture's name, k a key; at the end b for a button and modifiers, both optional, or m
- * for modifiers alone.
+ * steps, v a view, t a text, d a picture's name, k a key, c a command, e a verb, g a gesture, h a phase of scrolling, o
+ * on or off, x a digest; at the end N for any number of nodes, H for any number of buttons, b for
+ * a button and modifiers, all optional, m for modifiers alone, r for modifiers and "repeat", i for modifiers and
+ * "inverted".
  */
 struct Grammar {
     const char* name;
@@ -35,6 +41,7 @@ struct Grammar {
 };
 
 constexpr Grammar Grammars[] = {
+    {"exact", Kind::Exact, "", ""},
     {"size", Kind::Size, "ss", "WIDTH HEIGHT"},
     {"view", Kind::View, "v", "iso|front|back|left|right|top|bottom"},
     {"fit", Kind::Fit, "", ""},
@@ -42,23 +49,113 @@ constexpr Grammar Grammars[] = {
     {"press", Kind::Press, "ppb", "X Y [BUTTON] [MODIFIER...]"},
     {"release", Kind::Release, "ppb", "X Y [BUTTON] [MODIFIER...]"},
     {"click", Kind::Click, "ppb", "X Y [BUTTON] [MODIFIER...]"},
+    {"doubleclick", Kind::DoubleClick, "ppb", "X Y [BUTTON] [MODIFIER...]"},
+    {"doublepress", Kind::DoublePress, "ppb", "X Y [BUTTON] [MODIFIER...]"},
     {"drag", Kind::Drag, "ppppb", "X1 Y1 X2 Y2 [BUTTON] [MODIFIER...]"},
+    {"held", Kind::Held, "H", "[BUTTON...]"},
     {"wheel", Kind::Wheel, "ppwm", "X Y STEPS [MODIFIER...]"},
+    {"scroll", Kind::Scroll, "ffpppphi",
+     "X Y ANGLE-X ANGLE-Y PIXEL-X PIXEL-Y none|begin|update|end|momentum [inverted] [MODIFIER...]"},
+    {"gesture", Kind::Gesture, "gfffm", "begin|end|pan|zoom|smart-zoom|rotate|swipe X Y VALUE [MODIFIER...]"},
     {"leave", Kind::Leave, "", ""},
     {"focusout", Kind::FocusOut, "", ""},
     {"key", Kind::Key, "km", "KEY [MODIFIER...]"},
-    {"keypress", Kind::KeyPress, "km", "KEY [MODIFIER...]"},
-    {"keyrelease", Kind::KeyRelease, "km", "KEY [MODIFIER...]"},
+    {"keypress", Kind::KeyPress, "kr", "KEY [repeat] [MODIFIER...]"},
+    {"keyrelease", Kind::KeyRelease, "kr", "KEY [repeat] [MODIFIER...]"},
+    {"command", Kind::Command, "c", "NAME"},
+    {"switch", Kind::Switch, "co", "NAME on|off"},
+    {"event", Kind::Event, "te", "CATEGORY VERB"},
+    {"presenter", Kind::Presenter, "o", "on|off"},
     {"click-part", Kind::ClickPart, "tb", "NAME [BUTTON] [MODIFIER...]"},
     {"click-visible", Kind::ClickVisible, "nb", "RANK [BUTTON] [MODIFIER...]"},
     {"add-empty-group", Kind::AddEmptyGroup, "tfff", "NAME X Y Z"},
     {"toggle-node", Kind::ToggleNode, "t", "NAME"},
+    {"select", Kind::Select, "N", "[NODE...]"},
+    {"select-more", Kind::SelectMore, "N", "[NODE...]"},
+    {"deselect", Kind::Deselect, "N", "[NODE...]"},
+    {"hide", Kind::Hide, "N", "[NODE...]"},
+    {"show", Kind::Show, "N", "[NODE...]"},
+    {"isolate", Kind::Isolate, "N", "[NODE...]"},
+    {"show-all", Kind::ShowAll, "", ""},
+    {"forget-history", Kind::ForgetHistory, "", ""},
+    {"lock", Kind::Lock, "N", "[NODE...]"},
+    {"unlock", Kind::Unlock, "N", "[NODE...]"},
+    {"expect-model", Kind::ExpectModel, "x", "PARTS [CHECKSUM]"},
+    {"expect-selection", Kind::ExpectSelection, "x", "COUNT [CHECKSUM]"},
+    {"expect-hidden", Kind::ExpectHidden, "x", "COUNT [CHECKSUM]"},
+    {"expect-locked", Kind::ExpectLocked, "x", "COUNT [CHECKSUM]"},
     {"shot", Kind::Shot, "d", "NAME"},
 };
+
+// Names that are written and read the same way.
+template <class Value>
+struct Named {
+    const char* name;
+    Value value;
+};
+
+constexpr Named<Qt::MouseButton> Buttons[] = {
+    {"left", Qt::LeftButton},       {"middle", Qt::MiddleButton},   {"right", Qt::RightButton},
+    {"back", Qt::BackButton},       {"forward", Qt::ForwardButton}, {"extra3", Qt::ExtraButton3},
+    {"extra4", Qt::ExtraButton4},   {"extra5", Qt::ExtraButton5},   {"extra6", Qt::ExtraButton6},
+    {"extra7", Qt::ExtraButton7},   {"extra8", Qt::ExtraButton8},   {"extra9", Qt::ExtraButton9},
+    {"extra10", Qt::ExtraButton10}, {"extra11", Qt::ExtraButton11}, {"extra12", Qt::ExtraButton12},
+};
+
+constexpr Named<Qt::KeyboardModifier> Modifiers[] = {
+    {"shift", Qt::ShiftModifier}, {"ctrl", Qt::ControlModifier}, {"alt", Qt::AltModifier}};
+
+constexpr Named<Qt::ScrollPhase> Phases[] = {{"none", Qt::NoScrollPhase},
+                                             {"begin", Qt::ScrollBegin},
+                                             {"update", Qt::ScrollUpdate},
+                                             {"end", Qt::ScrollEnd},
+                                             {"momentum", Qt::ScrollMomentum}};
+
+constexpr Named<Qt::NativeGestureType> Gestures[] = {{"begin", Qt::BeginNativeGesture},
+                                                     {"end", Qt::EndNativeGesture},
+                                                     {"pan", Qt::PanNativeGesture},
+                                                     {"zoom", Qt::ZoomNativeGesture},
+                                                     {"smart-zoom", Qt::SmartZoomNativeGesture},
+                                                     {"rotate", Qt::RotateNativeGesture},
+                                                     {"swipe", Qt::SwipeNativeGesture}};
+
+template <class Value, std::size_t Count>
+const Named<Value>* findNamed(const Named<Value> (&table)[Count], const std::string& name)
+{
+    const auto* found =
+        std::find_if(std::begin(table), std::end(table), [&](const Named<Value>& entry) { return name == entry.name; });
+    return found == std::end(table) ? nullptr : found;
+}
+
+template <class Value, std::size_t Count>
+const char* findName(const Named<Value> (&table)[Count], const Value value)
+{
+    const auto* found = std::find_if(std::begin(table), std::end(table),
+                                     [&](const Named<Value>& entry) { return value == entry.value; });
+    return found == std::end(table) ? nullptr : found->name;
+}
+
+// Keys whose names key sequences do not know.
+constexpr Named<int> Keys[] = {
+    {"Escape", Qt::Key_Escape}, {"Shift", Qt::Key_Shift}, {"Ctrl", Qt::Key_Control}, {"Alt", Qt::Key_Alt}};
+
+// No key when the name is unknown.
+int findKey(const std::string& name)
+{
+    if (const auto* known = findNamed(Keys, name); known != nullptr) {
+        return known->value;
+    }
+    const QKeySequence sequence = QKeySequence::fromString(QString::fromStdString(name), QKeySequence::PortableText);
+    const int key = sequence.count() == 1 ? sequence[0] : 0;
+    const bool modified = (key & static_cast<int>(Qt::KeyboardModifierMask)) != 0;
+    return key == Qt::Key_unknown || modified ? 0 : key;
+}
 
 constexpr int LargestSize = 8192;
 constexpr int LargestPixel = 100000;
 constexpr int LargestSteps = 1000;
+constexpr double LargestCount = 1e9;
+constexpr std::size_t LongestChecksum = 16; // hexadecimal digits
 
 // Splits a line into words; false when a quote is not closed.
 bool splitLine(const std::string& line, std::vector<std::string>& words)
@@ -185,6 +282,46 @@ private:
         case 'k':
             command.key = takeKey();
             break;
+        case 'c':
+            command.text = take();
+            if (Command::find(command.text) == nullptr) {
+                fail("unknown command '" + command.text + "' of the viewer");
+            }
+            break;
+        case 'e':
+            command.words.push_back(take());
+            break;
+        case 'g':
+            command.text = take();
+            if (findNamed(Gestures, command.text) == nullptr) {
+                fail("unexpected '" + command.text + "', usage: " + m_usage);
+            }
+            break;
+        case 'h':
+            command.phase = takeNamed(Phases);
+            break;
+        case 'o':
+            command.on = takeIf("on");
+            if (!command.on && !takeIf("off")) {
+                fail("unexpected '" + take() + "', usage: " + m_usage);
+            }
+            break;
+        case 'x':
+            takeDigest(command);
+            break;
+        case 'N':
+            command.words.assign(m_words.begin() + static_cast<std::ptrdiff_t>(m_next), m_words.end());
+            m_next = m_words.size();
+            break;
+        case 'H':
+            readButtons(command);
+            break;
+        case 'r':
+            command.repeated = readModifiers(command, false, "repeat");
+            break;
+        case 'i':
+            command.inverted = readModifiers(command, false, "inverted");
+            break;
         case 'b':
             readModifiers(command, true);
             break;
@@ -194,42 +331,83 @@ private:
         }
     }
 
+    bool takeIf(const char* word)
+    {
+        const bool there = m_next < m_words.size() && m_words[m_next] == word;
+        m_next += there ? 1 : 0;
+        return there;
+    }
+
+    // A word of a table, which the usage lists.
+    template <class Value, std::size_t Count>
+    Value takeNamed(const Named<Value> (&table)[Count])
+    {
+        const std::string& word = take();
+        const Named<Value>* found = findNamed(table, word);
+        if (found == nullptr) {
+            fail("unexpected '" + word + "', usage: " + m_usage);
+        }
+        return found->value;
+    }
+
     int takeKey()
     {
-        // Names that key sequences do not know.
-        static const std::map<std::string, int> names{
-            {"Escape", Qt::Key_Escape}, {"Shift", Qt::Key_Shift}, {"Ctrl", Qt::Key_Control}, {"Alt", Qt::Key_Alt}};
         const std::string& word = take();
-        if (const auto name = names.find(word); name != names.end()) {
-            return name->second;
+        int key = findKey(word);
+        bool known = key != 0;
+        if (word.size() > 2 && word.compare(0, 2, "0x") == 0) {
+            const char* const end = word.data() + word.size();
+            const auto [stop, error] = std::from_chars(word.data() + 2, end, key, 16);
+            known = error == std::errc() && stop == end && key >= 0;
         }
-        const QKeySequence sequence = QKeySequence::fromString(QString::fromStdString(word));
-        const int key = sequence.count() == 1 ? sequence[0] : Qt::Key_unknown;
-        if (key == Qt::Key_unknown || key == 0 || (key & static_cast<int>(Qt::KeyboardModifierMask)) != 0) {
+        if (!known) {
             fail("unknown key '" + word + "'");
         }
         return key;
     }
 
-    void readModifiers(ScriptCommand& command, const bool buttonAllowed)
+    void takeDigest(ScriptCommand& command)
     {
-        static const std::map<std::string, Qt::MouseButton> buttons{
-            {"left", Qt::LeftButton}, {"middle", Qt::MiddleButton}, {"right", Qt::RightButton}};
-        static const std::map<std::string, Qt::KeyboardModifier> modifiers{
-            {"shift", Qt::ShiftModifier}, {"ctrl", Qt::ControlModifier}, {"alt", Qt::AltModifier}};
+        command.digest.count = static_cast<std::size_t>(takeNumber(0, LargestCount, true));
+        if (m_next == m_words.size()) {
+            return;
+        }
+        const std::string& word = take();
+        const char* const end = word.data() + word.size();
+        const auto [stop, error] = std::from_chars(word.data(), end, command.digest.checksum, 16);
+        if (error != std::errc() || stop != end || word.size() > LongestChecksum) {
+            fail("'" + word + "' is no checksum");
+        }
+        command.hasChecksum = true;
+    }
+
+    void readButtons(ScriptCommand& command)
+    {
+        while (m_next < m_words.size()) {
+            command.buttons |= takeNamed(Buttons);
+        }
+    }
+
+    // Modifiers and, where they are allowed, a button and the word @p extra, in any order.
+    bool readModifiers(ScriptCommand& command, const bool buttonAllowed, const char* extra = "")
+    {
+        bool hasExtra = false;
         while (m_next < m_words.size()) {
             const std::string& word = m_words[m_next];
-            const auto button = buttons.find(word);
-            const auto modifier = modifiers.find(word);
-            if (buttonAllowed && button != buttons.end()) {
-                command.button = button->second;
-            } else if (modifier != modifiers.end()) {
-                command.modifiers |= modifier->second;
+            const auto* button = findNamed(Buttons, word);
+            const auto* modifier = findNamed(Modifiers, word);
+            if (buttonAllowed && button != nullptr) {
+                command.button = button->value;
+            } else if (modifier != nullptr) {
+                command.modifiers |= modifier->value;
+            } else if (*extra != 0 && word == extra) {
+                hasExtra = true;
             } else {
-                return;
+                break;
             }
             ++m_next;
         }
+        return hasExtra;
     }
 
     const std::string& m_place;
@@ -239,6 +417,72 @@ private:
 };
 
 } // namespace
+
+std::string Script::writeWord(const std::string& word)
+{
+    std::string written = ViewerError::oneLine(word);
+    std::replace(written.begin(), written.end(), '"', ' ');
+    return '"' + written + '"';
+}
+
+std::string Script::writeKey(const int key)
+{
+    const char* known = findName(Keys, key);
+    const std::string name =
+        known != nullptr ? known : QKeySequence(key).toString(QKeySequence::PortableText).toStdString();
+    const bool plain = std::all_of(name.begin(), name.end(), [](const char character) {
+        return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+               (character >= 'a' && character <= 'z');
+    });
+    if (plain && !name.empty() && findKey(name) == key) {
+        return name;
+    }
+    char number[16];
+    std::snprintf(number, sizeof number, "0x%08x", static_cast<unsigned>(key));
+    return number;
+}
+
+std::string Script::writeButtons(const Qt::MouseButtons buttons)
+{
+    std::string words;
+    for (const Named<Qt::MouseButton>& button : Buttons) {
+        words += buttons.testFlag(button.value) ? std::string(" ") + button.name : std::string();
+    }
+    return words;
+}
+
+std::string Script::writeModifiers(const Qt::KeyboardModifiers modifiers)
+{
+    std::string words;
+    for (const Named<Qt::KeyboardModifier>& modifier : Modifiers) {
+        words += modifiers.testFlag(modifier.value) ? std::string(" ") + modifier.name : std::string();
+    }
+    return words;
+}
+
+const char* Script::writePhase(const Qt::ScrollPhase phase)
+{
+    const char* name = findName(Phases, phase);
+    return name == nullptr ? "none" : name;
+}
+
+const char* Script::writeGesture(const Qt::NativeGestureType type)
+{
+    return findName(Gestures, type);
+}
+
+Qt::NativeGestureType Script::readGesture(const std::string& name)
+{
+    return findNamed(Gestures, name)->value;
+}
+
+std::string Script::writeNumber(const double number)
+{
+    // The digits that bring the same number back, and no more.
+    char text[32];
+    const auto [end, error] = std::to_chars(text, text + sizeof text, number);
+    return std::string(text, end);
+}
 
 Script Script::load(const std::string& file)
 {

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Script/ScriptRunner.h"
 
+#include "Viewer/Model/NodePath.h"
 #include "Viewer/Model/Part.h"
-#include "Viewer/Model/ViewerError.h"
 #include "Viewer/Script/OutputFolder.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
+#include <Interaction/InteractionEvent.h>
+#include <Interaction/InteractionManager.h>
+#include <Interaction/NodeSelectionModel.h>
 #include <SceneUtilities/NodeUtils.h>
 
 #include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -50,7 +54,7 @@ QPoint findInnermost(const std::vector<QPoint>& pixels)
 
 } // namespace
 
-ScriptRunner::ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFolder& output)
+ScriptRunner::ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFolder* output)
     : m_session(session)
     , m_viewport(viewport)
     , m_output(output)
@@ -59,16 +63,26 @@ ScriptRunner::ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFol
 void ScriptRunner::run(const Script& script)
 {
     for (const ScriptCommand& command : script.getCommands()) {
-        try {
-            run(command);
-        } catch (const ViewerError& error) {
-            if (!command.optional) {
-                throw ViewerError(script.getFile() + ":" + std::to_string(command.line), error.what());
-            }
-        }
-        // What the events left behind in the queue is carried out before the next one, as between a user's.
-        QApplication::processEvents();
+        run(script, command);
     }
+}
+
+void ScriptRunner::run(const Script& script, const ScriptCommand& command)
+{
+    const std::string place = script.getFile() + ":" + std::to_string(command.line);
+    try {
+        run(command);
+    } catch (const DivergenceError& error) {
+        if (!command.optional) {
+            throw DivergenceError(place, error.what());
+        }
+    } catch (const ViewerError& error) {
+        if (!command.optional) {
+            throw ViewerError(place, error.what());
+        }
+    }
+    // What the events left behind in the queue is carried out before the next one, as between a user's.
+    QApplication::processEvents();
 }
 
 void ScriptRunner::run(const ScriptCommand& command)
@@ -78,8 +92,11 @@ void ScriptRunner::run(const ScriptCommand& command)
         return QPoint(static_cast<int>(command.numbers[index]), static_cast<int>(command.numbers[index + 1]));
     };
     switch (command.kind) {
+    case Kind::Exact:
+        m_exact = true;
+        break;
     case Kind::Size:
-        m_viewport.resize(point(0).x(), point(0).y());
+        resize(QSize(point(0).x(), point(0).y()));
         break;
     case Kind::View:
         m_session.getCamera().setStandardView(command.text);
@@ -88,7 +105,11 @@ void ScriptRunner::run(const ScriptCommand& command)
         m_session.getCamera().fit();
         break;
     case Kind::Move:
-        moveTo(point(0), command.modifiers);
+        if (m_exact) {
+            sendMove(point(0), command.modifiers);
+        } else {
+            moveTo(point(0), command.modifiers);
+        }
         break;
     case Kind::Press:
         moveTo(point(0), command.modifiers);
@@ -101,11 +122,27 @@ void ScriptRunner::run(const ScriptCommand& command)
     case Kind::Click:
         click(point(0), command.button, command.modifiers);
         break;
+    case Kind::DoubleClick:
+        doubleClick(point(0), command.button, command.modifiers);
+        break;
+    case Kind::DoublePress:
+        moveTo(point(0), command.modifiers);
+        sendMouse(QEvent::MouseButtonDblClick, point(0), command.button, command.modifiers);
+        break;
     case Kind::Drag:
         drag(command);
         break;
+    case Kind::Held:
+        m_buttons = command.buttons;
+        break;
     case Kind::Wheel:
         sendWheel(command);
+        break;
+    case Kind::Scroll:
+        sendScroll(command);
+        break;
+    case Kind::Gesture:
+        sendGesture(command);
         break;
     case Kind::Leave: {
         QEvent event(QEvent::Leave);
@@ -118,14 +155,32 @@ void ScriptRunner::run(const ScriptCommand& command)
         break;
     }
     case Kind::Key:
-        sendKey(QEvent::KeyPress, command.key, command.modifiers);
-        sendKey(QEvent::KeyRelease, command.key, command.modifiers);
+        sendKey(QEvent::KeyPress, command);
+        sendKey(QEvent::KeyRelease, command);
         break;
     case Kind::KeyPress:
-        sendKey(QEvent::KeyPress, command.key, command.modifiers);
+        sendKey(QEvent::KeyPress, command);
         break;
     case Kind::KeyRelease:
-        sendKey(QEvent::KeyRelease, command.key, command.modifiers);
+        sendKey(QEvent::KeyRelease, command);
+        break;
+    case Kind::Command:
+        m_session.sendCommand(command.text);
+        break;
+    case Kind::Switch:
+        // One that is not there, because its window is not, has nothing to switch.
+        if (m_session.getCommands().isSwitch(command.text) &&
+            m_session.getCommands().isChecked(command.text) != command.on) {
+            m_session.sendCommand(command.text);
+        }
+        break;
+    case Kind::Event:
+        m_session.processSceneChanges();
+        m_session.getInteractionManager().triggerEvent({command.text, command.words.front()});
+        m_session.processSceneChanges();
+        break;
+    case Kind::Presenter:
+        m_session.getInteractionManager().setPresenterMode(command.on);
         break;
     case Kind::ClickPart:
         click(locatePart(command.text), command.button, command.modifiers);
@@ -144,8 +199,29 @@ void ScriptRunner::run(const ScriptCommand& command)
         m_session.toggleNode(node);
         break;
     }
+    case Kind::Select:
+    case Kind::SelectMore:
+    case Kind::Deselect:
+    case Kind::Hide:
+    case Kind::Show:
+    case Kind::Isolate:
+    case Kind::ShowAll:
+    case Kind::ForgetHistory:
+    case Kind::Lock:
+    case Kind::Unlock:
+        edit(command);
+        break;
+    case Kind::ExpectModel:
+    case Kind::ExpectSelection:
+    case Kind::ExpectHidden:
+    case Kind::ExpectLocked:
+        expect(command);
+        break;
     case Kind::Shot:
-        m_output.write(m_viewport.grabPicture(), command.text);
+        if (m_output == nullptr) {
+            throw ViewerError("there is no folder for pictures");
+        }
+        m_output->write(m_viewport.grabPicture(), command.text);
         break;
     }
 }
@@ -154,16 +230,20 @@ void ScriptRunner::sendMouse(const QEvent::Type type, const QPoint& position, co
                              const Qt::KeyboardModifiers modifiers)
 {
     // A press reports its own button among those held, a release no longer does.
-    m_buttons.setFlag(button, type == QEvent::MouseButtonPress);
+    m_buttons.setFlag(button, type != QEvent::MouseButtonRelease);
     QMouseEvent event(type, position, m_viewport.mapToGlobal(position), button, m_buttons, modifiers);
     QApplication::sendEvent(&m_viewport, &event);
 }
 
 void ScriptRunner::moveTo(const QPoint& position, const Qt::KeyboardModifiers modifiers)
 {
-    if (position == m_position) {
-        return;
+    if (!m_exact && position != m_position) {
+        sendMove(position, modifiers);
     }
+}
+
+void ScriptRunner::sendMove(const QPoint& position, const Qt::KeyboardModifiers modifiers)
+{
     m_position = position;
     QMouseEvent event(QEvent::MouseMove, position, m_viewport.mapToGlobal(position), Qt::NoButton, m_buttons,
                       modifiers);
@@ -174,6 +254,15 @@ void ScriptRunner::click(const QPoint& position, const Qt::MouseButton button, c
 {
     moveTo(position, modifiers);
     sendMouse(QEvent::MouseButtonPress, position, button, modifiers);
+    sendMouse(QEvent::MouseButtonRelease, position, button, modifiers);
+}
+
+void ScriptRunner::doubleClick(const QPoint& position, const Qt::MouseButton button,
+                               const Qt::KeyboardModifiers modifiers)
+{
+    click(position, button, modifiers);
+    // The second press of two quick ones is an event of its own.
+    sendMouse(QEvent::MouseButtonDblClick, position, button, modifiers);
     sendMouse(QEvent::MouseButtonRelease, position, button, modifiers);
 }
 
@@ -198,10 +287,135 @@ void ScriptRunner::sendWheel(const ScriptCommand& command)
     QApplication::sendEvent(&m_viewport, &event);
 }
 
-void ScriptRunner::sendKey(const QEvent::Type type, const int key, const Qt::KeyboardModifiers modifiers)
+void ScriptRunner::sendScroll(const ScriptCommand& command)
 {
-    QKeyEvent event(type, key, modifiers);
+    const auto& numbers = command.numbers;
+    const QPointF position(numbers[0], numbers[1]);
+    const QPoint angle(static_cast<int>(numbers[2]), static_cast<int>(numbers[3]));
+    const QPoint pixels(static_cast<int>(numbers[4]), static_cast<int>(numbers[5]));
+    QWheelEvent event(position, m_viewport.mapToGlobal(QPoint()) + position, pixels, angle, m_buttons,
+                      command.modifiers, command.phase, command.inverted);
     QApplication::sendEvent(&m_viewport, &event);
+}
+
+void ScriptRunner::sendGesture(const ScriptCommand& command)
+{
+    const QPointF position(command.numbers[0], command.numbers[1]);
+    const QPointF global = m_viewport.mapToGlobal(QPoint()) + position;
+    QNativeGestureEvent event(Script::readGesture(command.text), nullptr, position, position, global,
+                              command.numbers[2], 0, 0);
+    event.setModifiers(command.modifiers);
+    QApplication::sendEvent(&m_viewport, &event);
+}
+
+void ScriptRunner::sendKey(const QEvent::Type type, const ScriptCommand& command)
+{
+    QKeyEvent event(type, command.key, command.modifiers, QString(), command.repeated);
+    QApplication::sendEvent(&m_viewport, &event);
+}
+
+void ScriptRunner::resize(const QSize& size)
+{
+    QWidget* const window = m_viewport.window();
+    if (window == &m_viewport) {
+        m_viewport.resize(size);
+        return;
+    }
+    // What is around the viewport keeps its place.
+    window->resize(window->size() + size - m_viewport.size());
+    QApplication::processEvents();
+    if (m_viewport.size() != size) {
+        const auto text = [](const QSize& value) {
+            return std::to_string(value.width()) + " x " + std::to_string(value.height());
+        };
+        throw DivergenceError("the view is " + text(m_viewport.size()) + " pixels where the recording had " +
+                              text(size));
+    }
+}
+
+std::vector<osg::NodePtr> ScriptRunner::findNodes(const std::vector<std::string>& words) const
+{
+    std::vector<osg::NodePtr> nodes;
+    for (const std::string& word : words) {
+        const bool path = NodePath::isPath(word);
+        nodes.push_back(path ? NodePath::find(m_session.getModel(), word) : m_session.findNode(word));
+        if (nodes.back() == osg::NullFC && path) {
+            throw DivergenceError("the model has no node '" + word + "'");
+        }
+        if (nodes.back() == osg::NullFC) {
+            throw ViewerError("no node is named '" + word + "'");
+        }
+    }
+    return nodes;
+}
+
+void ScriptRunner::edit(const ScriptCommand& command)
+{
+    using Kind = ScriptCommand::Kind;
+    const std::vector<osg::NodePtr> nodes = findNodes(command.words);
+    SceneEditor& editor = m_session.getEditor();
+    m_session.processSceneChanges();
+    switch (command.kind) {
+    case Kind::Select:
+        editor.select(nodes);
+        break;
+    case Kind::SelectMore:
+        editor.add(nodes);
+        break;
+    case Kind::Deselect:
+        editor.remove(nodes);
+        break;
+    case Kind::Hide:
+        editor.hide(nodes);
+        break;
+    case Kind::Show:
+        editor.show(nodes);
+        break;
+    case Kind::Isolate:
+        editor.isolate(nodes);
+        break;
+    case Kind::ShowAll:
+        editor.showAll();
+        break;
+    case Kind::ForgetHistory:
+        editor.clearHistory();
+        break;
+    default:
+        editor.setLocked(nodes, command.kind == Kind::Lock);
+        break;
+    }
+    m_session.processSceneChanges();
+}
+
+void ScriptRunner::expect(const ScriptCommand& command)
+{
+    using Kind = ScriptCommand::Kind;
+    const NodeDigest& expected = command.digest;
+    const osg::NodePtr model = m_session.getModel();
+    const auto compare = [&](const NodeDigest& found, const std::string& before, const std::string& thing) {
+        const std::string things = thing + (found.count == 1 ? "" : "s");
+        if (found.count != expected.count) {
+            throw DivergenceError(before + std::to_string(found.count) + " " + things + " where the recording had " +
+                                  std::to_string(expected.count));
+        }
+        if (command.hasChecksum && found.checksum != expected.checksum) {
+            throw DivergenceError(before + std::to_string(found.count) + " other " + things + " than in the recording");
+        }
+    };
+    switch (command.kind) {
+    case Kind::ExpectModel:
+        compare(NodeDigest::ofModel(model, m_session.countParts()), "the model has ", "part");
+        break;
+    case Kind::ExpectSelection:
+        compare(NodeDigest::of(model, m_session.getSelection().getSelection()), "the selection is ", "part");
+        break;
+    case Kind::ExpectHidden:
+        compare(NodeDigest::ofHidden(model), "the model has ", "hidden node");
+        break;
+    default:
+        compare(NodeDigest::ofLocked(model), "the model has ", "locked node");
+        break;
+    }
 }
 
 void ScriptRunner::addEmptyGroup(const ScriptCommand& command)

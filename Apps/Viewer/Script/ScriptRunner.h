@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Model/ViewerError.h"
 #include "Viewer/Script/Script.h"
 
 #include <OpenSG/OSGConfig.h>
@@ -9,7 +10,9 @@
 
 #include <QEvent>
 #include <QPoint>
+#include <QSize>
 
+#include <string>
 #include <vector>
 
 namespace quon::viewer {
@@ -18,24 +21,39 @@ class OutputFolder;
 class ViewerSession;
 class Viewport;
 
+/** Something is not as the script expects it: most often the model is not the one that a recording was made with. */
+class DivergenceError : public ViewerError {
+public:
+    using ViewerError::ViewerError;
+};
+
 /**
  * Carries out a script: sends real Qt events to the viewport and writes pictures.
  *
  * The events go through QApplication::sendEvent() to the widget's own handlers, as those of the window system would. A
- * click moves the pointer there first, a drag moves it in several steps.
+ * click moves the pointer there first, a drag moves it in several steps. After the command "exact", as in recordings,
+ * nothing is added: each move, press and release is the one event that the script names.
  */
 class ScriptRunner {
 public:
-    /** All three are borrowed. */
-    ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFolder& output);
+    /**
+     * All are borrowed.
+     *
+     * @param output null where no pictures can be written: "shot" fails then
+     */
+    ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFolder* output);
 
     /**
      * Runs the whole script.
      *
      * @throws ViewerError with the script's name, the line's number and the reason, for example a part that is not to
      *         be seen; pictures written before stay
+     * @throws DivergenceError, with the same, when something is not as the script expects it
      */
     void run(const Script& script);
+
+    /** Carries out one command of @p script, as run() does. */
+    void run(const Script& script, const ScriptCommand& command);
 
 private:
     struct VisiblePart {
@@ -44,12 +62,20 @@ private:
     };
 
     void run(const ScriptCommand& command);
+    void resize(const QSize& size);
     void sendMouse(QEvent::Type type, const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void moveTo(const QPoint& position, Qt::KeyboardModifiers modifiers);
+    void sendMove(const QPoint& position, Qt::KeyboardModifiers modifiers);
     void click(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void drag(const ScriptCommand& command);
+    void doubleClick(const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void sendWheel(const ScriptCommand& command);
-    void sendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers);
+    void sendScroll(const ScriptCommand& command);
+    void sendGesture(const ScriptCommand& command);
+    void sendKey(QEvent::Type type, const ScriptCommand& command);
+    void edit(const ScriptCommand& command);
+    std::vector<osg::NodePtr> findNodes(const std::vector<std::string>& words) const;
+    void expect(const ScriptCommand& command);
     void addEmptyGroup(const ScriptCommand& command);
     std::vector<VisiblePart> findVisibleParts(int step);
     QPoint locatePart(const std::string& name);
@@ -57,7 +83,8 @@ private:
 
     ViewerSession& m_session;
     Viewport& m_viewport;
-    OutputFolder& m_output;
+    OutputFolder* m_output;
+    bool m_exact = false; ///< send no moves but those that the script names
     QPoint m_position;
     Qt::MouseButtons m_buttons = Qt::NoButton;
 };

@@ -97,6 +97,8 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Fill the screen with the view and let keys alone"), Qt::Key_F11, None},
         {"inspector", Group::Window, "", QT_TRANSLATE_NOOP("Commands", "Inspector"),
          QT_TRANSLATE_NOOP("Commands", "Show what the interaction library does"), Qt::Key_F12, None},
+        {"record", Group::Window, "record", QT_TRANSLATE_NOOP("Commands", "Record input..."),
+         QT_TRANSLATE_NOOP("Commands", "Write all input into a file that can be replayed"), 0, None},
         {"shortcuts", Group::Window, "shortcuts", QT_TRANSLATE_NOOP("Commands", "Shortcuts..."),
          QT_TRANSLATE_NOOP("Commands", "List and change the shortcuts"), Qt::Key_F1, None},
     };

@@ -114,6 +114,7 @@ void InteractionTrace::start()
 void InteractionTrace::stop()
 {
     m_listening = false;
+    m_depth = 0;
     m_manager.removeContext(&m_top);
     m_manager.removeContext(&m_bottom);
     m_levels.clear();

@@ -92,6 +92,9 @@ public:
     /** Whether there are listeners. */
     bool isListening() const { return m_listening; }
 
+    /** Whether a traced context is handling an event, as far as the trace has seen it begin. */
+    bool isHandling() const { return m_depth > 0; }
+
     /** Reports an event that somebody unknown has consumed now instead of with the next event. */
     void finish();
 

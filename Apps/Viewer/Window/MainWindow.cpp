@@ -6,6 +6,8 @@
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
+#include "Viewer/Window/RecordingControl.h"
+#include "Viewer/Window/ScriptPlayer.h"
 #include "Viewer/Window/ShortcutsDialog.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -76,6 +78,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     }
     connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
     connect(&m_session.getBindings(), &InputBindings::changed, this, &MainWindow::retranslate);
+    addRecording();
     retranslate();
     resize(1240, 800);
     m_viewport->setFocus();
@@ -86,6 +89,8 @@ MainWindow::~MainWindow()
     disconnect(&m_session, nullptr, this, nullptr);
     disconnect(&m_session.getBindings(), nullptr, this, nullptr);
     m_session.getCommands().removeCommand("shortcuts");
+    m_player.reset();
+    m_recording.reset();
     // Before its neighbours: it still tells the session about the end of everything pending.
     delete m_viewport;
 }
@@ -122,6 +127,18 @@ void MainWindow::showAssembly(const int partCount)
     retranslate();
 }
 
+void MainWindow::addRecording()
+{
+    m_recording = std::make_unique<RecordingControl>(m_session, *m_viewport, [this] { return m_fileName; });
+    m_recording->setFileQuestion([this] {
+        const QString file =
+            QFileDialog::getSaveFileName(this, tr("Record input"), QString(), tr("Recordings (*.txt);;All files (*)"));
+        return QFile::encodeName(file).toStdString();
+    });
+    m_recording->setErrorReport([this](const QString& line) { QMessageBox::warning(this, tr("koviewer"), line); });
+    m_player = std::make_unique<ScriptPlayer>(m_session, *m_viewport);
+}
+
 QAction* MainWindow::getAction(const std::string& command) const
 {
     const auto found = std::find_if(m_commandActions.begin(), m_commandActions.end(),
@@ -134,6 +151,8 @@ void MainWindow::changeEvent(QEvent* event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::LanguageChange) {
         m_session.retranslate();
+        m_recording->retranslate();
+        m_player->retranslate();
         retranslate();
     }
 }

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ class QToolBar;
 namespace quon::viewer {
 
 class ShortcutsDialog;
+class RecordingControl;
+class ScriptPlayer;
 class ViewerSession;
 class Viewport;
 
@@ -52,6 +55,12 @@ public:
 
     Viewport& getViewport() { return *m_viewport; }
 
+    /** Records the input of the viewport. */
+    RecordingControl& getRecording() { return *m_recording; }
+
+    /** Replays recordings. */
+    ScriptPlayer& getPlayer() { return *m_player; }
+
     /** Returns the menu entry and button of a command, null for an unknown name. */
     QAction* getAction(const std::string& command) const;
 
@@ -78,9 +87,12 @@ private:
     void showShortcuts();
     void registerShortcuts();
     void showAbout();
+    void addRecording();
 
     ViewerSession& m_session;
     Viewport* m_viewport;
+    std::unique_ptr<RecordingControl> m_recording;
+    std::unique_ptr<ScriptPlayer> m_player;
     QMenu* m_fileMenu;
     QAction* m_openAction;
     QAction* m_quitAction;

@@ -7,6 +7,7 @@
 #include "Viewer/Drawing/OverlayItem.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/ViewerSession.h"
+#include "Viewer/Window/InputObserver.h"
 
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
@@ -30,6 +31,43 @@ const osg::Color3f DarkTop(0.13F, 0.15F, 0.18F);
 const osg::Color3f DarkBottom(0.27F, 0.30F, 0.34F);
 
 } // namespace
+
+/** Tells the observer of an event, once, however many handlers the event goes through. */
+class Viewport::Observation {
+public:
+    Observation(Viewport& viewport, const QEvent& event)
+        : m_viewport(viewport)
+        , m_event(event)
+        , m_outer(viewport.m_observed)
+        , m_observer(m_outer == &event ? nullptr : viewport.m_observer)
+    {
+        if (m_observer != nullptr) {
+            m_viewport.m_observed = &event;
+            m_observer->inputBegins(event);
+        }
+    }
+
+    ~Observation()
+    {
+        if (m_observer == nullptr) {
+            return;
+        }
+        m_viewport.m_observed = m_outer;
+        // The event may have ended the observation.
+        if (m_viewport.m_observer == m_observer) {
+            m_observer->inputEnds(m_event);
+        }
+    }
+
+    Observation(const Observation&) = delete;
+    Observation& operator=(const Observation&) = delete;
+
+private:
+    Viewport& m_viewport;
+    const QEvent& m_event;
+    const QEvent* m_outer;
+    InputObserver* m_observer;
+};
 
 /** The notifications over the OpenGL surface. */
 class Viewport::Overlay : public QWidget {
@@ -102,6 +140,12 @@ QImage Viewport::grabScene()
     return m_surface != nullptr ? m_surface->grabFramebuffer() : drawOffscreen(false);
 }
 
+bool Viewport::event(QEvent* event)
+{
+    const Observation observation(*this, *event);
+    return QWidget::event(event);
+}
+
 void Viewport::mousePressEvent(QMouseEvent* event)
 {
     event->setAccepted(handle([&] { return m_session.getMapper().mousePressed(event); }));
@@ -147,6 +191,7 @@ void Viewport::wheelEvent(QWheelEvent* event)
 
 bool Viewport::handleKey(QKeyEvent* event)
 {
+    const Observation observation(*this, *event);
     return handle([&] {
         interaction::QtEventMapper& mapper = m_session.getMapper();
         return event->type() == QEvent::KeyPress ? mapper.keyPressed(event) : mapper.keyReleased(event);

@@ -15,6 +15,7 @@ class QPainter;
 namespace quon::viewer {
 
 class GlSurface;
+class InputObserver;
 class OffscreenSurface;
 class ViewerSession;
 
@@ -58,6 +59,14 @@ public:
     SceneRenderer& getRenderer() { return m_renderer; }
 
     /**
+     * Sets who is told of every event before and after it is handled, keys of handleKey() included.
+     *
+     * @param observer borrowed; null for nobody
+     */
+    void setInputObserver(InputObserver* observer) { m_observer = observer; }
+    InputObserver* getInputObserver() const { return m_observer; }
+
+    /**
      * Handles a key that another widget of the window left alone, as if it had been typed here.
      *
      * @return whether a context consumed what became of it
@@ -65,6 +74,7 @@ public:
     bool handleKey(QKeyEvent* event);
 
 protected:
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -78,6 +88,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    class Observation;
     class Overlay;
 
     template <class Handle>
@@ -96,8 +107,10 @@ private:
 
     ViewerSession& m_session;
     SceneRenderer m_renderer;
-    GlSurface* m_surface = nullptr;                ///< in a window; a child
-    Overlay* m_overlay = nullptr;                  ///< in a window; a child
+    InputObserver* m_observer = nullptr;
+    const QEvent* m_observed = nullptr; ///< the event that the observer was told of last and that is not over yet
+    GlSurface* m_surface = nullptr;     ///< in a window; a child
+    Overlay* m_overlay = nullptr;       ///< in a window; a child
     std::unique_ptr<OffscreenSurface> m_offscreen; ///< for pictures, made at the first one
     bool m_beginsFrame = false;                    ///< about to draw
     int m_wheelRest = 0;                           ///< eighths of a degree that do not make up a step yet
