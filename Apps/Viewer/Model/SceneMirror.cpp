@@ -17,7 +17,7 @@ namespace quon::viewer {
 namespace {
 
 // What a traversal reads of a node, together with the attachments that its listener may read.
-constexpr osg::BitVector NodeFields = osg::Node::TravMaskFieldMask | osg::Node::ParentFieldMask |
+const osg::BitVector NodeFields = osg::Node::TravMaskFieldMask | osg::Node::ParentFieldMask |
                                       osg::Node::CoreFieldMask | osg::AttachmentContainer::AttachmentsFieldMask;
 
 class Sum {
