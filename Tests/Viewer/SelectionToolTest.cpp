@@ -396,6 +396,74 @@ TEST_F(SelectionToolTest, HoveringEndsOverEmptySpaceWhenThePointerLeavesAndWhile
     }
 }
 
+TEST_F(SelectionToolTest, SelectAllTakesThePartsThatAreShown)
+{
+    setTravMask(m_right, 0);
+
+    m_user.pressKey(Qt::Key_A, Qt::ControlModifier);
+    m_user.releaseKey(Qt::Key_A, Qt::ControlModifier);
+
+    EXPECT_THAT(selection(), UnorderedElementsAre(m_left, m_middle, m_behind));
+}
+
+TEST_F(SelectionToolTest, InvertSelectsTheShownPartsThatAreNotSelectedAndNothingElse)
+{
+    setTravMask(m_right, 0);
+    m_user.click(at(-5, 0));
+
+    m_user.type(Qt::Key_N);
+    EXPECT_THAT(selection(), UnorderedElementsAre(m_middle, m_behind));
+
+    m_session.getEditor().select({m_model});
+    m_user.type(Qt::Key_N);
+    EXPECT_THAT(selection(), IsEmpty());
+}
+
+TEST_F(SelectionToolTest, ParentAndChildrenLeadUpToTheModelAndDownToItsParts)
+{
+    m_user.click(at(-5, 0));
+
+    m_user.type(Qt::Key_PageUp);
+    EXPECT_THAT(selection(), ElementsAre(m_model));
+    m_user.type(Qt::Key_PageUp);
+    EXPECT_THAT(selection(), ElementsAre(m_model));
+
+    m_user.type(Qt::Key_PageDown);
+    EXPECT_EQ(selection().size(), 4U);
+    m_user.type(Qt::Key_PageDown);
+    EXPECT_EQ(selection().size(), 4U);
+}
+
+TEST_F(SelectionToolTest, SelectionCommandsCanBeAskedForWhenThereIsSomethingToSelectFrom)
+{
+    const viewer::CommandContext& commands = m_session.getCommands();
+    EXPECT_TRUE(commands.isAvailable("select-all"));
+    EXPECT_FALSE(commands.isAvailable("select-parent"));
+    EXPECT_FALSE(commands.isAvailable("select-children"));
+    EXPECT_FALSE(commands.isAvailable("select-none"));
+
+    m_user.click(at(-5, 0));
+    EXPECT_TRUE(commands.isAvailable("select-parent"));
+    EXPECT_TRUE(commands.isAvailable("select-children"));
+    m_session.setModel(osg::NullFC);
+    EXPECT_FALSE(commands.isAvailable("select-all"));
+    EXPECT_FALSE(commands.isAvailable("invert"));
+}
+
+TEST_F(SelectionToolTest, EverySelectionCommandIsOneStepThatCanBeTakenBack)
+{
+    m_user.click(at(-5, 0));
+    for (const char* command : {"select-all", "invert", "select-parent", "select-none"}) {
+        m_session.getEditor().select({m_left});
+        m_session.sendCommand(command);
+        EXPECT_THAT(selection(), ::testing::Not(ElementsAre(m_left))) << command;
+
+        m_session.sendCommand("undo");
+
+        EXPECT_THAT(selection(), ElementsAre(m_left)) << command;
+    }
+}
+
 TEST_F(SelectionToolTest, ThePointerIsACrossWhileARectangleIsDrawn)
 {
     EXPECT_EQ(m_viewport.cursor().shape(), Qt::ArrowCursor);

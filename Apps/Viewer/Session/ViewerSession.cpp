@@ -4,6 +4,7 @@
 #include "Viewer/Model/ModelOutline.h"
 #include "Viewer/Model/NodeWalk.h"
 #include "Viewer/Model/Part.h"
+#include "Viewer/Model/PartRelations.h"
 
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
@@ -155,6 +156,7 @@ void ViewerSession::setModel(const osg::NodePtr& model)
         endEditCP(m_scene, osg::Node::ChildrenFieldMask);
     }
     m_picker.setRoot(model);
+    m_shownParts.setRoot(model);
     m_editor.setRoot(model);
     m_model = model;
     if (model != osg::NullFC) {
@@ -211,6 +213,7 @@ void ViewerSession::processSceneChanges()
         m_selectionKeeper->sceneChanged(changes);
         m_sets.sceneChanged(changes);
         m_picker.sceneChanged(changes);
+        m_shownParts.sceneChanged(changes);
         for (SceneChangeListener* listener : m_listeners) {
             listener->sceneChanged(changes);
         }
@@ -358,14 +361,11 @@ void ViewerSession::addCommands()
     commands.setCommand("isolate", {[this] { m_editor.isolate(getSelectedNodes()); }, {}, anySelected});
     commands.setCommand("show-all", {[this] { m_editor.showAll(); }, {}, {}});
     commands.setCommand("new-set", {[this] { m_sets.create(); }, {}, anySelected});
-    commands.setCommand("select-none", {[this] { m_editor.select({}); }, {}, anySelected});
+    addSelectionCommands();
     commands.setCommand(
         "visualisation",
         {[this] { switchVisualisation(); }, [this] { return m_display.getLook().kind == Kind::Wireframe; }, {}});
     commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_display.getLook().overlay; }, {}});
-    commands.setCommand("visible-only", {[this] { m_selectionTool.setVisibleOnly(!m_selectionTool.isVisibleOnly()); },
-                                         [this] { return m_selectionTool.isVisibleOnly(); },
-                                         {}});
     commands.setCommand("fit", {[this] { m_camera.fit(); }, {}, {}});
     for (const char* view : {"front", "right", "top", "iso", "back", "left", "bottom"}) {
         commands.setCommand(view, {[this, view] { m_camera.setStandardView(view); }, {}, {}});
@@ -382,6 +382,25 @@ std::vector<osg::NodePtr> ViewerSession::getSelectedNodes() const
 {
     const auto& selection = m_selection->getSelection();
     return {selection.begin(), selection.end()};
+}
+
+void ViewerSession::addSelectionCommands()
+{
+    CommandContext& commands = m_commandContext;
+    const auto anyModel = [this] { return m_model != osg::NullFC; };
+    const auto anySelected = [this] { return !m_selection->getSelection().empty(); };
+    commands.setCommand("select-all", {[this] { m_editor.select(m_shownParts.get()); }, {}, anyModel});
+    commands.setCommand("select-none", {[this] { m_editor.select({}); }, {}, anySelected});
+    commands.setCommand(
+        "invert",
+        {[this] { m_editor.select(findOthers(m_shownParts.get(), m_selection->getSelection())); }, {}, anyModel});
+    commands.setCommand("select-parent",
+                        {[this] { m_editor.select(findParents(getSelectedNodes(), m_model.get())); }, {}, anySelected});
+    commands.setCommand("select-children",
+                        {[this] { m_editor.select(viewer::findChildren(getSelectedNodes())); }, {}, anySelected});
+    commands.setCommand("visible-only", {[this] { m_selectionTool.setVisibleOnly(!m_selectionTool.isVisibleOnly()); },
+                                         [this] { return m_selectionTool.isVisibleOnly(); },
+                                         {}});
 }
 
 void ViewerSession::toggleLock()

@@ -3,6 +3,7 @@
 
 #include "Viewer/Drawing/AxisCross.h"
 #include "Viewer/Model/SceneChanges.h"
+#include "Viewer/Model/ShownParts.h"
 #include "Viewer/Session/InputBindings.h"
 #include "Viewer/Session/SceneEditor.h"
 #include "Viewer/Session/SelectionDisplay.h"
@@ -200,6 +201,7 @@ signals:
 
 private:
     void addCommands();
+    void addSelectionCommands();
     void toggleLock();
     void switchVisualisation();
     void switchOverlay();
@@ -216,6 +218,7 @@ private:
     osg::Pnt3f m_modelMaximum;
     CameraController m_camera;
     EmbreePicker m_picker;
+    ShownParts m_shownParts;
     SelectionDisplay m_display;
     interaction::QtEventMapper m_mapper;
     InputBindings m_bindings;
