@@ -8,6 +8,7 @@
 #include "Viewer/Script/OutputFolder.h"
 #include "Viewer/Script/Script.h"
 #include "Viewer/Script/ScriptRunner.h"
+#include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/MainWindow.h"
@@ -121,8 +122,12 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     // The same looks on every desktop; its palette still comes from there.
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setWindowIcon(quon::viewer::getIcon("koviewer"));
+    QApplication::setOrganizationName(QStringLiteral("quon"));
+    QApplication::setApplicationName(QStringLiteral("koviewer"));
+    quon::viewer::Settings settings(quon::viewer::Settings::getUserFile());
     quon::viewer::ViewerSession session;
     quon::viewer::MainWindow window(session);
+    window.useSettings(settings);
     if (line.partCount > 0) {
         window.showAssembly(line.partCount);
     } else if (!line.model.empty()) {

@@ -4,12 +4,14 @@
 #include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ModelLoader.h"
 #include "Viewer/Model/ViewerError.h"
+#include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/ScriptPlayer.h"
 #include "Viewer/Window/ShortcutsDialog.h"
 #include "Viewer/Window/Viewport.h"
+#include "Viewer/Window/WindowKeeper.h"
 
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
@@ -30,10 +32,15 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace quon::viewer {
 
 namespace {
+
+// Switches that stay as they were when the viewer was closed.
+constexpr const char* KeptSwitches[] = {"dark", "parallel"};
 
 constexpr int GroupCount = 5;
 
@@ -55,6 +62,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     , m_toolBar(nullptr)
     , m_hovered(new QLabel(this))
     , m_summary(new QLabel(this))
+    , m_problems("settings")
 {
     setCentralWidget(m_viewport);
     setDockNestingEnabled(true);
@@ -86,6 +94,8 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
 
 MainWindow::~MainWindow()
 {
+    // First: it may still want to know where the panels are.
+    m_keeper.reset();
     disconnect(&m_session, nullptr, this, nullptr);
     disconnect(&m_session.getBindings(), nullptr, this, nullptr);
     m_session.getCommands().removeCommand("shortcuts");
@@ -93,6 +103,26 @@ MainWindow::~MainWindow()
     m_recording.reset();
     // Before its neighbours: it still tells the session about the end of everything pending.
     delete m_viewport;
+}
+
+void MainWindow::useSettings(Settings& settings)
+{
+    m_settings = &settings;
+    m_keeper = std::make_unique<WindowKeeper>(*this, settings);
+    InputBindings& bindings = m_session.getBindings();
+    bindings.setChangedKeys(settings.getKeys());
+    connect(&bindings, &InputBindings::changed, this,
+            [this, &bindings] { m_settings->setKeys(bindings.getChangedKeys()); });
+    for (const char* name : KeptSwitches) {
+        const CommandContext& commands = m_session.getCommands();
+        if (commands.isSwitch(name) && settings.getSwitch(name, commands.isChecked(name)) != commands.isChecked(name)) {
+            m_session.sendCommand(name);
+        }
+        m_switches[name] = commands.isChecked(name);
+    }
+    connect(&m_session, &ViewerSession::redrawNeeded, this, &MainWindow::keepSwitches);
+    connect(&settings, &Settings::problemsChanged, this, &MainWindow::showProblems);
+    showProblems();
 }
 
 void MainWindow::open(const std::string& file)
@@ -319,6 +349,22 @@ void MainWindow::registerShortcuts()
     m_shortcuts.clear();
     for (const QAction* action : m_fileMenu->actions()) {
         m_shortcuts.add(m_fileMenu->title().remove(QLatin1Char('&')), *action);
+    }
+}
+
+void MainWindow::showProblems()
+{
+    m_problems.show(m_settings->describeProblems(), std::chrono::seconds(15));
+}
+
+void MainWindow::keepSwitches()
+{
+    const CommandContext& commands = m_session.getCommands();
+    for (const char* name : KeptSwitches) {
+        const bool isOn = commands.isChecked(name);
+        if (std::exchange(m_switches[name], isOn) != isOn) {
+            m_settings->setSwitch(name, isOn);
+        }
     }
 }
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Session/PassingNotification.h"
 #include "Viewer/Window/WindowShortcuts.h"
 
 #include <QMainWindow>
 #include <QPointer>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,11 +21,13 @@ class QToolBar;
 
 namespace quon::viewer {
 
+class Settings;
 class ShortcutsDialog;
 class RecordingControl;
 class ScriptPlayer;
 class ViewerSession;
 class Viewport;
+class WindowKeeper;
 
 /**
  * The viewer's window: the viewport in the middle, menus and a tool bar made from Command::getAll(), panels in docks
@@ -52,6 +56,14 @@ public:
 
     /** Generates an assembly and shows it in place of the old model, see AssemblyGenerator. */
     void showAssembly(int partCount);
+
+    /**
+     * Takes over what is remembered in @p settings, and keeps it there from now on. What is wrong with them is told in
+     * the notification area. Call it once, when all panels are there.
+     *
+     * @param settings borrowed, must outlive the window
+     */
+    void useSettings(Settings& settings);
 
     Viewport& getViewport() { return *m_viewport; }
 
@@ -86,6 +98,8 @@ private:
     void askAndOpen();
     void showShortcuts();
     void registerShortcuts();
+    void showProblems();
+    void keepSwitches();
     void showAbout();
     void addRecording();
 
@@ -105,6 +119,10 @@ private:
     QLabel* m_hovered;
     QLabel* m_summary;
     QString m_fileName;
+    Settings* m_settings = nullptr;         ///< null until there are some
+    std::map<std::string, bool> m_switches; ///< as they are in the settings, by the names of their commands
+    PassingNotification m_problems;
+    std::unique_ptr<WindowKeeper> m_keeper;
     WindowShortcuts m_shortcuts;
     QPointer<ShortcutsDialog> m_shortcutsDialog; ///< while it is shown
 };
