@@ -9,6 +9,7 @@
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/ScriptPlayer.h"
+#include "Viewer/Window/SelectionSetsPanel.h"
 #include "Viewer/Window/ShortcutsDialog.h"
 #include "Viewer/Window/Viewport.h"
 #include "Viewer/Window/WindowKeeper.h"
@@ -75,6 +76,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     m_aboutAction = m_helpMenu->addAction(getIcon("koviewer"), QString(), this, &MainWindow::showAbout);
     addToolBar();
     m_session.getCommands().setCommand("shortcuts", {[this] { showShortcuts(); }, {}, {}});
+    addPanel(new SelectionSetsPanel(m_session, this), QStringLiteral("selectionSets"), Qt::RightDockWidgetArea, true);
     statusBar()->addWidget(m_hovered, 1);
     statusBar()->addPermanentWidget(m_summary);
 
