@@ -40,6 +40,8 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Do again what was taken back"), Qt::Key_Z, ControlShift},
         {"hide", Group::Edit, "hide", QT_TRANSLATE_NOOP("Commands", "Hide"),
          QT_TRANSLATE_NOOP("Commands", "Hide the selected parts"), Qt::Key_H, None},
+        {"show", Group::Edit, "", QT_TRANSLATE_NOOP("Commands", "Show"),
+         QT_TRANSLATE_NOOP("Commands", "Show the selected parts again, and the groups that they are in"), 0, None},
         {"isolate", Group::Edit, "isolate", QT_TRANSLATE_NOOP("Commands", "Isolate"),
          QT_TRANSLATE_NOOP("Commands", "Hide everything but the selected parts"), Qt::Key_I, None},
         {"show-all", Group::Edit, "show-all", QT_TRANSLATE_NOOP("Commands", "Show all"),
@@ -61,6 +63,8 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Keep the selected parts as a named set"), Qt::Key_K, None},
         {"visible-only", Group::Select, "", QT_TRANSLATE_NOOP("Commands", "Rectangle selects visible parts only"),
          QT_TRANSLATE_NOOP("Commands", "Let the rectangle leave out parts that are hidden behind others"), 0, None},
+        {"find", Group::Select, "search", QT_TRANSLATE_NOOP("Commands", "Find..."),
+         QT_TRANSLATE_NOOP("Commands", "Find parts by name"), Qt::Key_Slash, None},
 
         {"fit", Group::View, "fit", QT_TRANSLATE_NOOP("Commands", "Fit all"),
          QT_TRANSLATE_NOOP("Commands", "Fit the model into the view"), Qt::Key_F, None},

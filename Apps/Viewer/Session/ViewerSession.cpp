@@ -358,6 +358,7 @@ void ViewerSession::addCommands()
                                  }});
     commands.setCommand("lock", {[this] { toggleLock(); }, {}, anySelected});
     commands.setCommand("hide", {[this] { m_editor.hide(getSelectedNodes()); }, {}, anySelected});
+    commands.setCommand("show", {[this] { m_editor.show(getSelectedNodes()); }, {}, anySelected});
     commands.setCommand("isolate", {[this] { m_editor.isolate(getSelectedNodes()); }, {}, anySelected});
     commands.setCommand("show-all", {[this] { m_editor.showAll(); }, {}, {}});
     commands.setCommand("new-set", {[this] { m_sets.create(); }, {}, anySelected});

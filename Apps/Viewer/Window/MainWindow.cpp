@@ -8,6 +8,7 @@
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/RecordingControl.h"
+#include "Viewer/Window/SceneTreePanel.h"
 #include "Viewer/Window/ScriptPlayer.h"
 #include "Viewer/Window/SelectionSetsPanel.h"
 #include "Viewer/Window/ShortcutsDialog.h"
@@ -60,6 +61,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     , m_panelMenu(nullptr)
     , m_helpMenu(nullptr)
     , m_aboutAction(nullptr)
+    , m_findAction(nullptr)
     , m_toolBar(nullptr)
     , m_hovered(new QLabel(this))
     , m_summary(new QLabel(this))
@@ -77,6 +79,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     addToolBar();
     m_session.getCommands().setCommand("shortcuts", {[this] { showShortcuts(); }, {}, {}});
     addPanel(new SelectionSetsPanel(m_session, this), QStringLiteral("selectionSets"), Qt::RightDockWidgetArea, true);
+    addSceneTree();
     statusBar()->addWidget(m_hovered, 1);
     statusBar()->addPermanentWidget(m_summary);
 
@@ -103,6 +106,7 @@ MainWindow::~MainWindow()
     m_session.getCommands().removeCommand("shortcuts");
     m_player.reset();
     m_recording.reset();
+    m_session.getCommands().removeCommand("find");
     // Before its neighbours: it still tells the session about the end of everything pending.
     delete m_viewport;
 }
@@ -248,6 +252,24 @@ void MainWindow::addToolBar()
     }
 }
 
+void MainWindow::addSceneTree()
+{
+    auto* tree = new SceneTreePanel(m_session, this);
+    QDockWidget* dock = addPanel(tree, QStringLiteral("sceneTreePanel"), Qt::LeftDockWidgetArea, true);
+    connect(tree, &SceneTreePanel::left, m_viewport, qOverload<>(&QWidget::setFocus));
+    const auto find = [tree, dock] {
+        dock->show();
+        dock->raise();
+        tree->startSearch();
+    };
+    m_session.getCommands().setCommand("find", {find, {}, {}});
+    // What everybody tries first cannot be a binding: "F" alone fires whatever is held with it.
+    m_findAction = new QAction(this);
+    m_findAction->setShortcut(QKeySequence::Find);
+    connect(m_findAction, &QAction::triggered, this, [this] { m_session.sendCommand("find"); });
+    addAction(m_findAction);
+}
+
 QDockWidget* MainWindow::addPanel(QWidget* panel, const QString& objectName, const Qt::DockWidgetArea area,
                                   const bool shown)
 {
@@ -352,6 +374,9 @@ void MainWindow::registerShortcuts()
     for (const QAction* action : m_fileMenu->actions()) {
         m_shortcuts.add(m_fileMenu->title().remove(QLatin1Char('&')), *action);
     }
+    m_findAction->setText(Command::find("find")->getDescription());
+    m_shortcuts.add(m_commandMenus[static_cast<std::size_t>(Command::Group::Select)]->title().remove(QLatin1Char('&')),
+                    *m_findAction);
 }
 
 void MainWindow::showProblems()

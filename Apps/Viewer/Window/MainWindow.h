@@ -90,6 +90,7 @@ private:
     void addFileMenu();
     void addCommands();
     void addToolBar();
+    void addSceneTree();
     /** Adds a panel that starts hidden unless @p shown; the Panels menu lists it. */
     QDockWidget* addPanel(QWidget* panel, const QString& objectName, Qt::DockWidgetArea area, bool shown);
     void retranslate();
@@ -114,6 +115,7 @@ private:
     QMenu* m_panelMenu;
     QMenu* m_helpMenu;
     QAction* m_aboutAction;
+    QAction* m_findAction; ///< for the key that does this everywhere
     QToolBar* m_toolBar;
     std::vector<CommandAction> m_commandActions;
     QLabel* m_hovered;
