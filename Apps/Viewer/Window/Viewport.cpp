@@ -12,6 +12,7 @@
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -261,6 +262,8 @@ void Viewport::notificationRemoved(notification::Notification*)
 
 void Viewport::draw(const int width, const int height, const double pixelRatio)
 {
+    QElapsedTimer timer;
+    timer.start();
     // What changes now is in the picture already.
     m_beginsFrame = true;
     m_session.beginFrame();
@@ -269,6 +272,7 @@ void Viewport::draw(const int width, const int height, const double pixelRatio)
     m_renderer.setBackground(m_session.isDark() ? DarkTop : LightTop, m_session.isDark() ? DarkBottom : LightBottom);
     const CameraController& camera = m_session.getCamera();
     m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height);
+    m_frameTimes.add(static_cast<double>(timer.nsecsElapsed()) / 1e6);
 }
 
 void Viewport::drawInWindow(const int width, const int height, const double pixelRatio)
