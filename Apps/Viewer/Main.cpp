@@ -127,7 +127,10 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     quon::viewer::Settings settings(quon::viewer::Settings::getUserFile());
     quon::viewer::ViewerSession session;
     quon::viewer::MainWindow window(session);
-    window.useSettings(settings);
+    // A recording goes the same way everywhere: the keys and switches of one user are not those of another.
+    if (line.record.empty() && line.replay.empty()) {
+        window.useSettings(settings);
+    }
     if (line.partCount > 0) {
         window.showAssembly(line.partCount);
     } else if (!line.model.empty()) {

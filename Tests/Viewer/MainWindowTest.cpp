@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "Support/CallLog.h"
+#include "Support/RecordingContext.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/UserInput.h"
 
@@ -7,6 +9,7 @@
 #include "Viewer/Window/MainWindow.h"
 #include "Viewer/Window/Viewport.h"
 
+#include <Interaction/InteractionManager.h>
 #include <Interaction/NodeSelectionModel.h>
 
 #include <QAction>
@@ -142,6 +145,22 @@ TEST_F(MainWindowTest, AKeyThatAPanelLeavesAloneGoesToTheViewport)
     QTest::keyClick(&field, Qt::Key_D);
     EXPECT_EQ(field.text(), QStringLiteral("d"));
     EXPECT_FALSE(m_session.isDark());
+}
+
+TEST_F(MainWindowTest, AKeyThatNobodyConsumesInTheViewportIsNotSentTwice)
+{
+    CallLog log;
+    RecordingContext context(log, "context", interaction::InteractionContext::Overlay);
+    m_session.getInteractionManager().addContext(&context);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
+    m_window.getViewport().setFocus();
+    log.clear();
+
+    QTest::keyClick(&m_window.getViewport(), Qt::Key_F23);
+
+    EXPECT_THAT(log.take(), ::testing::ElementsAre("context.triggerEvent(qt-key:16777286, press)",
+                                                   "context.triggerEvent(qt-key:16777286, release)"));
+    m_session.getInteractionManager().removeContext(&context);
 }
 
 TEST_F(MainWindowTest, TheViewportTakesClicksAndKeysAndHoveringNamesThePart)

@@ -7,7 +7,7 @@
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
-#include "Viewer/Window/InspectorPanel.h"
+#include "Viewer/Window/PresenterMode.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/SceneTreePanel.h"
 #include "Viewer/Window/ScriptPlayer.h"
@@ -81,6 +81,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     m_session.getCommands().setCommand("shortcuts", {[this] { showShortcuts(); }, {}, {}});
     addPanel(new SelectionSetsPanel(m_session, this), QStringLiteral("selectionSets"), Qt::RightDockWidgetArea, true);
     addSceneTree();
+    addPresenterMode();
     statusBar()->addWidget(m_hovered, 1);
     statusBar()->addPermanentWidget(m_summary);
 
@@ -93,7 +94,6 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
     connect(&m_session.getBindings(), &InputBindings::changed, this, &MainWindow::retranslate);
     addRecording();
-    addInspector();
     retranslate();
     resize(1240, 800);
     m_viewport->setFocus();
@@ -106,7 +106,8 @@ MainWindow::~MainWindow()
     disconnect(&m_session, nullptr, this, nullptr);
     disconnect(&m_session.getBindings(), nullptr, this, nullptr);
     m_session.getCommands().removeCommand("shortcuts");
-    m_session.getCommands().removeCommand("inspector");
+    m_session.getCommands().removeCommand("presenter");
+    m_presenter.reset();
     m_player.reset();
     m_recording.reset();
     m_session.getCommands().removeCommand("find");
@@ -176,14 +177,6 @@ void MainWindow::addRecording()
     });
     m_recording->setErrorReport([this](const QString& line) { QMessageBox::warning(this, tr("koviewer"), line); });
     m_player = std::make_unique<ScriptPlayer>(m_session, *m_viewport);
-}
-
-void MainWindow::addInspector()
-{
-    QDockWidget* dock = addPanel(new InspectorPanel(m_session, *m_viewport, this), QStringLiteral("inspector"),
-                                 Qt::BottomDockWidgetArea, false);
-    m_session.getCommands().setCommand(
-        "inspector", {[dock] { dock->setVisible(!dock->isVisible()); }, [dock] { return dock->isVisible(); }, {}});
 }
 
 QAction* MainWindow::getAction(const std::string& command) const
@@ -317,6 +310,7 @@ void MainWindow::retranslate()
         entry.action->setToolTip(key.isEmpty() ? description : tr("%1 (%2)").arg(description, key));
     }
     registerShortcuts();
+    m_presenter->retranslate();
     updateActions();
     updateSummary();
 }
@@ -388,6 +382,24 @@ void MainWindow::registerShortcuts()
     m_findAction->setText(Command::find("find")->getDescription());
     m_shortcuts.add(m_commandMenus[static_cast<std::size_t>(Command::Group::Select)]->title().remove(QLatin1Char('&')),
                     *m_findAction);
+}
+
+void MainWindow::addPresenterMode()
+{
+    m_presenter = std::make_unique<PresenterMode>(*this, *m_viewport, m_session);
+    m_session.getCommands().setCommand(
+        "presenter", {[this] { m_presenter->enterLater(); }, [this] { return m_presenter->isOn(); }, {}});
+    connect(m_presenter.get(), &PresenterMode::aboutToEnter, this, [this] {
+        if (m_keeper != nullptr) {
+            m_keeper->setPaused(true);
+        }
+    });
+    connect(m_presenter.get(), &PresenterMode::changed, this, [this] {
+        if (m_keeper != nullptr) {
+            m_keeper->setPaused(m_presenter->isOn());
+        }
+        updateActions();
+    });
 }
 
 void MainWindow::showProblems()

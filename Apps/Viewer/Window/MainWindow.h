@@ -21,6 +21,7 @@ class QToolBar;
 
 namespace quon::viewer {
 
+class PresenterMode;
 class Settings;
 class ShortcutsDialog;
 class RecordingControl;
@@ -99,11 +100,11 @@ private:
     void askAndOpen();
     void showShortcuts();
     void registerShortcuts();
+    void addPresenterMode();
     void showProblems();
     void keepSwitches();
     void showAbout();
     void addRecording();
-    void addInspector();
 
     ViewerSession& m_session;
     Viewport* m_viewport;
@@ -122,6 +123,7 @@ private:
     QLabel* m_hovered;
     QLabel* m_summary;
     QString m_fileName;
+    std::unique_ptr<PresenterMode> m_presenter;
     Settings* m_settings = nullptr;         ///< null until there are some
     std::map<std::string, bool> m_switches; ///< as they are in the settings, by the names of their commands
     PassingNotification m_problems;

@@ -12,7 +12,6 @@
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -21,6 +20,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace quon::viewer {
 
@@ -192,6 +192,11 @@ void Viewport::wheelEvent(QWheelEvent* event)
 
 bool Viewport::handleKey(QKeyEvent* event)
 {
+    return !std::exchange(m_leftKeyAlone, false) && sendKey(event);
+}
+
+bool Viewport::sendKey(QKeyEvent* event)
+{
     const Observation observation(*this, *event);
     return handle([&] {
         interaction::QtEventMapper& mapper = m_session.getMapper();
@@ -201,12 +206,14 @@ bool Viewport::handleKey(QKeyEvent* event)
 
 void Viewport::keyPressEvent(QKeyEvent* event)
 {
-    event->setAccepted(handleKey(event));
+    event->setAccepted(sendKey(event));
+    m_leftKeyAlone = !event->isAccepted();
 }
 
 void Viewport::keyReleaseEvent(QKeyEvent* event)
 {
-    event->setAccepted(handleKey(event));
+    event->setAccepted(sendKey(event));
+    m_leftKeyAlone = !event->isAccepted();
 }
 
 void Viewport::focusOutEvent(QFocusEvent* event)
@@ -262,8 +269,6 @@ void Viewport::notificationRemoved(notification::Notification*)
 
 void Viewport::draw(const int width, const int height, const double pixelRatio)
 {
-    QElapsedTimer timer;
-    timer.start();
     // What changes now is in the picture already.
     m_beginsFrame = true;
     m_session.beginFrame();
@@ -272,7 +277,6 @@ void Viewport::draw(const int width, const int height, const double pixelRatio)
     m_renderer.setBackground(m_session.isDark() ? DarkTop : LightTop, m_session.isDark() ? DarkBottom : LightBottom);
     const CameraController& camera = m_session.getCamera();
     m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height);
-    m_frameTimes.add(static_cast<double>(timer.nsecsElapsed()) / 1e6);
 }
 
 void Viewport::drawInWindow(const int width, const int height, const double pixelRatio)

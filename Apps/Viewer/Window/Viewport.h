@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Viewer/Drawing/FrameTimes.h"
 #include "Viewer/Drawing/SceneRenderer.h"
 
 #include <Notification/NotificationManager.h>
@@ -59,9 +58,6 @@ public:
 
     SceneRenderer& getRenderer() { return m_renderer; }
 
-    /** How long the last drawings of the scene took. */
-    const FrameTimes& getFrameTimes() const { return m_frameTimes; }
-
     /**
      * Sets who is told of every event before and after it is handled, keys of handleKey() included.
      *
@@ -71,7 +67,8 @@ public:
     InputObserver* getInputObserver() const { return m_observer; }
 
     /**
-     * Handles a key that another widget of the window left alone, as if it had been typed here.
+     * Handles a key that another widget of the window left alone, as if it had been typed here. One that the viewport
+     * left alone itself comes up to its window at once; it has had its turn and is not handled again.
      *
      * @return whether a context consumed what became of it
      */
@@ -102,6 +99,8 @@ private:
     void notificationChanged(notification::Notification* notification) override;
     void notificationRemoved(notification::Notification* notification) override;
 
+    bool sendKey(QKeyEvent* event);
+
     void draw(int width, int height, double pixelRatio);
     void drawInWindow(int width, int height, double pixelRatio);
     QImage drawOffscreen(bool multisampling);
@@ -111,13 +110,13 @@ private:
 
     ViewerSession& m_session;
     SceneRenderer m_renderer;
-    FrameTimes m_frameTimes;
     InputObserver* m_observer = nullptr;
     const QEvent* m_observed = nullptr; ///< the event that the observer was told of last and that is not over yet
     GlSurface* m_surface = nullptr;     ///< in a window; a child
     Overlay* m_overlay = nullptr;       ///< in a window; a child
     std::unique_ptr<OffscreenSurface> m_offscreen; ///< for pictures, made at the first one
     bool m_beginsFrame = false;                    ///< about to draw
+    bool m_leftKeyAlone = false;                   ///< a key that is on its way up to the window
     int m_wheelRest = 0;                           ///< eighths of a degree that do not make up a step yet
 };
 
