@@ -72,7 +72,7 @@ struct DrawItem {
 struct Batch {
     std::vector<std::uint32_t> items; ///< places; the larger ones first once it is built
     std::vector<IndexCounts> ends;    ///< by item: indices up to its end
-    std::vector<float> radii;         ///< by item, in steps, none larger than the one before
+    std::vector<float> radii;         ///< by item, a little varied; none larger than the one before
     std::size_t vertexCount = 0;
     osg::Pnt3f minimum; ///< in the world; holds all items, may be too large
     osg::Pnt3f maximum;

@@ -240,10 +240,11 @@ private:
 
     void learn(const double seconds)
     {
-        // At most twice as much the next time: the first drawings of a context are slower than those that follow.
-        const double wanted = static_cast<double>(m_statistics.primitives) * m_movingSeconds / std::max(seconds, 1e-6);
+        // At most twice as much the next time: the first drawings of a context are slower than those that follow. What
+        // is left is not asked: the geometries that fit may be few, for large ones come first.
         if (m_statistics.leftOut > 0 || seconds > m_movingSeconds) {
-            m_mostPrimitives = std::clamp(wanted, m_mostPrimitives / 2, m_mostPrimitives * 2);
+            const double share = m_movingSeconds / std::max(seconds, 1e-6);
+            m_mostPrimitives *= std::clamp(share, 0.5, 2.0);
         }
         m_mostPrimitives = std::max(m_mostPrimitives, LeastPrimitives);
     }

@@ -17,6 +17,9 @@ namespace {
 
 constexpr std::size_t DirectionCount = 96;
 
+// Some ten steps of single precision.
+constexpr double Slack = 1e-6;
+
 // Directions spread evenly over the sphere along a spiral.
 std::array<osg::Vec3f, DirectionCount> makeDirections()
 {
@@ -46,12 +49,16 @@ public:
     void visitGeometry(const GeometryInstance& instance) override
     {
         const osg::UInt32 id = osg::getContainerId(instance.geometry);
-        const auto [data, isNew] = m_data.try_emplace(id);
+        const auto [found, isNew] = m_data.try_emplace(id);
+        Data& data = found->second;
         if (isNew) {
-            data->second = usedPositions(instance.geometry);
+            data = usedPositions(instance.geometry);
         }
         const Matrix4 toWorld(instance.toWorld);
-        for (const osg::Pnt3f& position : data->second) {
+        if (isWithin(data, toWorld)) {
+            return;
+        }
+        for (const osg::Pnt3f& position : data.positions) {
             const Vector4 place = toWorld.transform(position);
             if (std::isfinite(place[0] + place[1] + place[2])) {
                 include(osg::Pnt3f(static_cast<float>(place[0]), static_cast<float>(place[1]),
@@ -61,7 +68,13 @@ public:
     }
 
 private:
-    static std::vector<osg::Pnt3f> usedPositions(const osg::GeometryPtr& geometry)
+    struct Data {
+        std::vector<osg::Pnt3f> positions;
+        osg::Pnt3f minimum;
+        osg::Pnt3f maximum;
+    };
+
+    static Data usedPositions(const osg::GeometryPtr& geometry)
     {
         const GeometryData data = GeometryData::read(geometry);
         std::vector<bool> used(data.positions.size(), false);
@@ -70,13 +83,52 @@ private:
                 used[index] = true;
             }
         }
-        std::vector<osg::Pnt3f> positions;
+        Data result;
+        data.getBounds(result.minimum, result.maximum);
         for (std::size_t i = 0; i < used.size(); ++i) {
             if (used[i]) {
-                positions.push_back(data.positions[i]);
+                result.positions.push_back(data.positions[i]);
             }
         }
-        return positions;
+        return result;
+    }
+
+    // Whether nothing of a geometry can reach further than what is known: most parts of a large model are inside.
+    bool isWithin(const Data& data, const Matrix4& toWorld) const
+    {
+        if (m_outline.points.empty()) {
+            return false;
+        }
+        double centre[3];
+        double extent[3];
+        for (int axis = 0; axis < 3; ++axis) {
+            centre[axis] = toWorld(axis, 3);
+            extent[axis] = 0;
+            for (int i = 0; i < 3; ++i) {
+                const auto minimum = static_cast<double>(data.minimum[static_cast<osg::UInt32>(i)]);
+                const auto maximum = static_cast<double>(data.maximum[static_cast<osg::UInt32>(i)]);
+                centre[axis] += toWorld(axis, i) * (minimum + maximum) / 2;
+                extent[axis] += std::abs(toWorld(axis, i)) * (maximum - minimum) / 2;
+            }
+            // A little more, for what single precision makes of it. Written so that a NaN fails.
+            extent[axis] += Slack * (std::abs(centre[axis]) + extent[axis]);
+            const auto index = static_cast<osg::UInt32>(axis);
+            if (!(centre[axis] - extent[axis] >= static_cast<double>(m_outline.minimum[index]) &&
+                  centre[axis] + extent[axis] <= static_cast<double>(m_outline.maximum[index]))) {
+                return false;
+            }
+        }
+        for (std::size_t i = 0; i < DirectionCount; ++i) {
+            double reach = 0;
+            for (int axis = 0; axis < 3; ++axis) {
+                const auto share = static_cast<double>(m_directions[i][static_cast<osg::UInt32>(axis)]);
+                reach += share * centre[axis] + std::abs(share) * extent[axis];
+            }
+            if (!(reach <= static_cast<double>(m_reach[i]))) {
+                return false;
+            }
+        }
+        return true;
     }
 
     void include(const osg::Pnt3f& place)
@@ -101,7 +153,7 @@ private:
     ModelOutline& m_outline;
     std::array<osg::Vec3f, DirectionCount> m_directions;
     std::array<float, DirectionCount> m_reach{};
-    std::unordered_map<osg::UInt32, std::vector<osg::Pnt3f>> m_data; ///< by id of the geometry
+    std::unordered_map<osg::UInt32, Data> m_data; ///< by id of the geometry
 };
 
 } // namespace

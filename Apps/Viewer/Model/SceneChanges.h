@@ -5,7 +5,7 @@
 
 #include <OpenSG/OSGBaseTypes.h>
 
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quon::viewer {
@@ -25,14 +25,16 @@ public:
     /** Returns the changes recorded in this thread and empties the list. */
     static SceneChanges take();
 
-    /** The changed fields by container id. */
-    const std::unordered_map<osg::UInt32, osg::BitVector>& getChanged() const { return m_changed; }
+    using Changed = std::vector<std::pair<osg::UInt32, osg::BitVector>>;
+
+    /** The ids of the changed containers, ascending and each once, with their changed fields. */
+    const Changed& getChanged() const { return m_changed; }
     const std::vector<osg::UInt32>& getDestroyed() const { return m_destroyed; }
 
     bool isEmpty() const { return m_changed.empty() && m_destroyed.empty(); }
 
 private:
-    std::unordered_map<osg::UInt32, osg::BitVector> m_changed;
+    Changed m_changed;
     std::vector<osg::UInt32> m_destroyed;
 };
 

@@ -17,8 +17,8 @@ namespace quon::viewer {
 namespace {
 
 // What a traversal reads of a node, together with the attachments that its listener may read.
-const osg::BitVector NodeFields = osg::Node::TravMaskFieldMask | osg::Node::ParentFieldMask |
-                                      osg::Node::CoreFieldMask | osg::AttachmentContainer::AttachmentsFieldMask;
+const osg::BitVector NodeFields = osg::Node::TravMaskFieldMask | osg::Node::ParentFieldMask | osg::Node::CoreFieldMask |
+                                  osg::AttachmentContainer::AttachmentsFieldMask;
 
 class Sum {
 public:
@@ -117,6 +117,11 @@ void SceneMirror::sceneChanged(const SceneChanges& changes)
     for (const auto& [id, mask] : changes.getChanged()) {
         noteContainer(id, mask);
     }
+    // What is above the root is not followed; an update looks at it.
+    const osg::NodePtr root = findNode(m_rootId);
+    if (root != osg::NullFC && root->getParent() != osg::NullFC && !changes.isEmpty()) {
+        m_pending.push_back(m_rootId);
+    }
 }
 
 void SceneMirror::noteContainer(const osg::UInt32 id, const osg::BitVector mask)
@@ -132,8 +137,11 @@ void SceneMirror::noteContainer(const osg::UInt32 id, const osg::BitVector mask)
         return;
     }
     if (container->getType().isNode()) {
-        // Whoever comes into the scene gets a parent.
-        if ((mask & osg::Node::ParentFieldMask) != 0) {
+        // Whoever comes into the scene gets a parent in it, or is below one who does.
+        const osg::NodePtr node = osg::NodePtr::dcast(container);
+        const osg::NodePtr parent =
+            (mask & osg::Node::ParentFieldMask) != 0 ? node->getParent() : osg::NodePtr(osg::NullFC);
+        if (parent != osg::NullFC && findPlace(osg::getContainerId(parent)) != None) {
             m_pending.push_back(id);
         }
     } else if (container->getType().isNodeCore() && (mask & ~osg::NodeCore::ParentsFieldMask) != 0) {
@@ -191,6 +199,30 @@ void SceneMirror::clear()
     m_pending.clear();
     m_root = osg::NullFC;
     m_rootId = 0;
+}
+
+std::vector<std::size_t> SceneMirror::findShownInOrder() const
+{
+    std::vector<std::size_t> places;
+    std::vector<osg::NodePtr> pending;
+    if (m_root != osg::NullFC) {
+        pending.push_back(m_root);
+    }
+    while (!pending.empty()) {
+        const osg::NodePtr node = pending.back();
+        pending.pop_back();
+        const std::uint32_t place = findPlace(osg::getContainerId(node));
+        if (place == None) {
+            continue;
+        }
+        if (m_records[place].shown) {
+            places.push_back(place);
+        }
+        for (osg::UInt32 i = node->getNChildren(); i > 0; --i) {
+            pending.push_back(node->getChild(i - 1));
+        }
+    }
+    return places;
 }
 
 void SceneMirror::checkNode(const osg::UInt32 id, const bool always)

@@ -74,6 +74,9 @@ public:
     /** How many nodes an update() compares with the scene although nobody reported a change of them; 2000 at first. */
     void setChecksPerUpdate(std::size_t count) { m_checksPerUpdate = count; }
 
+    /** The places of the nodes shown, in preorder. Walks through the whole scene; needs an update() before. */
+    std::vector<std::size_t> findShownInOrder() const;
+
     /** How many nodes are followed. */
     std::size_t getNodeCount() const { return m_places.size(); }
 

@@ -4,18 +4,19 @@
 #include "Viewer/Model/GeometryData.h"
 #include "Viewer/Model/Matrix4.h"
 #include "Viewer/Model/Part.h"
+#include "Viewer/Model/SceneMirror.h"
 #include "Viewer/Model/SceneTraversal.h"
 
 #include <SceneUtilities/koNodeUtils.h>
 
-#include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGAttachment.h>
+#include <OpenSG/OSGFieldContainerFactory.h>
 #include <OpenSG/OSGSimpleMaterial.h>
-#include <OpenSG/OSGSwitch.h>
-#include <OpenSG/OSGTransform.h>
 
 #include <embree3/rtcore.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -75,15 +76,12 @@ struct ClippedCorner {
 
 using ClippedPolygon = std::vector<ClippedCorner>;
 
-// The region as planes in clip space; a point is inside when every product is positive or zero.
-using RegionPlanes = std::array<Vector4, 6>;
-
 double product(const Vector4& plane, const Vector4& point)
 {
     return plane[0] * point[0] + plane[1] * point[1] + plane[2] * point[2] + plane[3] * point[3];
 }
 
-void clip(ClippedPolygon& polygon, const RegionPlanes& planes)
+void clip(ClippedPolygon& polygon, const std::array<Vector4, 6>& planes)
 {
     ClippedPolygon rest;
     for (const Vector4& plane : planes) {
@@ -115,87 +113,99 @@ void clip(ClippedPolygon& polygon, const RegionPlanes& planes)
 
 } // namespace
 
-/** The visible geometry below the root as Embree wants it: one scene per geometry core, one instance per node. */
-class EmbreePicker::Scene final : private SceneVisitor {
+/** A geometry core as Embree wants it. */
+struct EmbreePicker::Mesh {
+    GeometryData data;
+    RTCScene scene = nullptr;
+    osg::Pnt3f minimum;
+    osg::Pnt3f maximum;
+    std::array<osg::UInt32, 5> properties{}; ///< ids of what it was read from
+    bool stale = false;                      ///< the geometry has changed since
+    std::vector<std::size_t> users;          ///< places of the instances
+};
+
+/**
+ * The visible geometry below the root as Embree wants it: one scene per geometry core, one instance per node.
+ *
+ * Follows the scene from edit to edit; only the tree over the instances is built anew after one.
+ */
+class EmbreePicker::Scene final : private SceneMirror::Listener {
 public:
     struct Instance {
-        osg::NodePtr node;
+        osg::NodePtr node; ///< null: there is no instance in this place
         osg::MaterialPtr material;
+        osg::UInt32 materialId = 0;
+        osg::Matrix matrix;
         Matrix4 toWorld;
-        const GeometryData* data;
+        Mesh* mesh = nullptr;
+        std::size_t user = 0; ///< among the users of the mesh
+        bool attached = false;
     };
 
     Scene()
         : m_device(rtcNewDevice(nullptr))
-    {}
+        , m_top(rtcNewScene(m_device))
+        , m_mirror(*this)
+    {
+        rtcSetSceneFlags(m_top, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
+        rtcCommitScene(m_top);
+        // The picker promises nothing about edits that it did not hear of, and is asked more often than it is told.
+        m_mirror.setChecksPerUpdate(0);
+    }
 
     ~Scene()
     {
         clear();
-        for (auto& [id, mesh] : m_meshes) {
-            rtcReleaseScene(mesh.scene);
-        }
+        rtcReleaseScene(m_top);
         rtcReleaseDevice(m_device);
     }
 
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    void build(const osg::NodePtr& root)
+    /**
+     * Brings everything up to date.
+     *
+     * @return whether anything of it is different from before
+     */
+    bool update(const osg::NodePtr& root)
     {
-        clear();
-        m_top = rtcNewScene(m_device);
-        rtcSetSceneFlags(m_top, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
-        traverseScene(root, AllBits, *this);
-        for (osg::NodePtr node = root; node != osg::NullFC; node = node->getParent()) {
-            // The place of the root hangs on what is above it.
-            watchNode(node);
+        m_mirror.update(root, AllBits);
+        refreshStaleMeshes();
+        if (m_topStale) {
+            rtcCommitScene(m_top);
+            m_topStale = false;
         }
-        rtcCommitScene(m_top);
-        // A mesh that no node showed this time is stale the moment its geometry changes: rather build it again.
-        for (auto mesh = m_meshes.begin(); mesh != m_meshes.end();) {
-            if (mesh->second.used) {
-                ++mesh;
-            } else {
-                rtcReleaseScene(mesh->second.scene);
-                mesh = m_meshes.erase(mesh);
-            }
-        }
+        return std::exchange(m_changed, false);
     }
 
     void clear()
     {
-        if (m_top != nullptr) {
-            rtcReleaseScene(m_top);
-            m_top = nullptr;
-        }
-        m_instances.clear();
-        m_watched.clear();
+        m_mirror.clear();
         for (auto& [id, mesh] : m_meshes) {
-            mesh.used = false;
+            rtcReleaseScene(mesh.scene);
         }
+        m_meshes.clear();
+        m_staleMeshes.clear();
+        m_instances.clear();
+        m_materials.clear();
     }
 
-    /** Whether the changes touch something that this scene was built from; drops the meshes that they make stale. */
-    bool isTouchedBy(const SceneChanges& changes)
+    void sceneChanged(const SceneChanges& changes)
     {
-        bool touched = false;
+        m_mirror.sceneChanged(changes);
         for (const osg::UInt32 id : changes.getDestroyed()) {
-            touched = touched || m_watched.count(id) != 0;
             dropMesh(id);
         }
         for (const auto& [id, mask] : changes.getChanged()) {
-            const auto watched = m_watched.find(id);
-            if (watched != m_watched.end() && (watched->second.mask & mask) != 0) {
-                touched = true;
-                for (const osg::UInt32 mesh : watched->second.meshes) {
-                    dropMesh(mesh);
-                }
-            }
+            noteContainer(id, mask);
         }
-        return touched;
     }
 
+    /** Whether update() has anything to do. */
+    bool isOutOfDate() const { return m_changed || m_topStale || !m_staleMeshes.empty() || m_mirror.isOutOfDate(); }
+
+    /** By place; some may be empty. */
     const std::vector<Instance>& getInstances() const { return m_instances; }
 
     std::vector<RawHit> intersect(const Ray& ray, const bool nearestOnly) const
@@ -238,88 +248,180 @@ public:
         return hits;
     }
 
-private:
-    struct Mesh {
-        GeometryData data;
-        RTCScene scene = nullptr;
-        bool used = false;
-    };
-
-    struct Watched {
-        osg::BitVector mask = 0;         ///< the fields that matter
-        std::vector<osg::UInt32> meshes; ///< ids of the geometries that go stale with it
-    };
-
-    void watchNode(const osg::NodePtr& node)
+    /** Those that stand somewhere, in the order of the scene, which that of the places need not be. */
+    std::vector<const Instance*> findInstancesInOrder()
     {
-        m_watched[osg::getContainerId(node)].mask = osg::Node::TravMaskFieldMask | osg::Node::ParentFieldMask |
-                                                    osg::Node::ChildrenFieldMask | osg::Node::CoreFieldMask |
-                                                    osg::AttachmentContainer::AttachmentsFieldMask;
-        const osg::NodeCorePtr core = node->getCore();
-        if (core == osg::NullFC) {
-            return;
-        }
-        if (osg::TransformPtr::dcast(core) != osg::NullFC) {
-            m_watched[osg::getContainerId(core)].mask = osg::Transform::MatrixFieldMask;
-        } else if (osg::MaterialGroupPtr::dcast(core) != osg::NullFC) {
-            m_watched[osg::getContainerId(core)].mask = osg::MaterialGroup::MaterialFieldMask;
-        } else if (osg::SwitchPtr::dcast(core) != osg::NullFC) {
-            m_watched[osg::getContainerId(core)].mask = osg::Switch::ChoiceFieldMask;
-        }
-    }
-
-    bool enterNode(const osg::NodePtr& node) override
-    {
-        watchNode(node);
-        return !koNodeUtils::isAuxiliaryNode(node);
-    }
-
-    void visitGeometry(const GeometryInstance& instance) override
-    {
-        const osg::UInt32 id = osg::getContainerId(instance.geometry);
-        // Without its parents: copies of the node that share the core come and go with every selection.
-        m_watched[id] = {~osg::NodeCore::ParentsFieldMask, {id}};
-        const auto watchProperty = [&](const osg::AttachmentPtr& property) {
-            if (property != osg::NullFC) {
-                Watched& watched = m_watched[osg::getContainerId(property)];
-                watched.mask = ~osg::Attachment::ParentsFieldMask;
-                watched.meshes.push_back(id);
+        std::vector<const Instance*> instances;
+        for (const std::size_t place : m_mirror.findShownInOrder()) {
+            if (m_instances[place].toWorld.isFinite()) {
+                instances.push_back(&m_instances[place]);
             }
-        };
-        watchProperty(instance.geometry->getTypes());
-        watchProperty(instance.geometry->getLengths());
-        watchProperty(instance.geometry->getPositions());
-        watchProperty(instance.geometry->getIndices());
-        watchProperty(instance.geometry->getTexCoords());
-        if (instance.material != osg::NullFC) {
-            m_watched[osg::getContainerId(instance.material)].mask = ~osg::BitVector(0);
         }
-
-        const Matrix4 toWorld(instance.toWorld);
-        if (!toWorld.isFinite()) {
-            return;
-        }
-        Mesh& mesh = getMesh(id, instance.geometry);
-        // Rays hit triangles only; what has none is found by rectangles.
-        if (!mesh.data.triangles.empty()) {
-            RTCGeometry geometry = rtcNewGeometry(m_device, RTC_GEOMETRY_TYPE_INSTANCE);
-            rtcSetGeometryInstancedScene(geometry, mesh.scene);
-            rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, instance.toWorld.getValues());
-            rtcCommitGeometry(geometry);
-            rtcAttachGeometryByID(m_top, geometry, static_cast<unsigned>(m_instances.size()));
-            rtcReleaseGeometry(geometry);
-        }
-        m_instances.push_back({instance.node, instance.material, toWorld, &mesh.data});
+        return instances;
     }
 
-    Mesh& getMesh(const osg::UInt32 id, const osg::GeometryPtr& geometry)
+private:
+    bool isWanted(const osg::NodePtr& node) override { return !koNodeUtils::isAuxiliaryNode(node); }
+
+    void geometryShown(const std::size_t place, const GeometryInstance& shown) override
     {
-        Mesh& mesh = m_meshes[id];
-        mesh.used = true;
+        if (m_instances.size() <= place) {
+            m_instances.resize(place + 1);
+        }
+        Mesh& mesh = getMesh(shown.geometry);
+        Instance& instance = m_instances[place];
+        const osg::UInt32 materialId = shown.material == osg::NullFC ? 0 : osg::getContainerId(shown.material);
+        if (instance.node == shown.node && instance.mesh == &mesh && instance.materialId == materialId &&
+            std::equal(instance.matrix.getValues(), instance.matrix.getValues() + 16, shown.toWorld.getValues())) {
+            return;
+        }
+        geometryGone(place);
+        instance.node = shown.node;
+        instance.material = shown.material;
+        instance.materialId = materialId;
+        instance.matrix = shown.toWorld;
+        instance.toWorld = Matrix4(shown.toWorld);
+        instance.mesh = &mesh;
+        instance.user = mesh.users.size();
+        mesh.users.push_back(place);
+        ++m_materials[materialId];
+        attach(place);
+        m_changed = true;
+    }
+
+    void geometryGone(const std::size_t place) override
+    {
+        Instance& instance = m_instances[place];
+        if (instance.mesh == nullptr) {
+            return;
+        }
+        detach(place);
+        std::vector<std::size_t>& users = instance.mesh->users;
+        users[instance.user] = users.back();
+        m_instances[users.back()].user = instance.user;
+        users.pop_back();
+        const auto material = m_materials.find(instance.materialId);
+        if (--material->second == 0) {
+            m_materials.erase(material);
+        }
+        instance = Instance();
+        m_changed = true;
+    }
+
+    void noteContainer(const osg::UInt32 id, const osg::BitVector mask)
+    {
+        if (m_materials.count(id) != 0) {
+            m_changed = true;
+        }
+        if (m_meshes.count(id) != 0) {
+            // Copies of a node share its geometry and come and go: they change its parents only.
+            if ((mask & ~osg::NodeCore::ParentsFieldMask) != 0) {
+                markStale(id);
+            }
+            return;
+        }
+        if ((mask & ~osg::Attachment::ParentsFieldMask) == 0) {
+            return;
+        }
+        const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(id);
+        if (container == osg::NullFC || !container->getType().isAttachment()) {
+            return;
+        }
+        const osg::AttachmentPtr property = osg::AttachmentPtr::dcast(container);
+        const auto& geometries = property->getParents();
+        for (osg::UInt32 i = 0; i < geometries.size(); ++i) {
+            markStale(osg::getContainerId(geometries[i]));
+        }
+    }
+
+    void markStale(const osg::UInt32 id)
+    {
+        const auto mesh = m_meshes.find(id);
+        if (mesh != m_meshes.end() && !mesh->second.stale) {
+            mesh->second.stale = true;
+            m_staleMeshes.push_back(id);
+        }
+    }
+
+    void refreshStaleMeshes()
+    {
+        for (const osg::UInt32 id : m_staleMeshes) {
+            const auto mesh = m_meshes.find(id);
+            if (mesh == m_meshes.end() || !mesh->second.stale) {
+                continue;
+            }
+            if (mesh->second.users.empty()) {
+                dropMesh(id);
+                continue;
+            }
+            const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(id);
+            if (container != osg::NullFC) {
+                read(osg::GeometryPtr::dcast(container), mesh->second);
+            }
+            for (const std::size_t place : mesh->second.users) {
+                detach(place);
+                attach(place);
+            }
+            m_changed = true;
+        }
+        m_staleMeshes.clear();
+    }
+
+    void attach(const std::size_t place)
+    {
+        Instance& instance = m_instances[place];
+        if (instance.mesh->data.triangles.empty() || !instance.toWorld.isFinite()) {
+            return;
+        }
+        RTCGeometry geometry = rtcNewGeometry(m_device, RTC_GEOMETRY_TYPE_INSTANCE);
+        rtcSetGeometryInstancedScene(geometry, instance.mesh->scene);
+        rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, instance.matrix.getValues());
+        rtcCommitGeometry(geometry);
+        rtcAttachGeometryByID(m_top, geometry, static_cast<unsigned>(place));
+        rtcReleaseGeometry(geometry);
+        instance.attached = true;
+        m_topStale = true;
+    }
+
+    void detach(const std::size_t place)
+    {
+        if (m_instances[place].attached) {
+            rtcDetachGeometry(m_top, static_cast<unsigned>(place));
+            m_instances[place].attached = false;
+            m_topStale = true;
+        }
+    }
+
+    Mesh& getMesh(const osg::GeometryPtr& geometry)
+    {
+        Mesh& mesh = m_meshes[osg::getContainerId(geometry)];
+        if (mesh.scene == nullptr) {
+            read(geometry, mesh);
+        } else if (!mesh.stale && mesh.properties != getProperties(geometry)) {
+            markStale(osg::getContainerId(geometry));
+        }
+        return mesh;
+    }
+
+    static std::array<osg::UInt32, 5> getProperties(const osg::GeometryPtr& geometry)
+    {
+        const auto idOf = [](const osg::AttachmentPtr& property) {
+            return property == osg::NullFC ? 0 : osg::getContainerId(property);
+        };
+        return {idOf(geometry->getTypes()), idOf(geometry->getLengths()), idOf(geometry->getPositions()),
+                idOf(geometry->getIndices()), idOf(geometry->getTexCoords())};
+    }
+
+    void read(const osg::GeometryPtr& geometry, Mesh& mesh)
+    {
         if (mesh.scene != nullptr) {
-            return mesh;
+            // The instances hold it until they are attached again.
+            rtcReleaseScene(mesh.scene);
         }
         mesh.data = GeometryData::read(geometry);
+        mesh.data.getBounds(mesh.minimum, mesh.maximum);
+        mesh.properties = getProperties(geometry);
+        mesh.stale = false;
         mesh.scene = rtcNewScene(m_device);
         rtcSetSceneFlags(mesh.scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
         if (!mesh.data.triangles.empty()) {
@@ -338,24 +440,30 @@ private:
             rtcReleaseGeometry(triangles);
         }
         rtcCommitScene(mesh.scene);
-        return mesh;
     }
 
     void dropMesh(const osg::UInt32 id)
     {
         const auto mesh = m_meshes.find(id);
-        if (mesh != m_meshes.end()) {
-            // The instances hold it until the next build.
-            rtcReleaseScene(mesh->second.scene);
-            m_meshes.erase(mesh);
+        if (mesh == m_meshes.end()) {
+            return;
         }
+        while (!mesh->second.users.empty()) {
+            geometryGone(mesh->second.users.back());
+        }
+        rtcReleaseScene(mesh->second.scene);
+        m_meshes.erase(mesh);
     }
 
     RTCDevice m_device;
-    RTCScene m_top = nullptr;
+    RTCScene m_top;
+    SceneMirror m_mirror;
     std::vector<Instance> m_instances;
     std::unordered_map<osg::UInt32, Mesh> m_meshes;
-    std::unordered_map<osg::UInt32, Watched> m_watched;
+    std::vector<osg::UInt32> m_staleMeshes;
+    std::unordered_map<osg::UInt32, std::size_t> m_materials; ///< how many instances are seen with it, by its id
+    bool m_topStale = false;
+    bool m_changed = false; ///< since the last update
 };
 
 bool EmbreePicker::Key::equals(const Key& other) const
@@ -369,6 +477,22 @@ bool EmbreePicker::Key::equals(const Key& other) const
            std::equal(camera.getValues(), camera.getValues() + 16, other.camera.getValues()) && width == other.width &&
            height == other.height && region == other.region && transparency == other.transparency &&
            revision == other.revision;
+}
+
+/** Whether all of an instance is on the outer side of one of the planes. */
+bool EmbreePicker::isOutside(const Mesh& mesh, const Matrix4& toClip, const RegionPlanes& planes)
+{
+    std::array<bool, 6> outside{true, true, true, true, true, true};
+    for (unsigned corner = 0; corner < 8; ++corner) {
+        const Vector4 clip = toClip.transform(osg::Pnt3f((corner & 1U) != 0 ? mesh.maximum[0] : mesh.minimum[0],
+                                                         (corner & 2U) != 0 ? mesh.maximum[1] : mesh.minimum[1],
+                                                         (corner & 4U) != 0 ? mesh.maximum[2] : mesh.minimum[2]));
+        for (std::size_t i = 0; i < planes.size(); ++i) {
+            // Not a number is outside of nothing.
+            outside.at(i) = outside.at(i) && product(planes.at(i), clip) < 0;
+        }
+    }
+    return std::any_of(outside.begin(), outside.end(), [](const bool all) { return all; });
 }
 
 EmbreePicker::EmbreePicker()
@@ -414,23 +538,20 @@ const std::vector<osg::NodePtr>& EmbreePicker::getPickedNodes(osg::SelectionOpti
 void EmbreePicker::setRoot(const osg::NodePtr& root)
 {
     LazyPicker::setRoot(root);
-    m_sceneStale = true;
+    m_rootChanged = true;
     ++m_revision;
 }
 
 void EmbreePicker::invalidate()
 {
     LazyPicker::invalidate();
-    m_sceneStale = true;
+    m_scene->clear();
     ++m_revision;
 }
 
 void EmbreePicker::sceneChanged(const SceneChanges& changes)
 {
-    if (m_scene->isTouchedBy(changes)) {
-        m_sceneStale = true;
-        ++m_revision;
-    }
+    m_scene->sceneChanged(changes);
 }
 
 osg::NodePtr EmbreePicker::findNodeAt(const osg::Pnt2f& position)
@@ -441,6 +562,7 @@ osg::NodePtr EmbreePicker::findNodeAt(const osg::Pnt2f& position)
 
 bool EmbreePicker::isCacheValid()
 {
+    updateScene();
     // The picks and the node list share one dirty flag: each has to prove by its own key that it is up to date.
     return (m_asksForNodes ? m_nodesKey : m_pickKey).equals(getCurrentKey());
 }
@@ -571,7 +693,7 @@ std::vector<EmbreePicker::Hit> EmbreePicker::pickRay(const osg::Pnt2f& position,
             continue;
         }
         const Scene::Instance& instance = m_scene->getInstances()[raw.instance];
-        const GeometryData& data = *instance.data;
+        const GeometryData& data = instance.mesh->data;
         const double weights[3] = {1.0 - static_cast<double>(raw.u) - static_cast<double>(raw.v),
                                    static_cast<double>(raw.u), static_cast<double>(raw.v)};
         Vector4 corners[3];
@@ -645,11 +767,12 @@ std::vector<EmbreePicker::Hit> EmbreePicker::pickRegion()
     }
 
     for (const Scene::Instance& instance : m_scene->getInstances()) {
-        if ((!getDepthSelection() && inFront.count(instance.node) == 0) ||
+        if (!instance.attached || isOutside(*instance.mesh, worldToClip * instance.toWorld, planes) ||
+            (!getDepthSelection() && inFront.count(instance.node) == 0) ||
             (getTransparencyEvaluationEnabled() && isWhollyTransparent(instance.material))) {
             continue;
         }
-        const GeometryData& data = *instance.data;
+        const GeometryData& data = instance.mesh->data;
         Hit hit;
         double nearest = std::numeric_limits<double>::infinity();
         bool enclosed = true;
@@ -752,9 +875,9 @@ void EmbreePicker::updateRegionIndex()
         return;
     }
     m_regionIndex.clear();
-    for (const Scene::Instance& instance : m_scene->getInstances()) {
-        if (!key.transparency || !isWhollyTransparent(instance.material)) {
-            m_regionIndex.add(instance.node, instance.toWorld, *instance.data);
+    for (const Scene::Instance* instance : m_scene->findInstancesInOrder()) {
+        if (!key.transparency || !isWhollyTransparent(instance->material)) {
+            m_regionIndex.add(instance->node, instance->toWorld, instance->mesh->data);
         }
     }
     m_regionIndexKey = key;
@@ -762,9 +885,9 @@ void EmbreePicker::updateRegionIndex()
 
 void EmbreePicker::updateScene()
 {
-    if (m_sceneStale) {
-        m_scene->build(getRoot());
-        m_sceneStale = false;
+    if (m_rootChanged || m_scene->isOutOfDate()) {
+        m_rootChanged = false;
+        m_revision += m_scene->update(getRoot()) ? 1U : 0U;
     }
 }
 

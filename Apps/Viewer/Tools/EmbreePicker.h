@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Model/Matrix4.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Tools/RegionIndex.h"
 #include "Viewer/Tools/RegionOption.h"
 
 #include <Interaction/LazyPicker.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <set>
@@ -65,7 +67,10 @@ public:
     void setRoot(const osg::NodePtr& root) override;
     void invalidate() override;
 
-    /** Forgets what was built from the containers that changed; edits elsewhere leave the cached answers valid. */
+    /**
+     * Notes what changed, and brings what is searched up to date before the next answer; edits elsewhere leave the
+     * cached answers valid.
+     */
     void sceneChanged(const SceneChanges& changes) override;
 
     /**
@@ -92,6 +97,10 @@ protected:
 
 private:
     class Scene;
+    struct Mesh;
+
+    // Products with a point in clip space are positive or zero inside.
+    using RegionPlanes = std::array<Vector4, 6>;
 
     struct Ray {
         osg::Pnt3f origin;
@@ -133,6 +142,7 @@ private:
     std::set<osg::NodePtr> findPartsInFront(const PixelRectangle& rectangle);
     void updateRegionIndex();
     void updateScene();
+    static bool isOutside(const Mesh& mesh, const Matrix4& toClip, const RegionPlanes& planes);
 
     std::unique_ptr<Scene> m_scene;
     osg::Pnt2f m_pointer;
@@ -140,7 +150,7 @@ private:
     int m_width = 1;
     int m_height = 1;
     unsigned m_revision = 0;
-    bool m_sceneStale = true;
+    bool m_rootChanged = true;
     Key m_pickKey;
     Key m_nodesKey;
     bool m_asksForNodes = false;               ///< inside getPickedNodes()
