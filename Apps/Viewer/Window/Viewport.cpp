@@ -26,6 +26,9 @@ namespace quon::viewer {
 
 namespace {
 
+// How long the picture has to rest until what there was no time for is drawn, in milliseconds.
+constexpr int StillDelay = 250;
+
 const osg::Color3f LightTop(0.70F, 0.77F, 0.85F);
 const osg::Color3f LightBottom(0.95F, 0.96F, 0.97F);
 const osg::Color3f DarkTop(0.13F, 0.15F, 0.18F);
@@ -106,6 +109,12 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
             [this] { m_renderer.releaseResources(); }, this);
         m_overlay = new Overlay(*this);
     }
+    m_stillTimer.setSingleShot(true);
+    m_stillTimer.setInterval(StillDelay);
+    connect(&m_stillTimer, &QTimer::timeout, this, [this] {
+        m_detail = SceneRenderer::Detail::Full;
+        redraw();
+    });
     m_session.addSceneChangeListener(&m_renderer);
     connect(&m_session, &ViewerSession::redrawNeeded, this, &Viewport::redraw);
     connect(&m_session, &ViewerSession::overlaysChanged, this, &Viewport::redrawOverlays);
@@ -128,6 +137,7 @@ Viewport::~Viewport()
 QImage Viewport::grabPicture()
 {
     if (m_surface != nullptr) {
+        m_detail = SceneRenderer::Detail::Full;
         return grab().toImage();
     }
     QImage picture = drawOffscreen(true);
@@ -138,6 +148,7 @@ QImage Viewport::grabPicture()
 
 QImage Viewport::grabScene()
 {
+    m_detail = SceneRenderer::Detail::Full; // of the window's next picture, which this is
     return m_surface != nullptr ? m_surface->grabFramebuffer() : drawOffscreen(false);
 }
 
@@ -267,7 +278,7 @@ void Viewport::notificationRemoved(notification::Notification*)
     redraw();
 }
 
-void Viewport::draw(const int width, const int height, const double pixelRatio)
+void Viewport::draw(const int width, const int height, const double pixelRatio, const SceneRenderer::Detail detail)
 {
     // What changes now is in the picture already.
     m_beginsFrame = true;
@@ -276,17 +287,23 @@ void Viewport::draw(const int width, const int height, const double pixelRatio)
     m_renderer.setPixelRatio(pixelRatio);
     m_renderer.setBackground(m_session.isDark() ? DarkTop : LightTop, m_session.isDark() ? DarkBottom : LightBottom);
     const CameraController& camera = m_session.getCamera();
-    m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height);
+    m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height, detail);
 }
 
 void Viewport::drawInWindow(const int width, const int height, const double pixelRatio)
 {
     try {
-        draw(width, height, pixelRatio);
+        draw(width, height, pixelRatio, std::exchange(m_detail, SceneRenderer::Detail::Moving));
     } catch (const ViewerError& error) {
         // Nothing may leave an event handler of Qt, and without drawing there is no viewer.
         std::fprintf(stderr, "koviewer: %s\n", error.what());
         std::exit(2);
+    }
+    // What there was no time for follows as soon as nobody wants another picture for a moment.
+    if (m_renderer.getStatistics().leftOut > 0) {
+        m_stillTimer.start();
+    } else {
+        m_stillTimer.stop();
     }
 }
 
@@ -298,8 +315,9 @@ QImage Viewport::drawOffscreen(const bool multisampling)
     m_offscreen->setMultisampling(multisampling);
     // Lines of one pixel need more than the samples of one pixel to look even.
     const int scale = multisampling ? 2 : 1;
-    const QImage picture =
-        m_offscreen->draw(width() * scale, height() * scale, [&] { draw(width() * scale, height() * scale, scale); });
+    const QImage picture = m_offscreen->draw(width() * scale, height() * scale, [&] {
+        draw(width() * scale, height() * scale, scale, SceneRenderer::Detail::Full);
+    });
     return picture.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 

@@ -6,6 +6,7 @@
 #include <Notification/NotificationManager.h>
 
 #include <QImage>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -25,6 +26,9 @@ class ViewerSession;
  * Mouse and key events go to the session's event mapper; a Qt event is accepted exactly when some context consumed what
  * became of it. The wheel, for which the mapper has no operation, becomes "trigger" events of "navigate:zoom-in" and
  * "navigate:zoom-out". When the pointer leaves, hovering ends; when the focus goes, everything pending does.
+ *
+ * In a window a picture takes no longer than the user can wait for while things move: of very large scenes it shows the
+ * larger geometries, and all of them once nothing changes. Pictures that are grabbed always show everything.
  *
  * What is drawn goes to a child widget with OpenGL in a window, or into pictures where there is no window system; the
  * input is handled the same way in both.
@@ -101,7 +105,7 @@ private:
 
     bool sendKey(QKeyEvent* event);
 
-    void draw(int width, int height, double pixelRatio);
+    void draw(int width, int height, double pixelRatio, SceneRenderer::Detail detail);
     void drawInWindow(int width, int height, double pixelRatio);
     QImage drawOffscreen(bool multisampling);
     void paintOverlays(QPainter& painter);
@@ -112,12 +116,14 @@ private:
     SceneRenderer m_renderer;
     InputObserver* m_observer = nullptr;
     const QEvent* m_observed = nullptr; ///< the event that the observer was told of last and that is not over yet
-    GlSurface* m_surface = nullptr;     ///< in a window; a child
-    Overlay* m_overlay = nullptr;       ///< in a window; a child
-    std::unique_ptr<OffscreenSurface> m_offscreen; ///< for pictures, made at the first one
-    bool m_beginsFrame = false;                    ///< about to draw
-    bool m_leftKeyAlone = false;                   ///< a key that is on its way up to the window
-    int m_wheelRest = 0;                           ///< eighths of a degree that do not make up a step yet
+    SceneRenderer::Detail m_detail = SceneRenderer::Detail::Moving; ///< of the next picture in a window
+    QTimer m_stillTimer;                                            ///< runs out when the picture rests
+    GlSurface* m_surface = nullptr;                                 ///< in a window; a child
+    Overlay* m_overlay = nullptr;                                   ///< in a window; a child
+    std::unique_ptr<OffscreenSurface> m_offscreen;                  ///< for pictures, made at the first one
+    bool m_beginsFrame = false;                                     ///< about to draw
+    bool m_leftKeyAlone = false;                                    ///< a key that is on its way up to the window
+    int m_wheelRest = 0; ///< eighths of a degree that do not make up a step yet
 };
 
 } // namespace quon::viewer
