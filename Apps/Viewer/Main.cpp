@@ -3,6 +3,7 @@
 #include "Viewer/Model/ModelLoader.h"
 #include "Viewer/Model/ModelReader.h"
 #include "Viewer/Model/ViewerError.h"
+#include "Viewer/Script/Benchmark.h"
 #include "Viewer/Script/CommandLine.h"
 #include "Viewer/Script/InputRecorder.h"
 #include "Viewer/Script/OutputFolder.h"
@@ -62,6 +63,22 @@ int report(const std::exception& error)
     return dynamic_cast<const DivergenceError*>(&error) != nullptr ? Diverged : BadInput;
 }
 
+osg::RefPtr<osg::NodePtr> makeModel(const CommandLine& line)
+{
+    return line.partCount > 0 ? quon::viewer::AssemblyGenerator::generate(line.partCount)
+                              : quon::viewer::ModelLoader().load(line.model).root;
+}
+
+void runBenchmark(const CommandLine& line, int& argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    quon::viewer::ViewerSession session;
+    quon::viewer::Benchmark(session, stdout).run(line.partCount > 0 ? "generate" : "load", [&] {
+        return makeModel(line);
+    });
+}
+
 void runHeadless(const CommandLine& line, int& argc, char** argv)
 {
     // Cheap checks first: nothing is loaded for a script that cannot run to its end.
@@ -79,12 +96,7 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     quon::viewer::Viewport viewport(session, quon::viewer::Viewport::Target::Pictures);
     viewport.resize(960, 640);
     viewport.show();
-    {
-        const osg::RefPtr<osg::NodePtr> model = line.partCount > 0
-                                                    ? quon::viewer::AssemblyGenerator::generate(line.partCount)
-                                                    : quon::viewer::ModelLoader().load(line.model).root;
-        session.setModel(model.get());
-    }
+    session.setModel(makeModel(line).get());
     if (recorder != nullptr) {
         recorder->start(session, viewport, getModelName(line));
     }
@@ -161,6 +173,10 @@ int run(int argc, char** argv)
     }
     if (line.headless) {
         runHeadless(line, argc, argv);
+        return EXIT_SUCCESS;
+    }
+    if (line.benchmark) {
+        runBenchmark(line, argc, argv);
         return EXIT_SUCCESS;
     }
     return runWindow(line, argc, argv);

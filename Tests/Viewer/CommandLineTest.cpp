@@ -82,6 +82,21 @@ TEST(CommandLineTest, APartCountIsANumberInItsRange)
     EXPECT_EQ(parseAndFail({"model.glb", "--generate", "5"}), "--generate: takes the place of a model, see --help");
 }
 
+TEST(CommandLineTest, ABenchmarkHasAModelOrAnAssembly)
+{
+    EXPECT_FALSE(CommandLine::parse({}).benchmark);
+    EXPECT_TRUE(CommandLine::parse({"--benchmark"}).benchmark);
+    EXPECT_EQ(CommandLine::parse({"--benchmark"}).partCount, 100000);
+    EXPECT_EQ(CommandLine::parse({"--benchmark", "--generate", "7"}).partCount, 7);
+    EXPECT_EQ(CommandLine::parse({"--benchmark", "model.glb"}).model, "model.glb");
+    EXPECT_EQ(CommandLine::parse({"--benchmark", "model.glb"}).partCount, 0);
+    EXPECT_EQ(parseAndFail({"--benchmark", "--headless", "a"}),
+              "--benchmark: is without a display by itself, see --help");
+    EXPECT_EQ(parseAndFail({"--benchmark", "--script", "s"}), "--script: goes with --headless only, see --help");
+    EXPECT_EQ(parseAndFail({"--benchmark", "--record", "f"}), "--record: does not go with --benchmark, see --help");
+    EXPECT_EQ(parseAndFail({"--benchmark", "--replay", "f"}), "--replay: does not go with --benchmark, see --help");
+}
+
 TEST(CommandLineTest, AfterTwoDashesEverythingIsAModel)
 {
     EXPECT_EQ(CommandLine::parse({"--", "--help"}).model, "--help");

@@ -25,8 +25,9 @@ namespace quon::testing {
 
 namespace {
 
+using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
-
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
@@ -195,6 +196,42 @@ TEST_F(KoviewerProcessTest, ARecordingOnAFullDiskIsReportedAtTheEnd)
 
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.error, "koviewer: /dev/full: cannot be written: No space left on device\n");
+}
+
+TEST_F(KoviewerProcessTest, ABenchmarkPrintsARowForEverythingItMeasures)
+{
+    const Outcome outcome = run({"--benchmark", "--generate", "400"});
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_THAT(outcome.output, StartsWith("koviewer benchmark: 400 parts, 1280 x 720 pixels, "));
+    const std::string number = " +[0-9]+\\.[0-9]+ +";
+    for (const char* row : {"generate", "show", "first frame", "first pick", "hover, median", "hover, 95th percentile",
+                            "select all", "clear", "invert", "select one", "hover after selecting"}) {
+        EXPECT_THAT(outcome.output, ContainsRegex("\n  " + std::string(row) + number + "[a-z]"));
+    }
+    EXPECT_THAT(outcome.output, HasSubstr("\nOrbit, 1 sample "));
+    EXPECT_THAT(outcome.output, HasSubstr("\nOrbit, 4 samples "));
+    for (const char* scene : {"plain", "boxes", "wireframe"}) {
+        for (const char* detail : {", everything", ", moving"}) {
+            const std::string row = "\n  " + std::string(scene) + detail;
+            const std::size_t first = outcome.output.find(row);
+            ASSERT_NE(first, std::string::npos) << row;
+            EXPECT_NE(outcome.output.find(row, first + 1), std::string::npos) << row;
+            EXPECT_THAT(outcome.output, ContainsRegex(row + number + number + number + "[0-9]+ % +[a-z]"));
+        }
+    }
+}
+
+TEST_F(KoviewerProcessTest, ABenchmarkOfAMissingModelIsRefused)
+{
+    const std::string file = m_folder.path("none.glb");
+
+    const Outcome outcome = run({"--benchmark", file});
+
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.error, "koviewer: " + file + ": no such file\n");
+    EXPECT_EQ(outcome.output, "");
 }
 
 TEST_F(KoviewerProcessTest, AWindowWithoutADisplayIsRefused)

@@ -12,6 +12,8 @@ namespace quon::viewer {
 
 namespace {
 
+constexpr int BenchmarkPartCount = 100000;
+
 int readPartCount(const std::string& text)
 {
     int count = 0;
@@ -51,6 +53,8 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
             line.version = true;
         } else if (argument == "--headless") {
             line.headless = true;
+        } else if (argument == "--benchmark") {
+            line.benchmark = true;
         } else if (argument == "--script") {
             takeValue(line.script);
         } else if (argument == "--out") {
@@ -73,6 +77,15 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
     if (line.partCount != 0 && !line.model.empty()) {
         throw ViewerError("--generate", "takes the place of a model, see --help");
     }
+    if (line.benchmark && line.headless) {
+        throw ViewerError("--benchmark", "is without a display by itself, see --help");
+    }
+    if (line.benchmark && !(line.record.empty() && line.replay.empty())) {
+        throw ViewerError(line.record.empty() ? "--replay" : "--record", "does not go with --benchmark, see --help");
+    }
+    if (line.benchmark && line.partCount == 0 && line.model.empty()) {
+        line.partCount = BenchmarkPartCount;
+    }
     const bool hasModel = line.partCount != 0 || !line.model.empty();
     if (line.headless && (!hasModel || line.script.empty() || line.out.empty())) {
         throw ViewerError("--headless", "needs a model, --script and --out, see --help");
@@ -93,6 +106,7 @@ const char* CommandLine::getHelp()
 {
     return "Usage: koviewer [--record FILE] [--replay FILE] [MODEL | --generate N]\n"
            "       koviewer --headless --script FILE --out FOLDER MODEL | --generate N\n"
+           "       koviewer --benchmark [MODEL | --generate N]\n"
            "\n"
            "Shows a model of any format that Assimp reads and lets its parts be selected.\n"
            "\n"
@@ -102,6 +116,7 @@ const char* CommandLine::getHelp()
            "  --record FILE  writes the input as a script that does the same again\n"
            "  --replay FILE  follows a script in the window, then hands over to the user\n"
            "  --generate N   makes an assembly of N parts in place of a model, 1 to 5000000\n"
+           "  --benchmark    draws without any display and prints how long things take\n"
            "  --help, -h     shows this text\n"
            "  --version      shows the version\n"
            "\n"

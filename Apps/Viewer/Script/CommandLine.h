@@ -11,6 +11,7 @@ struct CommandLine {
     bool help = false;
     bool version = false;
     bool headless = false;
+    bool benchmark = false;
     std::string model; ///< empty: none given
     int partCount = 0; ///< of the assembly to generate in place of a model; 0: none wanted
     std::string script;
@@ -22,7 +23,7 @@ struct CommandLine {
      * Reads the arguments after the program's name.
      *
      * Headless needs a model (or a generated assembly), a script and an output folder, which no other use takes. A
-     * replay needs a model and a window.
+     * replay needs a model and a window. A benchmark without a model has a generated assembly of 100,000 parts.
      *
      * @throws ViewerError for what it does not understand
      */
