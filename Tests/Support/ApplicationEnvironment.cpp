@@ -11,7 +11,9 @@ namespace {
 class ApplicationEnvironment : public ::testing::Environment {
     void SetUp() override
     {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
         // Qt's advice about the platform is no output of the code under test.
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
         m_application = std::make_unique<QApplication>(m_argc, m_argv);
