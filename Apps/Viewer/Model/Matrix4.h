@@ -28,6 +28,10 @@ public:
     double operator()(int row, int column) const { return m_values[index(row, column)]; }
     double& operator()(int row, int column) { return m_values[index(row, column)]; }
 
+    /** Compares element by element, without any tolerance. */
+    bool operator==(const Matrix4& right) const { return m_values == right.m_values; }
+    bool operator!=(const Matrix4& right) const { return !(*this == right); }
+
     /** The product that applies @p right first. */
     Matrix4 operator*(const Matrix4& right) const;
 

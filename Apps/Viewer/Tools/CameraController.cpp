@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace quon::viewer {
@@ -10,11 +11,14 @@ namespace quon::viewer {
 namespace {
 
 constexpr double Pi = 3.14159265358979323846;
-constexpr double VerticalFieldOfView = 22.0 * Pi / 180.0;
-// At the pole itself the upward direction is lost.
-constexpr double LargestPitch = 89.0 * Pi / 180.0;
-// What is left free around a fitted scene.
-constexpr double Margin = 1.25;
+constexpr double VerticalFieldOfView = 22.0;
+constexpr double LargestPitch = 90.0;
+// What is left free around what is fitted.
+constexpr double Margin = 1.275;
+// Nearest and farthest point of interest, and the distance of a parallel eye from the scene's centre, in radii.
+constexpr double NearestInterest = 1e-3;
+constexpr double FarthestInterest = 1e3;
+constexpr double ParallelEye = 10.0;
 
 struct StandardView {
     const char* name;
@@ -27,28 +31,87 @@ constexpr StandardView StandardViews[] = {
     {"right", 90.0, 0.0}, {"top", 0.0, 90.0},  {"bottom", 0.0, -90.0},
 };
 
+// Exact at whole quarters, so that the standard views look exactly along the axes.
+double sine(const double degrees)
+{
+    int quarter = 0;
+    const double rest = std::remquo(degrees, 90.0, &quarter) * Pi / 180;
+    switch (static_cast<unsigned>(quarter) & 3U) {
+    case 0:
+        return std::sin(rest);
+    case 1:
+        return std::cos(rest);
+    case 2:
+        return -std::sin(rest);
+    default:
+        return -std::cos(rest);
+    }
+}
+
+double cosine(const double degrees)
+{
+    return sine(degrees + 90.0);
+}
+
+double tangentOfHalfView()
+{
+    static const double tangent = std::tan(VerticalFieldOfView / 2 * Pi / 180);
+    return tangent;
+}
+
 double dot(const std::array<double, 3>& a, const std::array<double, 3>& b)
 {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
+std::array<double, 3> toVector(const osg::Pnt3f& point)
+{
+    return {static_cast<double>(point[0]), static_cast<double>(point[1]), static_cast<double>(point[2])};
+}
+
+bool isFinite(const std::array<double, 3>& vector)
+{
+    return std::isfinite(vector[0]) && std::isfinite(vector[1]) && std::isfinite(vector[2]);
+}
+
+/** The smallest and the largest of some values. */
+struct Range {
+    double low = std::numeric_limits<double>::infinity();
+    double high = -std::numeric_limits<double>::infinity();
+
+    void include(const double value)
+    {
+        low = std::min(low, value);
+        high = std::max(high, value);
+    }
+
+    double getMiddle() const { return (low + high) / 2; }
+};
+
 } // namespace
 
 CameraController::CameraController(std::function<void()> changed)
     : m_changed(std::move(changed))
-    , m_yaw(StandardViews[0].yaw * Pi / 180.0)
-    , m_pitch(StandardViews[0].pitch * Pi / 180.0)
+    , m_yaw(StandardViews[0].yaw)
+    , m_pitch(StandardViews[0].pitch)
 {}
+
+void CameraController::changeAtOnce(const std::function<void()>& operations)
+{
+    ++m_held;
+    operations();
+    --m_held;
+    changed();
+}
 
 void CameraController::setViewportSize(const int width, const int height)
 {
     m_width = std::max(1, width);
     m_height = std::max(1, height);
-    if (m_fitted) {
-        fit();
-    } else {
-        changed();
+    if (!m_target.empty()) {
+        fitTarget();
     }
+    changed();
 }
 
 void CameraController::setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3f& maximum,
@@ -76,53 +139,38 @@ void CameraController::setSceneBounds(const osg::Pnt3f& minimum, const osg::Pnt3
 
     m_outline.clear();
     for (const osg::Pnt3f& point : outline) {
-        m_outline.push_back({static_cast<double>(point[0]) - centre[0], static_cast<double>(point[1]) - centre[1],
-                             static_cast<double>(point[2]) - centre[2]});
+        m_outline.push_back(toVector(point));
     }
     for (int corner = 0; m_outline.size() < 8 && corner < 8; ++corner) {
-        m_outline.push_back({(corner & 1) != 0 ? extent[0] : -extent[0], (corner & 2) != 0 ? extent[1] : -extent[1],
-                             (corner & 4) != 0 ? extent[2] : -extent[2]});
+        m_outline.push_back({centre[0] + ((corner & 1) != 0 ? extent[0] : -extent[0]),
+                             centre[1] + ((corner & 2) != 0 ? extent[1] : -extent[1]),
+                             centre[2] + ((corner & 4) != 0 ? extent[2] : -extent[2])});
     }
     changed();
 }
 
 void CameraController::fit()
 {
-    const Axes axes = getAxes();
-    const double tangentY = std::tan(VerticalFieldOfView / 2);
-    const double tangentX = tangentY * m_width / m_height;
-    // With perspective the middle of the picture is not the middle of the scene; a few steps find it.
-    Vector3 offset{0, 0, 0};
-    for (int step = 0; step < 5; ++step) {
-        m_distance = m_radius * 1e-3;
-        for (const Vector3& point : m_outline) {
-            const Vector3 place{point[0] - offset[0], point[1] - offset[1], point[2] - offset[2]};
-            const double sideways =
-                std::max(std::abs(dot(place, axes.right)) / tangentX, std::abs(dot(place, axes.up)) / tangentY);
-            m_distance = std::max(m_distance, sideways * Margin + dot(place, axes.back));
-        }
-        double left = 0;
-        double right = 0;
-        double bottom = 0;
-        double top = 0;
-        for (const Vector3& point : m_outline) {
-            const Vector3 place{point[0] - offset[0], point[1] - offset[1], point[2] - offset[2]};
-            const double depth = std::max(m_distance - dot(place, axes.back), m_radius * 1e-3);
-            left = std::min(left, dot(place, axes.right) / depth);
-            right = std::max(right, dot(place, axes.right) / depth);
-            bottom = std::min(bottom, dot(place, axes.up) / depth);
-            top = std::max(top, dot(place, axes.up) / depth);
-        }
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            offset[axis] += (axes.right[axis] * (left + right) + axes.up[axis] * (bottom + top)) / 2 * m_distance;
+    m_target = m_outline;
+    fitTarget();
+    changed();
+}
+
+void CameraController::fit(const std::vector<osg::Pnt3f>& points)
+{
+    std::vector<Vector3> target;
+    target.reserve(points.size());
+    for (const osg::Pnt3f& point : points) {
+        const Vector3 place = toVector(point);
+        if (isFinite(place)) {
+            target.push_back(place);
         }
     }
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        m_interest[axis] = m_sceneCentre[axis] + offset[axis];
+    if (target.empty()) {
+        return;
     }
-    // Room for the last correction.
-    m_distance *= 1.02;
-    m_fitted = true;
+    m_target = std::move(target);
+    fitTarget();
     changed();
 }
 
@@ -130,8 +178,8 @@ bool CameraController::setStandardView(const std::string& name)
 {
     for (const StandardView& view : StandardViews) {
         if (name == view.name) {
-            m_yaw = view.yaw * Pi / 180.0;
-            m_pitch = std::clamp(view.pitch * Pi / 180.0, -LargestPitch, LargestPitch);
+            m_yaw = view.yaw;
+            m_pitch = view.pitch;
             fit();
             return true;
         }
@@ -139,41 +187,110 @@ bool CameraController::setStandardView(const std::string& name)
     return false;
 }
 
-void CameraController::orbit(const double deltaX, const double deltaY)
+void CameraController::setParallel(const bool parallel)
 {
-    m_fitted = false;
-    m_yaw = std::remainder(m_yaw - 2 * Pi * deltaX / m_width, 2 * Pi);
-    m_pitch = std::clamp(m_pitch + 2 * Pi * deltaY / m_width, -LargestPitch, LargestPitch);
+    m_parallel = parallel;
+    if (!m_target.empty()) {
+        fitTarget();
+    }
     changed();
 }
 
-void CameraController::pan(const double deltaX, const double deltaY)
+void CameraController::orbit(const double deltaX, const double deltaY, const std::optional<osg::Pnt3f>& pivot)
 {
-    m_fitted = false;
-    const Axes axes = getAxes();
-    const double unitsPerPixel = 2 * m_distance * std::tan(VerticalFieldOfView / 2) / m_height;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        m_interest[axis] += (axes.up[axis] * deltaY - axes.right[axis] * deltaX) * unitsPerPixel;
+    // Both by the width: a movement at an angle turns at that angle.
+    turn(360 * deltaX / m_width, 360 * deltaY / m_width, pivot);
+}
+
+void CameraController::turn(const double sideways, const double over, const std::optional<osg::Pnt3f>& pivot)
+{
+    if (!std::isfinite(sideways) || !std::isfinite(over)) {
+        return;
     }
+    const Axes before = getAxes();
+    m_target.clear();
+    m_yaw = std::remainder(m_yaw - sideways, 360.0);
+    m_pitch = std::clamp(m_pitch + over, -LargestPitch, LargestPitch);
+    const Axes after = getAxes();
+
+    // What the pivot is to the camera it stays.
+    const Vector3 centre = pivot ? toVector(*pivot) : m_interest;
+    const Vector3 offset{m_interest[0] - centre[0], m_interest[1] - centre[1], m_interest[2] - centre[2]};
+    m_interest = centre;
+    moveInterest(after, dot(offset, before.right), dot(offset, before.up), dot(offset, before.back));
+    changed();
+}
+
+void CameraController::pan(const double deltaX, const double deltaY, const std::optional<osg::Pnt3f>& grabbed)
+{
+    if (!std::isfinite(deltaX) || !std::isfinite(deltaY)) {
+        return;
+    }
+    m_target.clear();
+    const Axes axes = getAxes();
+    const double depth = grabbed && !m_parallel ? getDepth(axes, *grabbed) : m_distance;
+    const double units = getUnitsPerPixel(depth > 0 ? depth : m_distance);
+    moveInterest(axes, -deltaX * units, deltaY * units, 0);
     changed();
 }
 
 void CameraController::zoom(const double factor)
 {
-    if (!(factor > 0) || !std::isfinite(factor)) {
+    zoom(factor, m_width / 2.0, m_height / 2.0);
+}
+
+void CameraController::zoom(const double factor, const double x, const double y,
+                            const std::optional<osg::Pnt3f>& surface)
+{
+    if (!(factor > 0) || !std::isfinite(factor) || !std::isfinite(x) || !std::isfinite(y)) {
         return;
     }
-    m_fitted = false;
-    m_distance = std::clamp(m_distance / factor, m_radius * 1e-3, m_radius * 1e3);
+    m_target.clear();
+    const Axes axes = getAxes();
+    if (surface) {
+        // The point of interest takes on the depth of the surface, which is not to be seen yet.
+        const double depth = getDepth(axes, *surface);
+        if (m_parallel) {
+            moveInterest(axes, 0, 0, m_distance - depth);
+        } else if (depth > 0) {
+            moveInterest(axes, 0, 0, m_distance - depth);
+            m_distance = depth;
+        }
+    }
+    const double distance = limitDistance(m_distance / factor);
+    const double step = getUnitsPerPixel(m_distance) - getUnitsPerPixel(distance);
+    moveInterest(axes, (x - m_width / 2.0) * step, (m_height / 2.0 - y) * step, 0);
+    m_distance = distance;
     changed();
+}
+
+osg::Pnt3f CameraController::getInterest() const
+{
+    return osg::Pnt3f(static_cast<float>(m_interest[0]), static_cast<float>(m_interest[1]),
+                      static_cast<float>(m_interest[2]));
+}
+
+std::optional<std::array<double, 2>> CameraController::getPlace(const osg::Pnt3f& point) const
+{
+    const Vector4 clip = (getProjection() * getView()).transform(point);
+    if (!(clip[3] > 0)) {
+        return {};
+    }
+    return std::array<double, 2>{(clip[0] / clip[3] + 1) / 2 * m_width, (1 - clip[1] / clip[3]) / 2 * m_height};
 }
 
 Matrix4 CameraController::getView() const
 {
     const Axes axes = getAxes();
+    double distance = m_distance;
+    if (m_parallel) {
+        const Vector3 toCentre{m_sceneCentre[0] - m_interest[0], m_sceneCentre[1] - m_interest[1],
+                               m_sceneCentre[2] - m_interest[2]};
+        distance = ParallelEye * m_radius + dot(axes.back, toCentre);
+    }
     Vector3 eye{};
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        eye[axis] = m_interest[axis] + axes.back[axis] * m_distance;
+        eye[axis] = m_interest[axis] + axes.back[axis] * distance;
     }
     Matrix4 view;
     const Vector3* const rows[] = {&axes.right, &axes.up, &axes.back};
@@ -192,11 +309,19 @@ Matrix4 CameraController::getProjection() const
     const Vector4 centre = getView() * Vector4{m_sceneCentre[0], m_sceneCentre[1], m_sceneCentre[2], 1.0};
     const double depth = -centre[2];
     const double farPlane = std::max(depth + m_radius * 1.5, m_radius * 0.01);
-    // Not nearer than a thousandth of the far plane: the depth buffer has 24 bits.
-    const double nearPlane = std::max(depth - m_radius * 1.5, farPlane * 1e-3);
-
-    const double cotangent = 1 / std::tan(VerticalFieldOfView / 2);
     Matrix4 projection;
+    if (m_parallel) {
+        const double nearPlane = depth - m_radius * 1.5;
+        const double halfHeight = getHalfHeight(m_distance);
+        projection(0, 0) = m_height / (halfHeight * m_width);
+        projection(1, 1) = 1 / halfHeight;
+        projection(2, 2) = 2 / (nearPlane - farPlane);
+        projection(2, 3) = (farPlane + nearPlane) / (nearPlane - farPlane);
+        return projection;
+    }
+    // Not nearer than a thousandth of the far plane, for the depth buffer has 24 bits, but before what is looked at.
+    const double nearPlane = std::max(depth - m_radius * 1.5, std::min(farPlane * 1e-3, m_distance * 0.2));
+    const double cotangent = 1 / tangentOfHalfView();
     projection(0, 0) = cotangent * m_height / m_width;
     projection(1, 1) = cotangent;
     projection(2, 2) = (farPlane + nearPlane) / (nearPlane - farPlane);
@@ -213,17 +338,93 @@ osg::Matrix CameraController::getWorldToClip() const
 
 CameraController::Axes CameraController::getAxes() const
 {
-    Axes axes{};
-    axes.right = {std::cos(m_yaw), 0, -std::sin(m_yaw)};
-    axes.back = {std::sin(m_yaw) * std::cos(m_pitch), std::sin(m_pitch), std::cos(m_yaw) * std::cos(m_pitch)};
-    axes.up = {axes.back[1] * axes.right[2] - axes.back[2] * axes.right[1],
-               axes.back[2] * axes.right[0] - axes.back[0] * axes.right[2],
-               axes.back[0] * axes.right[1] - axes.back[1] * axes.right[0]};
-    return axes;
+    const Vector3 right{cosine(m_yaw), 0, -sine(m_yaw)};
+    const Vector3 back{sine(m_yaw) * cosine(m_pitch), sine(m_pitch), cosine(m_yaw) * cosine(m_pitch)};
+    const Vector3 up{back[1] * right[2], back[2] * right[0] - back[0] * right[2], -back[1] * right[0]};
+    return {right, up, back};
 }
 
-void CameraController::changed() const
+double CameraController::getHalfHeight(const double distance) const
 {
+    return distance * tangentOfHalfView();
+}
+
+double CameraController::getUnitsPerPixel(const double distance) const
+{
+    return 2 * getHalfHeight(distance) / m_height;
+}
+
+double CameraController::getDepth(const Axes& axes, const osg::Pnt3f& point) const
+{
+    const Vector3 place = toVector(point);
+    const Vector3 offset{place[0] - m_interest[0], place[1] - m_interest[1], place[2] - m_interest[2]};
+    return m_distance - dot(offset, axes.back);
+}
+
+double CameraController::limitDistance(const double distance) const
+{
+    // From beyond a limit one may come back but not go on.
+    const double low = std::min(m_distance, m_radius * NearestInterest);
+    const double high = std::max(m_distance, m_radius * FarthestInterest);
+    return std::clamp(distance, low, high);
+}
+
+void CameraController::moveInterest(const Axes& axes, const double right, const double up, const double back)
+{
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        m_interest[axis] += axes.right[axis] * right + axes.up[axis] * up + axes.back[axis] * back;
+    }
+}
+
+void CameraController::fitTarget()
+{
+    const Axes axes = getAxes();
+    Range right;
+    Range up;
+    Range back;
+    // How far points reach across the planes through the eye that bound the view, if the eye were in the origin: the
+    // bounds of the four planes together give the one eye that touches them all, or stays inside of two.
+    const double tangentY = tangentOfHalfView() / Margin;
+    const double tangentX = tangentY * m_width / m_height;
+    double reach[4];
+    std::fill(std::begin(reach), std::end(reach), -std::numeric_limits<double>::infinity());
+    for (const Vector3& point : m_target) {
+        const double x = dot(point, axes.right);
+        const double y = dot(point, axes.up);
+        const double z = dot(point, axes.back);
+        right.include(x);
+        up.include(y);
+        back.include(z);
+        reach[0] = std::max(reach[0], x + tangentX * z);
+        reach[1] = std::max(reach[1], -x + tangentX * z);
+        reach[2] = std::max(reach[2], y + tangentY * z);
+        reach[3] = std::max(reach[3], -y + tangentY * z);
+    }
+    m_interest = {0, 0, 0};
+    const double smallest = m_radius * NearestInterest;
+    if (m_parallel) {
+        const double halfWidth = (right.high - right.low) / 2;
+        const double halfHeight = (up.high - up.low) / 2;
+        m_distance = std::max({halfWidth / tangentX, halfHeight / tangentY, smallest});
+        moveInterest(axes, right.getMiddle(), up.getMiddle(), back.getMiddle());
+    } else {
+        const double eye = std::max((reach[0] + reach[1]) / (2 * tangentX), (reach[2] + reach[3]) / (2 * tangentY));
+        m_distance = std::max(eye - back.getMiddle(), smallest);
+        moveInterest(axes, (reach[0] - reach[1]) / 2, (reach[2] - reach[3]) / 2, back.getMiddle());
+    }
+}
+
+void CameraController::changed()
+{
+    if (m_held > 0) {
+        return;
+    }
+    const Reported now{getProjection() * getView(), m_width, m_height};
+    if (m_reported && m_reported->worldToClip == now.worldToClip && m_reported->width == now.width &&
+        m_reported->height == now.height) {
+        return;
+    }
+    m_reported = now;
     if (m_changed) {
         m_changed();
     }
