@@ -5,6 +5,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPoint>
 #include <QWheelEvent>
 #include <QWidget>
@@ -62,10 +63,30 @@ public:
     }
 
     /** @param delta in eighths of a degree, 120 is one step */
-    bool turnWheel(const QPoint& position, int delta)
+    bool turnWheel(const QPoint& position, int delta, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
-        QWheelEvent event(position, m_widget.mapToGlobal(position), QPoint(), QPoint(0, delta), m_buttons,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        return scroll(position, QPoint(), QPoint(0, delta), Qt::NoScrollPhase, modifiers);
+    }
+
+    /**
+     * A wheel event with everything that devices may say.
+     *
+     * @param pixels moved by fingers, zero where the device does not tell
+     * @param angle in eighths of a degree
+     * @param phase of the gesture on a touchpad, none for a wheel
+     */
+    bool scroll(const QPoint& position, const QPoint& pixels, const QPoint& angle, Qt::ScrollPhase phase,
+                Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QWheelEvent event(position, m_widget.mapToGlobal(position), pixels, angle, m_buttons, modifiers, phase, false);
+        return send(event);
+    }
+
+    /** Two fingers go apart on a touchpad, or together. @param growth of their distance, as a share of it */
+    bool pinch(const QPoint& position, double growth)
+    {
+        QNativeGestureEvent event(Qt::ZoomNativeGesture, nullptr, position, position, m_widget.mapToGlobal(position),
+                                  growth, 0, 0);
         return send(event);
     }
 

@@ -11,6 +11,7 @@
 #include <Interaction/AbstractInteractionContext.h>
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
+#include <Interaction/NodeSelectionModel.h>
 #include <Interaction/ToolInteractionContext.h>
 #include <Notification/NotificationManager.h>
 #include <Notification/TextNotification.h>
@@ -19,10 +20,12 @@
 #include <OpenSG/OSGThread.h>
 
 #include <QKeySequence>
+#include <QtTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -75,6 +78,13 @@ protected:
         m_viewport.show();
         m_session.getInteractionManager().addContext(&m_listener);
         m_log.clear();
+    }
+
+    // Of the face z = 1 of a cube of two units, in pixels.
+    double widthOfFront()
+    {
+        return (*m_session.getCamera().getPlace(osg::Pnt3f(1, 0, 1)))[0] -
+               (*m_session.getCamera().getPlace(osg::Pnt3f(-1, 0, 1)))[0];
     }
 
     ~ViewportTest() override { m_session.getInteractionManager().removeContext(&m_listener); }
@@ -139,17 +149,290 @@ TEST_F(ViewportTest, TheSecondPressOfADoubleClickIsAPress)
     EXPECT_THAT(m_log.calls(), ElementsAre("context.pointerMoved(3, 4)", "context.triggerEvent(tool:select, start)"));
 }
 
-TEST_F(ViewportTest, AWheelStepBecomesAZoomAndPartsOfAStepAddUp)
+TEST_F(ViewportTest, TheWheelZoomsByEveryEighthOfADegreeAfterThePointerWasReported)
 {
-    m_user.turnWheel(QPoint(5, 5), 80);
-    EXPECT_THAT(m_log.take(), IsEmpty());
+    m_user.turnWheel(QPoint(5, 6), 120);
+    EXPECT_THAT(m_log.take(),
+                ElementsAre("context.pointerMoved(5, 6)", "context.triggerEvent(tool:select, hover)",
+                            "context.triggerEvent(navigate:orbit, hover)", "context.triggerEvent(navigate:pan, hover)",
+                            "context.triggerEvent(navigate:zoom-by:1.15, trigger)", "context.cameraMoved()"));
 
-    m_user.turnWheel(QPoint(5, 5), 80);
-    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(navigate:zoom-in, trigger)", "context.cameraMoved()"));
+    // 1.15 to the power of 15 / 120 and of -280 / 120.
+    m_user.turnWheel(QPoint(5, 6), 15);
+    EXPECT_THAT(m_log.take(),
+                ElementsAre("context.triggerEvent(navigate:zoom-by:1.01762374, trigger)", "context.cameraMoved()"));
+    m_user.turnWheel(QPoint(5, 6), -280);
+    EXPECT_THAT(m_log.take(),
+                ElementsAre("context.triggerEvent(navigate:zoom-by:0.721724928, trigger)", "context.cameraMoved()"));
+}
 
-    m_user.turnWheel(QPoint(5, 5), -280);
-    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(navigate:zoom-out, trigger)", "context.cameraMoved()",
-                                          "context.triggerEvent(navigate:zoom-out, trigger)", "context.cameraMoved()"));
+TEST_F(ViewportTest, ShiftMakesTheWheelFinerWhicheverWayTheSystemThenTurnsIt)
+{
+    m_user.move(QPoint(5, 6), Qt::ShiftModifier);
+    m_log.clear();
+
+    m_user.turnWheel(QPoint(5, 6), 120, Qt::ShiftModifier);
+    m_user.scroll(QPoint(5, 6), QPoint(), QPoint(120, 0), Qt::NoScrollPhase, Qt::ShiftModifier);
+
+    // 1.15 to the power of one fifth.
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("context.triggerEvent(navigate:zoom-by:1.02834672, trigger)", "context.cameraMoved()",
+                            "context.triggerEvent(navigate:zoom-by:1.02834672, trigger)", "context.cameraMoved()"));
+}
+
+TEST_F(ViewportTest, AWheelThatTellsPixelsAloneZoomsToo)
+{
+    m_user.move(QPoint(5, 6));
+    m_log.clear();
+
+    m_user.scroll(QPoint(5, 6), QPoint(0, 40), QPoint(), Qt::NoScrollPhase);
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("context.triggerEvent(navigate:zoom-by:1.15, trigger)", "context.cameraMoved()"));
+}
+
+TEST_F(ViewportTest, TwoFingersOnATouchpadTurnTheView)
+{
+    m_user.move(QPoint(50, 60));
+    m_log.clear();
+
+    EXPECT_TRUE(m_user.scroll(QPoint(50, 60), QPoint(), QPoint(), Qt::ScrollBegin));
+    EXPECT_TRUE(m_user.scroll(QPoint(50, 60), QPoint(3, -4), QPoint(6, -8), Qt::ScrollUpdate));
+    EXPECT_TRUE(m_user.scroll(QPoint(50, 60), QPoint(), QPoint(6, 0), Qt::ScrollMomentum));
+    EXPECT_TRUE(m_user.scroll(QPoint(50, 60), QPoint(), QPoint(), Qt::ScrollEnd));
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("context.triggerEvent(navigate:orbit-by:0,0, start)",
+                            "context.triggerEvent(navigate:orbit-by:3,-4, process)", "context.cameraMoved()",
+                            "context.triggerEvent(navigate:orbit-by:2,0, process)", "context.cameraMoved()",
+                            "context.triggerEvent(navigate:orbit-by:0,0, stop)"));
+}
+
+TEST_F(ViewportTest, TwoFingersMoveTheViewWithShiftAndZoomWithControl)
+{
+    m_user.move(QPoint(50, 60), Qt::ShiftModifier);
+    m_log.clear();
+
+    m_user.scroll(QPoint(50, 60), QPoint(), QPoint(), Qt::ScrollBegin, Qt::ShiftModifier);
+    m_user.scroll(QPoint(50, 60), QPoint(3, -4), QPoint(), Qt::ScrollUpdate, Qt::ShiftModifier);
+    EXPECT_TRUE(m_user.scroll(QPoint(50, 60), QPoint(0, 10), QPoint(), Qt::ScrollUpdate, Qt::ControlModifier));
+    EXPECT_TRUE(m_user.scroll(QPoint(50, 60), QPoint(), QPoint(), Qt::ScrollEnd, Qt::ControlModifier));
+
+    // 1.006 to the power of ten.
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("context.triggerEvent(navigate:pan-by:0,0, start)",
+                            "context.triggerEvent(navigate:pan-by:3,-4, process)", "context.cameraMoved()",
+                            "context.triggerEvent(navigate:zoom-by:1.06164619, trigger)", "context.cameraMoved()"));
+}
+
+TEST_F(ViewportTest, APinchOnATouchpadZoomsAroundThePointer)
+{
+    m_user.move(QPoint(50, 60));
+    m_log.clear();
+
+    EXPECT_TRUE(m_user.pinch(QPoint(50, 60), 0.25));
+    EXPECT_TRUE(m_user.pinch(QPoint(50, 60), -0.5));
+    EXPECT_FALSE(m_user.pinch(QPoint(50, 60), -1)) << "nothing is zoomed to nothing";
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("context.triggerEvent(navigate:zoom-by:1.25, trigger)", "context.cameraMoved()",
+                            "context.triggerEvent(navigate:zoom-by:0.5, trigger)", "context.cameraMoved()"));
+}
+
+TEST_F(ViewportTest, APinchOnATouchScreenZoomsAndMovesAndSelectsNothing)
+{
+    QTouchDevice* const screen = QTest::createTouchDevice();
+    m_session.setModel(makeGroup({makeNode(makeBox(osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::NullFC))}));
+    m_session.getCamera().setStandardView("front");
+    // The point of the front face that is seen between the fingers.
+    const osg::Pnt3f middle(0, 0, 1);
+    const std::array<double, 2> place = *m_session.getCamera().getPlace(middle);
+    const QPoint centre(static_cast<int>(place[0]), static_cast<int>(place[1]));
+    const double sizeBefore = widthOfFront();
+
+    QWidget* const widget = &m_viewport;
+    QTest::touchEvent(widget, screen).press(0, centre - QPoint(20, 0), widget);
+    QTest::touchEvent(widget, screen).stationary(0).press(1, centre + QPoint(20, 0), widget);
+    for (int step = 1; step <= 10; ++step) {
+        // Apart, and both to the right.
+        QTest::touchEvent(widget, screen)
+            .move(0, centre + QPoint(-20 - 2 * step + step, 0), widget)
+            .move(1, centre + QPoint(20 + 2 * step + step, 0), widget);
+    }
+    QTest::touchEvent(widget, screen)
+        .release(0, centre - QPoint(30, 0), widget)
+        .release(1, centre + QPoint(50, 0), widget);
+
+    // The fingers are twice as far apart and ten pixels farther right, and so is what was between them.
+    EXPECT_NEAR(widthOfFront() / sizeBefore, 2, 0.01);
+    const std::array<double, 2> after = *m_session.getCamera().getPlace(middle);
+    EXPECT_NEAR(after[0] - place[0], 10, 0.6);
+    EXPECT_NEAR(after[1] - place[1], 0, 0.6);
+    EXPECT_TRUE(m_session.getSelection().getSelection().empty());
+}
+
+TEST_F(ViewportTest, AFingerOnATouchScreenIsTheLeftButton)
+{
+    QTouchDevice* const screen = QTest::createTouchDevice();
+    QWidget* const widget = &m_viewport;
+
+    QTest::touchEvent(widget, screen).press(0, QPoint(10, 20), widget);
+    QTest::touchEvent(widget, screen).move(0, QPoint(12, 20), widget);
+    QTest::touchEvent(widget, screen).release(0, QPoint(12, 20), widget);
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("context.pointerMoved(10, 20)", "context.triggerEvent(tool:select, start)",
+                            "context.pointerMoved(12, 20)", "context.triggerEvent(tool:select, process)",
+                            "context.triggerEvent(tool:select, stop)", "context.triggerEvent(tool:select, trigger)"));
+}
+
+TEST_F(ViewportTest, TheSurfaceUnderTheWheelStaysUnderIt)
+{
+    m_session.setModel(makeGroup({makeNode(makeBox(osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::NullFC))}));
+    const QPoint pointer(120, 55);
+    m_user.move(pointer);
+    ASSERT_NE(m_session.getPicker().getPickedNode(nullptr), osg::NullFC);
+    const osg::Pnt3f surface = m_session.getPicker().getPickedPoint(nullptr);
+
+    for (const int delta : {120, 33, 240, -60, 7}) {
+        m_user.turnWheel(pointer, delta);
+
+        const std::array<double, 2> place = *m_session.getCamera().getPlace(surface);
+        EXPECT_NEAR(place[0], 120.5, 1e-3);
+        EXPECT_NEAR(place[1], 55.5, 1e-3);
+    }
+}
+
+TEST_F(ViewportTest, ADragTurnsAroundAndMovesAndZoomsAtTheSurfaceOfThePress)
+{
+    m_session.setModel(makeGroup({makeNode(makeBox(osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::NullFC))}));
+    const auto dragAt = [&](const QPoint& from, const QPoint& to, const Qt::MouseButton button,
+                            const Qt::KeyboardModifiers modifiers) {
+        m_user.move(from, modifiers);
+        const osg::Pnt3f surface = m_session.getPicker().getPickedPoint(nullptr);
+        m_user.drag(from, to, button, modifiers);
+        return *m_session.getCamera().getPlace(surface);
+    };
+
+    const std::array<double, 2> turned = dragAt({110, 50}, {150, 70}, Qt::RightButton, Qt::NoModifier);
+    EXPECT_NEAR(turned[0], 110.5, 1e-3);
+    EXPECT_NEAR(turned[1], 50.5, 1e-3);
+    const std::array<double, 2> moved = dragAt({110, 50}, {125, 40}, Qt::MiddleButton, Qt::NoModifier);
+    EXPECT_NEAR(moved[0], 125.5, 1e-3);
+    EXPECT_NEAR(moved[1], 40.5, 1e-3);
+    const std::array<double, 2> zoomed = dragAt({120, 45}, {120, 15}, Qt::RightButton, Qt::ControlModifier);
+    EXPECT_NEAR(zoomed[0], 120.5, 1e-3);
+    EXPECT_NEAR(zoomed[1], 45.5, 1e-3);
+}
+
+TEST_F(ViewportTest, AKeyStepsWhileItIsHeldAndStopsWithItsRelease)
+{
+    m_user.pressKey(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(view:pan-left, start)",
+                                          "context.triggerEvent(navigate:pan-left, start)", "context.cameraMoved()"));
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_log.calls().size() >= 4; }));
+    EXPECT_THAT(m_log.take(),
+                ::testing::IsSupersetOf({"context.triggerEvent(navigate:pan-left, process)", "context.cameraMoved()"}));
+
+    m_user.releaseKey(Qt::Key_Left);
+    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(view:pan-left, stop)",
+                                          "context.triggerEvent(navigate:pan-left, stop)",
+                                          "context.triggerEvent(view:pan-left, trigger)"));
+}
+
+TEST_F(ViewportTest, ArrowKeysThatNobodyBoundTurnTheView)
+{
+    EXPECT_TRUE(m_user.pressKey(Qt::Key_Left));
+    EXPECT_TRUE(m_user.releaseKey(Qt::Key_Left));
+    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(qt-key:16777234, press)", "context.cameraMoved()",
+                                          "context.triggerEvent(qt-key:16777234, release)"));
+
+    EXPECT_FALSE(m_user.pressKey(Qt::Key_Left, Qt::AltModifier));
+    m_user.releaseKey(Qt::Key_Left);
+    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(qt-key:alt+16777234, press)",
+                                          "context.triggerEvent(qt-key:alt+16777234, release)"));
+}
+
+TEST_F(ViewportTest, FittingTheSelectionShowsItsBoxesAndTheMarkersOfEmptyGroups)
+{
+    const osg::NodePtr box = makeNode(makeBox(osg::Pnt3f(2, 2, 2), osg::Pnt3f(3, 3, 3), osg::NullFC));
+    const osg::NodePtr empty = makeTransform(translation(0, 1, 3));
+    m_session.setModel(
+        makeGroup({box, empty, makeNode(makeBox(osg::Pnt3f(-9, -9, -9), osg::Pnt3f(9, 9, 9), osg::NullFC))}));
+    m_session.getCamera().setStandardView("front");
+    m_session.toggleNode(box);
+    m_session.toggleNode(empty);
+
+    m_user.type(Qt::Key_G);
+
+    // From the marker of the group at the left to the right side of the box, where it is nearest.
+    const float marker = m_session.getBoxes().getMarkerSize();
+    const viewer::CameraController& camera = m_session.getCamera();
+    const double top = (*camera.getPlace(osg::Pnt3f(2, 3, 3)))[1];
+    const double bottom = (*camera.getPlace(osg::Pnt3f(0, 1 - marker, 3 + marker)))[1];
+    EXPECT_NEAR(top, 50 - 50 / 1.275, 0.01);
+    EXPECT_NEAR(bottom, 50 + 50 / 1.275, 0.01);
+    EXPECT_GT((*camera.getPlace(osg::Pnt3f(0 - marker, 1, 3 + marker)))[0], 0);
+    EXPECT_LT((*camera.getPlace(osg::Pnt3f(3, 2, 3)))[0], 200);
+
+    const auto widthOfAll = [&] {
+        return (*camera.getPlace(osg::Pnt3f(9, 0, 9)))[0] - (*camera.getPlace(osg::Pnt3f(-9, 0, 9)))[0];
+    };
+    EXPECT_GT(widthOfAll(), 200);
+    m_user.type(Qt::Key_Escape);
+    m_user.type(Qt::Key_G);
+    EXPECT_LT(widthOfAll(), 200) << "with nothing selected it shows all";
+}
+
+TEST_F(ViewportTest, TheProjectionIsSwitchedByACommand)
+{
+    m_user.type(Qt::Key_P);
+
+    EXPECT_TRUE(m_session.getCamera().isParallel());
+    EXPECT_TRUE(m_session.getCommands().isChecked("parallel"));
+    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(view:parallel, start)", "context.cameraMoved()",
+                                          "context.triggerEvent(view:parallel, stop)",
+                                          "context.triggerEvent(view:parallel, trigger)"));
+
+    m_user.type(Qt::Key_P);
+    EXPECT_FALSE(m_session.getCamera().isParallel());
+}
+
+TEST_F(ViewportTest, AnotherModelIsOneChangeOfTheCamera)
+{
+    m_session.setModel(makeGroup({makeNode(makeBox(osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::NullFC))}));
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("context.cameraMoved()"));
+}
+
+TEST_F(ViewportTest, AFrontViewInParallelProjectionShowsTheFrontAlone)
+{
+    const osg::Color3f red(1, 0, 0);
+    const osg::Color3f green(0, 1, 0);
+    // The front and a larger plate far behind it that is hidden by it with perspective only if it seems smaller.
+    m_session.setModel(makeGroup({makeNode(makeRectangle(-1, -1, 1, 1, 2, makePlainMaterial(red))),
+                                  makeNode(makeRectangle(-1.1F, -1.1F, 1.1F, 1.1F, -2, makePlainMaterial(green)))}));
+    m_session.getCamera().setStandardView("front");
+    m_user.leave();
+    const auto count = [&](const QRgb colour) {
+        const QImage picture = m_viewport.grabScene();
+        int found = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                found += picture.pixel(x, y) == colour ? 1 : 0;
+            }
+        }
+        return found;
+    };
+    EXPECT_GT(count(qRgb(255, 0, 0)), 1000);
+    EXPECT_EQ(count(qRgb(0, 255, 0)), 0) << "seems smaller with perspective";
+
+    m_user.type(Qt::Key_P);
+
+    // A frame of a twentieth of the width on each side.
+    const int front = count(qRgb(255, 0, 0));
+    EXPECT_NEAR(static_cast<double>(count(qRgb(0, 255, 0))) / front, 1.1 * 1.1 - 1, 0.06);
 }
 
 TEST_F(ViewportTest, ABoundKeyReachesTheContextsOnceHoweverLongItIsHeld)
@@ -182,8 +465,9 @@ TEST_F(ViewportTest, AQtEventIsAcceptedExactlyWhenItWasConsumed)
     EXPECT_TRUE(m_user.releaseKey(Qt::Key_F));
     EXPECT_FALSE(m_user.pressKey(Qt::Key_Z));
     EXPECT_FALSE(m_user.releaseKey(Qt::Key_Z));
-    EXPECT_TRUE(m_user.turnWheel(QPoint(1, 1), 120));
-    EXPECT_FALSE(m_user.turnWheel(QPoint(1, 1), 10));
+    EXPECT_TRUE(m_user.turnWheel(QPoint(1, 1), 10));
+    EXPECT_FALSE(m_user.turnWheel(QPoint(1, 1), 0));
+    EXPECT_FALSE(m_user.scroll(QPoint(1, 1), QPoint(), QPoint(120, 0), Qt::NoScrollPhase));
     EXPECT_TRUE(m_user.leave());
 }
 
@@ -296,7 +580,7 @@ TEST_F(ViewportTest, EveryBindingIsInTheRegistryUntilTheSessionEnds)
     }
     expected.insert(expected.end(),
                     {"Left button", "Ctrl+Left button", "Shift+Left button", "Ctrl+Shift+Left button", "Right button",
-                     "Middle button", "Shift+Right button", "Ctrl+Right button", "Esc"});
+                     "Middle button", "Shift+Right button", "Ctrl+Right button", "Esc", "Left", "Right", "Up", "Down"});
     EXPECT_EQ(entries, expected);
 }
 

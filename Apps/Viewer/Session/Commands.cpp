@@ -16,6 +16,7 @@ using Group = Command::Group;
 // time with modifiers.
 constexpr int None = Qt::NoModifier;
 constexpr int Control = Qt::ControlModifier;
+constexpr int Shift = Qt::ShiftModifier;
 constexpr int ControlShift = static_cast<int>(Qt::ControlModifier) | static_cast<int>(Qt::ShiftModifier);
 
 } // namespace
@@ -86,12 +87,33 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Look from below"), Qt::Key_7, None},
         {"parallel", Group::View, "parallel", QT_TRANSLATE_NOOP("Commands", "Parallel projection"),
          QT_TRANSLATE_NOOP("Commands", "Switch between parallel and perspective projection"), Qt::Key_P, None},
+        {"zoom-in", Group::View, "", QT_TRANSLATE_NOOP("Commands", "Zoom in"),
+         QT_TRANSLATE_NOOP("Commands", "Enlarge what is in the middle of the view"), Qt::Key_Plus, None},
+        {"zoom-out", Group::View, "", QT_TRANSLATE_NOOP("Commands", "Zoom out"),
+         QT_TRANSLATE_NOOP("Commands", "Show more of what is around the middle of the view"), Qt::Key_Minus, None},
         {"visualisation", Group::View, "visualisation", QT_TRANSLATE_NOOP("Commands", "Wireframe selection"),
          QT_TRANSLATE_NOOP("Commands", "Switch between boxes and wireframe"), Qt::Key_B, None},
         {"overlay", Group::View, "overlay", QT_TRANSLATE_NOOP("Commands", "Selection over everything"),
          QT_TRANSLATE_NOOP("Commands", "Draw the selection over everything or in its place"), Qt::Key_O, None},
         {"dark", Group::View, "dark", QT_TRANSLATE_NOOP("Commands", "Dark background"),
          QT_TRANSLATE_NOOP("Commands", "Switch between light and dark background"), Qt::Key_D, None},
+
+        {"orbit-left", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Turn left"),
+         QT_TRANSLATE_NOOP("Commands", "Turn the model to the left"), Qt::Key_Left, Shift},
+        {"orbit-right", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Turn right"),
+         QT_TRANSLATE_NOOP("Commands", "Turn the model to the right"), Qt::Key_Right, Shift},
+        {"orbit-up", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Turn up"),
+         QT_TRANSLATE_NOOP("Commands", "Turn the model upwards"), Qt::Key_Up, Shift},
+        {"orbit-down", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Turn down"),
+         QT_TRANSLATE_NOOP("Commands", "Turn the model downwards"), Qt::Key_Down, Shift},
+        {"pan-left", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Move left"),
+         QT_TRANSLATE_NOOP("Commands", "Move the model to the left"), Qt::Key_Left, Control},
+        {"pan-right", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Move right"),
+         QT_TRANSLATE_NOOP("Commands", "Move the model to the right"), Qt::Key_Right, Control},
+        {"pan-up", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Move up"),
+         QT_TRANSLATE_NOOP("Commands", "Move the model upwards"), Qt::Key_Up, Control},
+        {"pan-down", Group::Navigate, "", QT_TRANSLATE_NOOP("Commands", "Move down"),
+         QT_TRANSLATE_NOOP("Commands", "Move the model downwards"), Qt::Key_Down, Control},
 
         {"measure", Group::Tools, "measure", QT_TRANSLATE_NOOP("Commands", "Measure"),
          QT_TRANSLATE_NOOP("Commands", "Measure the distance between two points and the angle between their normals"),

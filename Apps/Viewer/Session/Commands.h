@@ -16,7 +16,7 @@ namespace quon::viewer {
  */
 struct Command {
     /** The menu that lists it. */
-    enum class Group { Edit, Select, View, Tools, Window };
+    enum class Group { Edit, Select, View, Navigate, Tools, Window };
 
     const char* name;        ///< hint of its events
     Group group;             ///< menu

@@ -42,9 +42,13 @@ struct FreeKey {
     const char* description; ///< source text of the context "InputBindings"
 };
 
-// No bindings: tools get them as keys that no binding took. Listed all the same.
+// No bindings: tools and navigation get them as keys that no binding took. Listed all the same.
 constexpr FreeKey FreeKeys[] = {
     {Qt::Key_Escape, QT_TRANSLATE_NOOP("InputBindings", "Leave the tool, or clear the selection")},
+    {Qt::Key_Left, QT_TRANSLATE_NOOP("InputBindings", "Turn the model to the left")},
+    {Qt::Key_Right, QT_TRANSLATE_NOOP("InputBindings", "Turn the model to the right")},
+    {Qt::Key_Up, QT_TRANSLATE_NOOP("InputBindings", "Turn the model upwards")},
+    {Qt::Key_Down, QT_TRANSLATE_NOOP("InputBindings", "Turn the model downwards")},
 };
 
 bool isModifierKey(const int key)

@@ -6,6 +6,7 @@
 #include "Viewer/Model/Part.h"
 #include "Viewer/Model/PartRelations.h"
 
+#include <Extensions/SceneExtensions.h>
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 #include <Interaction/NodeSelectionModel.h>
@@ -71,7 +72,7 @@ ViewerSession::ViewerSession()
     , m_selectionTool(m_editor)
     , m_trace(*m_interactionManager)
     , m_toolContext(m_trace, "tools")
-    , m_navigationContext(m_trace, "navigation", &m_camera)
+    , m_navigationContext(m_trace, "navigation", &m_camera, &m_picker)
     , m_commandContext(m_trace, "commands")
     , m_axisCross(m_camera)
     , m_status(nullptr)
@@ -169,8 +170,10 @@ void ViewerSession::setModel(const osg::NodePtr& model)
     const ModelOutline outline = ModelOutline::find(model);
     m_modelMinimum = outline.minimum;
     m_modelMaximum = outline.maximum;
-    m_camera.setSceneBounds(outline.minimum, outline.maximum, outline.points);
-    m_camera.setStandardView("iso");
+    m_camera.changeAtOnce([&] {
+        m_camera.setSceneBounds(outline.minimum, outline.maximum, outline.points);
+        m_camera.setStandardView("iso");
+    });
     // Two hundredths of the model: to be found with the eye, not to be taken for a part.
     SelectionLook look = m_display.getLook();
     look.markerSize = static_cast<float>(m_camera.getSceneRadius() * 0.02);
@@ -368,6 +371,17 @@ void ViewerSession::addCommands()
         {[this] { switchVisualisation(); }, [this] { return m_display.getLook().kind == Kind::Wireframe; }, {}});
     commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_display.getLook().overlay; }, {}});
     commands.setCommand("fit", {[this] { m_camera.fit(); }, {}, {}});
+    commands.setCommand("fit-selection", {[this] { fitSelection(); }, {}, {}});
+    commands.setCommand(
+        "parallel",
+        {[this] { m_camera.setParallel(!m_camera.isParallel()); }, [this] { return m_camera.isParallel(); }, {}});
+    for (const char* step : {"orbit-left", "orbit-right", "orbit-up", "orbit-down", "pan-left", "pan-right", "pan-up",
+                             "pan-down", "zoom-in", "zoom-out"}) {
+        const auto send = [this, category = std::string("navigate:") + step](const char* verb) {
+            m_interactionManager->triggerEvent(interaction::InteractionEvent(category, verb));
+        };
+        commands.setCommand(step, {[send] { send("start"); }, {}, {}, {}, [send] { send("stop"); }});
+    }
     for (const char* view : {"front", "right", "top", "iso", "back", "left", "bottom"}) {
         commands.setCommand(view, {[this, view] { m_camera.setStandardView(view); }, {}, {}});
     }
@@ -409,6 +423,32 @@ void ViewerSession::toggleLock()
     const auto& selection = m_selection->getSelection();
     const bool anyEditable = std::any_of(selection.begin(), selection.end(), koNodeUtils::isEditable);
     m_editor.setLocked(getSelectedNodes(), anyEditable);
+}
+
+void ViewerSession::fitSelection()
+{
+    std::vector<osg::Pnt3f> corners;
+    for (const osg::NodePtr& node : m_selection->getSelection()) {
+        osg::Pnt3f bounds[2];
+        extensions::getWorldBounds(node, bounds[0], bounds[1]);
+        if (bounds[0] == osg::Pnt3f() && bounds[1] == osg::Pnt3f()) {
+            // Without extent: what is seen of it is the marker at its place.
+            const osg::Matrix toWorld = node->getToWorld();
+            const osg::Pnt3f place(toWorld[3][0], toWorld[3][1], toWorld[3][2]);
+            const float markerSize = m_display.getLook().markerSize;
+            const osg::Vec3f extent(markerSize, markerSize, markerSize);
+            bounds[0] = place - extent;
+            bounds[1] = place + extent;
+        }
+        for (unsigned corner = 0; corner < 8; ++corner) {
+            corners.emplace_back(bounds[corner & 1U][0], bounds[corner >> 1U & 1U][1], bounds[corner >> 2U][2]);
+        }
+    }
+    if (corners.empty()) {
+        m_camera.fit();
+    } else {
+        m_camera.fit(corners);
+    }
 }
 
 void ViewerSession::switchVisualisation()

@@ -203,6 +203,7 @@ private:
     void addCommands();
     void addSelectionCommands();
     void toggleLock();
+    void fitSelection();
     void switchVisualisation();
     void switchOverlay();
     void reportSelection();

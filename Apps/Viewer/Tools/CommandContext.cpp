@@ -61,6 +61,11 @@ bool CommandContext::triggerEvent(interaction::InteractionManager*, const intera
         }
         return true;
     }
+    if (event.getEvent() == "stop" && handler->end) {
+        // Also when the command cannot be asked for any more: it may have been when the key went down.
+        const std::function<void()> end = handler->end;
+        end();
+    }
     return event.getEvent() == "stop" || event.getEvent() == "trigger";
 }
 

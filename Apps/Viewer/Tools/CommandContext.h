@@ -15,7 +15,8 @@ namespace quon::viewer {
  * Carries out named commands on events of the category "view": the hint is the command's name.
  *
  * A command runs on "start", when its key goes down, and not on "trigger": losing the focus ends every pending key
- * with a "trigger", and that must not lock or hide anything. The verbs that end a key are consumed.
+ * with a "trigger", and that must not lock or hide anything. The verbs that end a key are consumed; a command that goes
+ * on while its key is held ends on "stop".
  */
 class CommandContext : public interaction::AbstractInteractionContext {
 public:
@@ -26,6 +27,7 @@ public:
         std::function<bool()> isEnabled; ///< empty: it can always be asked for
         /** What it would do now, in the user's language; empty: what the table of commands says. */
         std::function<QString()> getText = {};
+        std::function<void()> end = {}; ///< called when the key goes up; empty: there is nothing to end
     };
 
     CommandContext();

@@ -3,7 +3,19 @@
 
 #include <Interaction/AbstractInteractionContext.h>
 
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGVector.h>
+
+#include <QTimer>
+
+#include <optional>
+#include <set>
 #include <string>
+
+namespace quon::interaction {
+class Picker;
+}
 
 namespace quon::viewer {
 
@@ -14,25 +26,59 @@ class CameraController;
  *
  * | hint | verbs | effect |
  * |---|---|---|
- * | orbit, pan, zoom | start, process, stop | follows the pointer from "start" to "stop" |
- * | zoom-in, zoom-out | trigger | one step nearer or farther |
+ * | orbit, pan, zoom | start, process, stop | a drag: follows the pointer from "start" to "stop" |
+ * | orbit-by:X,Y, pan-by:X,Y | start, process, stop | a gesture: each "process" moves by so many pixels |
+ * | zoom-by:FACTOR | trigger | enlarges what is under the pointer and keeps it there |
+ * | orbit-left, -right, -up, -down | start, process, stop | turns by a step at "start" and at every "process" |
+ * | pan-left, -right, -up, -down | start, process, stop | moves by a step, in the same way |
+ * | zoom-in, zoom-out | start, process, stop | zooms around the middle by a step, in the same way |
+ *
+ * Drags and gestures go by the surface that was under the pointer at their start: the view turns around that point, and
+ * when it is moved the point follows the pointer. A dragged zoom leaves the pixel of the start in its place. Where
+ * there is nothing, the camera's point of interest stands in. Pointer positions are logical pixels of the viewport.
+ *
+ * Steps repeat while their key is held, by "process" events that the context itself sends through its manager between
+ * "start" and "stop". Arrow keys and the key "=" that no binding uses turn the view and zoom in as if they were bound
+ * to orbit-left and so on; with modifiers they stay free for bindings.
  *
  * The verbs that come with these are consumed too; hovering is not, so that contexts below hear of it.
  */
 class NavigationContext : public interaction::AbstractInteractionContext {
 public:
-    /** @param camera borrowed, must not be null (not checked) and must outlive the context */
-    explicit NavigationContext(CameraController* camera);
+    /**
+     * @param camera borrowed, must not be null (not checked) and must outlive the context
+     * @param picker borrowed, must outlive the context and follow the pointer and the camera; null finds no surfaces
+     */
+    NavigationContext(CameraController* camera, interaction::Picker* picker);
 
+    /** The categories of events that move the camera by a given amount, in logical pixels. */
+    static std::string getOrbitCategory(double deltaX, double deltaY);
+    static std::string getPanCategory(double deltaX, double deltaY);
+    static std::string getZoomCategory(double factor);
+
+    void contextRemoved(interaction::InteractionManager* manager) override;
+    void disabled(interaction::InteractionManager* manager) override;
     void pointerMoved(const osg::Pnt2f& position) override;
     bool triggerEvent(interaction::InteractionManager* manager, const interaction::InteractionEvent& event) override;
 
 private:
+    bool handle(const std::string& hint, const std::string& verb);
+    bool handleDrag(const std::string& hint, const std::string& verb);
+    bool handleGesture(const std::string& hint, const std::string& verb);
+    bool handleStep(const std::string& hint, const std::string& verb);
+    std::optional<osg::Pnt3f> pickSurface() const;
     void drag(const std::string& hint);
+    void repeat();
+    void stopRepeating();
 
     CameraController* m_camera;
+    interaction::Picker* m_picker;
     osg::Pnt2f m_pointer;
-    osg::Pnt2f m_last; ///< where the pointer was at the last step of a drag
+    osg::Pnt2f m_last;                   ///< where the pointer was before its last movement
+    osg::Pnt2f m_start;                  ///< where the drag began
+    std::optional<osg::Pnt3f> m_surface; ///< what was under the pointer at the start of the drag or gesture
+    std::set<std::string> m_repeating;   ///< hints of the steps whose keys are held
+    QTimer m_repeatTimer;
 };
 
 } // namespace quon::viewer

@@ -45,7 +45,7 @@ namespace {
 // Switches that stay as they were when the viewer was closed.
 constexpr const char* KeptSwitches[] = {"dark", "parallel"};
 
-constexpr int GroupCount = 5;
+constexpr int GroupCount = 6;
 
 // What the tool bar shows, a gap where the name is empty.
 constexpr const char* ToolBarCommands[] = {
@@ -220,7 +220,8 @@ void MainWindow::addFileMenu()
 void MainWindow::addCommands()
 {
     for (int group = 0; group < GroupCount; ++group) {
-        m_commandMenus.push_back(menuBar()->addMenu(QString()));
+        const bool isSubmenu = group == static_cast<int>(Command::Group::Navigate);
+        m_commandMenus.push_back(isSubmenu ? m_commandMenus.back()->addMenu(QString()) : menuBar()->addMenu(QString()));
         connect(m_commandMenus.back(), &QMenu::aboutToShow, this, &MainWindow::updateActions);
     }
     for (const Command& command : Command::getAll()) {
@@ -295,7 +296,8 @@ void MainWindow::retranslate()
     m_openAction->setText(tr("Open..."));
     m_openAction->setToolTip(tr("Open a model (%1)").arg(m_openAction->shortcut().toString(QKeySequence::NativeText)));
     m_quitAction->setText(tr("Quit"));
-    const QString titles[GroupCount] = {tr("&Edit"), tr("&Select"), tr("&View"), tr("&Tools"), tr("&Window")};
+    const QString titles[GroupCount] = {tr("&Edit"),         tr("&Select"), tr("&View"),
+                                        tr("Turn and move"), tr("&Tools"),  tr("&Window")};
     for (std::size_t group = 0; group < GroupCount; ++group) {
         m_commandMenus[group]->setTitle(titles[group]);
     }

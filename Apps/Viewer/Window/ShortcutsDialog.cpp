@@ -352,6 +352,8 @@ QTreeWidgetItem* ShortcutsDialog::findHeading(const ShortcutRow& row)
         return findOrAdd(group, tr("Select"));
     case Command::Group::View:
         return findOrAdd(group, tr("View"));
+    case Command::Group::Navigate:
+        return findOrAdd(group, tr("Turn and move"));
     case Command::Group::Tools:
         return findOrAdd(group, tr("Tools"));
     case Command::Group::Window:

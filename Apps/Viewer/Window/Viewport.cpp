@@ -13,11 +13,15 @@
 #include <Interaction/InteractionManager.h>
 
 #include <QKeyEvent>
+#include <QLineF>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QTouchDevice>
 #include <QWheelEvent>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -33,6 +37,13 @@ const osg::Color3f LightTop(0.70F, 0.77F, 0.85F);
 const osg::Color3f LightBottom(0.95F, 0.96F, 0.97F);
 const osg::Color3f DarkTop(0.13F, 0.15F, 0.18F);
 const osg::Color3f DarkBottom(0.27F, 0.30F, 0.34F);
+
+constexpr double ZoomPerWheelStep = 1.15;
+constexpr double ZoomPerScrolledPixel = 1.006;
+// What Shift leaves of a turn of the wheel.
+constexpr double FineShare = 0.2;
+// Eighths of a degree that count as much as a pixel scrolled: a step of 120 scrolls about forty.
+constexpr double AnglePerPixel = 3;
 
 } // namespace
 
@@ -101,6 +112,7 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
+    setAttribute(Qt::WA_AcceptTouchEvents);
     // The right button turns the view.
     setContextMenuPolicy(Qt::PreventContextMenu);
     if (target == Target::Window) {
@@ -152,25 +164,22 @@ QImage Viewport::grabScene()
     return m_surface != nullptr ? m_surface->grabFramebuffer() : drawOffscreen(false);
 }
 
-bool Viewport::event(QEvent* event)
-{
-    const Observation observation(*this, *event);
-    return QWidget::event(event);
-}
-
 void Viewport::mousePressEvent(QMouseEvent* event)
 {
+    m_pointer = event->pos();
     event->setAccepted(handle([&] { return m_session.getMapper().mousePressed(event); }));
 }
 
 void Viewport::mouseMoveEvent(QMouseEvent* event)
 {
+    m_pointer = event->pos();
     const bool dragging = event->buttons() != Qt::NoButton;
     event->setAccepted(handle([&] { return m_session.getMapper().mouseMoved(event, dragging); }));
 }
 
 void Viewport::mouseReleaseEvent(QMouseEvent* event)
 {
+    m_pointer = event->pos();
     event->setAccepted(handle([&] { return m_session.getMapper().mouseReleased(event); }));
 }
 
@@ -187,18 +196,177 @@ void Viewport::leaveEvent(QEvent* event)
 
 void Viewport::wheelEvent(QWheelEvent* event)
 {
-    constexpr int step = QWheelEvent::DefaultDeltasPerStep;
-    m_wheelRest += event->angleDelta().y();
-    const int steps = m_wheelRest / step;
-    m_wheelRest -= steps * step;
-    const interaction::InteractionEvent zoom(steps > 0 ? "navigate:zoom-in" : "navigate:zoom-out", "trigger");
     event->setAccepted(handle([&] {
-        bool consumed = false;
-        for (int i = std::abs(steps); i > 0; --i) {
-            consumed = m_session.getInteractionManager().triggerEvent(zoom) || consumed;
-        }
-        return consumed;
+        movePointer(event->position().toPoint(), event->buttons(), event->modifiers());
+        return event->phase() == Qt::NoScrollPhase ? turnWheel(*event) : scroll(*event);
     }));
+}
+
+bool Viewport::turnWheel(const QWheelEvent& event)
+{
+    const bool fine = event.modifiers().testFlag(Qt::ShiftModifier);
+    double delta = event.angleDelta().y();
+    if (event.angleDelta().isNull()) {
+        delta = event.pixelDelta().y() * AnglePerPixel;
+    } else if (fine && event.angleDelta().y() == 0) {
+        // Some systems take the wheel with Shift for one that turns sideways.
+        delta = event.angleDelta().x();
+    }
+    if (delta == 0) {
+        return false;
+    }
+    const double steps = delta / QWheelEvent::DefaultDeltasPerStep * (fine ? FineShare : 1);
+    return send(NavigationContext::getZoomCategory(std::pow(ZoomPerWheelStep, steps)), "trigger");
+}
+
+bool Viewport::scroll(const QWheelEvent& event)
+{
+    const QPointF delta =
+        event.pixelDelta().isNull() ? QPointF(event.angleDelta()) / AnglePerPixel : QPointF(event.pixelDelta());
+    if (event.modifiers().testFlag(Qt::ControlModifier)) {
+        // Ends of the gesture carry no movement, but belong to whom the rest of it belongs.
+        return delta.y() == 0 ||
+               send(NavigationContext::getZoomCategory(std::pow(ZoomPerScrolledPixel, delta.y())), "trigger");
+    }
+    const std::string category = event.modifiers().testFlag(Qt::ShiftModifier)
+                                     ? NavigationContext::getPanCategory(delta.x(), delta.y())
+                                     : NavigationContext::getOrbitCategory(delta.x(), delta.y());
+    bool consumed = event.phase() == Qt::ScrollBegin && send(category, "start");
+    if (!delta.isNull()) {
+        consumed = send(category, "process") || consumed;
+    }
+    if (event.phase() == Qt::ScrollEnd) {
+        consumed = send(category, "stop") || consumed;
+    }
+    return consumed;
+}
+
+bool Viewport::event(QEvent* event)
+{
+    const Observation observation(*this, *event);
+    switch (event->type()) {
+    case QEvent::NativeGesture: {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() != Qt::ZoomNativeGesture || gesture->value() <= -1) {
+            break;
+        }
+        event->setAccepted(handle([&] {
+            movePointer(gesture->localPos().toPoint(), Qt::NoButton, gesture->modifiers());
+            return send(NavigationContext::getZoomCategory(1 + gesture->value()), "trigger");
+        }));
+        return true;
+    }
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel: {
+        const auto& touch = *static_cast<QTouchEvent*>(event);
+        // The fingers on a touchpad move the pointer, and more of them make native gestures.
+        if (touch.device() == nullptr || touch.device()->type() != QTouchDevice::TouchScreen) {
+            break;
+        }
+        handleTouch(touch);
+        event->accept();
+        return true;
+    }
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+void Viewport::handleTouch(const QTouchEvent& event)
+{
+    const QList<QTouchEvent::TouchPoint>& fingers = event.touchPoints();
+    const bool isEnd = event.type() == QEvent::TouchEnd || event.type() == QEvent::TouchCancel;
+    if (event.type() == QEvent::TouchCancel) {
+        m_session.focusLost();
+    } else if (m_pinching) {
+        pinch(fingers);
+    } else if (fingers.size() > 1) {
+        // The first finger was taken for a mouse button.
+        m_session.focusLost();
+        m_pinching = true;
+        pinch(fingers);
+    } else if (fingers.size() == 1) {
+        pointWithFinger(fingers.front(), event.modifiers());
+    }
+    if (isEnd) {
+        m_pinching = false;
+    }
+}
+
+void Viewport::pointWithFinger(const QTouchEvent::TouchPoint& finger, const Qt::KeyboardModifiers modifiers)
+{
+    const auto send = [&](const QEvent::Type type, const Qt::MouseButton button, const Qt::MouseButtons buttons) {
+        QMouseEvent event(type, finger.pos(), mapTo(window(), finger.pos().toPoint()), finger.screenPos(), button,
+                          buttons, modifiers, Qt::MouseEventSynthesizedByApplication);
+        this->event(&event);
+    };
+    switch (finger.state()) {
+    case Qt::TouchPointPressed:
+        setFocus(Qt::MouseFocusReason);
+        send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
+        break;
+    case Qt::TouchPointReleased:
+        send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
+        break;
+    default:
+        send(QEvent::MouseMove, Qt::NoButton, Qt::LeftButton);
+        break;
+    }
+}
+
+void Viewport::pinch(const QList<QTouchEvent::TouchPoint>& fingers)
+{
+    // A third finger and the one that is left at the end change nothing.
+    if (fingers.size() < 2) {
+        return;
+    }
+    const QLineF line(fingers[0].pos(), fingers[1].pos());
+    const QLineF last(fingers[0].lastPos(), fingers[1].lastPos());
+    // As a touchpad says it. Rounded before they are subtracted, so that what is left over does not add up.
+    const QPoint centre = line.center().toPoint();
+    const QPoint centreOnScreen = mapToGlobal(centre);
+    const auto sendScroll = [&](const Qt::ScrollPhase phase, const QPoint& delta) {
+        QWheelEvent event(centre, centreOnScreen, delta, QPoint(), Qt::NoButton, Qt::ShiftModifier, phase, false,
+                          Qt::MouseEventSynthesizedByApplication);
+        this->event(&event);
+    };
+    const auto isAny = [&](const Qt::TouchPointState state) {
+        return fingers[0].state() == state || fingers[1].state() == state;
+    };
+    if (isAny(Qt::TouchPointPressed)) {
+        sendScroll(Qt::ScrollBegin, QPoint());
+        return;
+    }
+    if (const QPoint delta = centre - last.center().toPoint(); !delta.isNull()) {
+        sendScroll(Qt::ScrollUpdate, delta);
+    }
+    if (line.length() > 0 && last.length() > 0 && line.length() != last.length()) {
+        QNativeGestureEvent event(Qt::ZoomNativeGesture, nullptr, centre, mapTo(window(), centre), centreOnScreen,
+                                  line.length() / last.length() - 1, 0, 0);
+        this->event(&event);
+    }
+    if (isAny(Qt::TouchPointReleased)) {
+        sendScroll(Qt::ScrollEnd, QPoint());
+    }
+}
+
+bool Viewport::send(const std::string& category, const char* verb)
+{
+    return m_session.getInteractionManager().triggerEvent(interaction::InteractionEvent(category, verb));
+}
+
+void Viewport::movePointer(const QPoint& position, const Qt::MouseButtons buttons,
+                           const Qt::KeyboardModifiers modifiers)
+{
+    if (position == m_pointer) {
+        return;
+    }
+    m_pointer = position;
+    const QMouseEvent movement(QEvent::MouseMove, position, mapToGlobal(position), Qt::NoButton, buttons, modifiers);
+    m_session.getMapper().mouseMoved(&movement, buttons != Qt::NoButton);
 }
 
 bool Viewport::handleKey(QKeyEvent* event)

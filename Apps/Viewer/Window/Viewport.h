@@ -6,10 +6,13 @@
 #include <Notification/NotificationManager.h>
 
 #include <QImage>
+#include <QPoint>
 #include <QTimer>
+#include <QTouchEvent>
 #include <QWidget>
 
 #include <memory>
+#include <string>
 
 class QPainter;
 
@@ -24,8 +27,22 @@ class ViewerSession;
  * The widget that shows a session and passes the user's input on to it.
  *
  * Mouse and key events go to the session's event mapper; a Qt event is accepted exactly when some context consumed what
- * became of it. The wheel, for which the mapper has no operation, becomes "trigger" events of "navigate:zoom-in" and
- * "navigate:zoom-out". When the pointer leaves, hovering ends; when the focus goes, everything pending does.
+ * became of it. When the pointer leaves, hovering ends; when the focus goes, everything pending does.
+ *
+ * Wheel and gestures, for which the mapper has no operations, become events of NavigationContext right here, after the
+ * pointer has been moved to where they happen:
+ *
+ * | input | events |
+ * |---|---|
+ * | wheel | "trigger" of navigate:zoom-by, by every eighth of a degree, with Shift by a fifth as much |
+ * | two fingers on a touchpad | "start", "process", "stop" of navigate:orbit-by, with Shift navigate:pan-by |
+ * | the same with Ctrl | "trigger" of navigate:zoom-by |
+ * | pinch on a touchpad | "trigger" of navigate:zoom-by around the pointer |
+ * | two fingers on a touch screen | as on a touchpad with Shift, and pinching |
+ *
+ * Two fingers on a touchpad are told from a wheel by their scroll phases. One finger on a touch screen is the left
+ * mouse button, until a second one comes. All positions and movements are logical pixels of the widget; only what is
+ * drawn knows about the density of the display.
  *
  * In a window a picture takes no longer than the user can wait for while things move: of very large scenes it shows the
  * larger geometries, and all of them once nothing changes. Pictures that are grabbed always show everything.
@@ -99,6 +116,14 @@ private:
     template <class Handle>
     bool handle(const Handle& handleEvent);
 
+    bool turnWheel(const QWheelEvent& event);
+    bool scroll(const QWheelEvent& event);
+    void handleTouch(const QTouchEvent& event);
+    void pointWithFinger(const QTouchEvent::TouchPoint& finger, Qt::KeyboardModifiers modifiers);
+    void pinch(const QList<QTouchEvent::TouchPoint>& fingers);
+    bool send(const std::string& category, const char* verb);
+    void movePointer(const QPoint& position, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
+
     void notificationAdded(notification::Notification* notification) override;
     void notificationChanged(notification::Notification* notification) override;
     void notificationRemoved(notification::Notification* notification) override;
@@ -123,7 +148,8 @@ private:
     std::unique_ptr<OffscreenSurface> m_offscreen;                  ///< for pictures, made at the first one
     bool m_beginsFrame = false;                                     ///< about to draw
     bool m_leftKeyAlone = false;                                    ///< a key that is on its way up to the window
-    int m_wheelRest = 0; ///< eighths of a degree that do not make up a step yet
+    QPoint m_pointer;                                               ///< as far as the mapper was told
+    bool m_pinching = false; ///< two fingers are or were on the screen, until all are gone
 };
 
 } // namespace quon::viewer
