@@ -196,7 +196,7 @@ TEST_F(InputRecorderTest, EachQtEventIsALineWithTheEventsThatItBecame)
     EXPECT_EQ(written[2], "release 11 20  # tool:select stop (tools), tool:select trigger (tools)");
     EXPECT_EQ(written[3], "keypress Tab ctrl  # qt-key:ctrl+16777217 press (nobody)");
     EXPECT_EQ(written[4], "keyrelease Tab  # qt-key:ctrl+16777217 release (nobody)");
-    EXPECT_THAT(written[5], StartsWith("scroll 5 6 0 -120 0 0 none  # navigate:"));
+    EXPECT_THAT(written[5], StartsWith("scroll 5 6 0 -120 0 0 none  # tool:select hover"));
     EXPECT_THAT(written[6], StartsWith("focusout"));
 }
 

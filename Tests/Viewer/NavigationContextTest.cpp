@@ -15,8 +15,6 @@
 #include <OpenSG/OSGRefPtr.h>
 #include <OpenSG/OSGVector.h>
 
-#include <QtTest>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -71,14 +69,6 @@ protected:
 
     // Whether the camera is where the test has brought another one by calls.
     bool isAsExpected() const { return m_camera.getView() == m_expected.getView(); }
-
-    // Longer than a key is held before its step repeats.
-    void expectNoMoreSteps()
-    {
-        const int changes = m_changes;
-        QTest::qWait(600);
-        EXPECT_EQ(m_changes, changes);
-    }
 
     int m_changes = 0;
     CallLog m_log;
@@ -217,20 +207,30 @@ TEST_F(NavigationContextTest, StepsMoveTheModelWhereTheySay)
     }
 }
 
-TEST_F(NavigationContextTest, AStepRepeatsUntilItsKeyGoesUp)
+TEST_F(NavigationContextTest, StepsRepeatUntilTheirKeysGoUp)
 {
+    EXPECT_FALSE(m_context.repeatSteps());
     send("navigate:orbit-left", "start");
     send("navigate:zoom-in", "start");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_changes >= 6; }));
+    EXPECT_EQ(m_changes, 2);
 
+    EXPECT_TRUE(m_context.repeatSteps());
+    EXPECT_EQ(m_changes, 4);
     send("navigate:orbit-left", "stop");
-    const Matrix4 before = m_camera.getView();
-    const int changes = m_changes;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return m_changes >= changes + 2; })) << "the other one goes on";
-    EXPECT_EQ(m_camera.getView()(0, 0), before(0, 0));
+    send("navigate:orbit-left", "trigger");
+    EXPECT_TRUE(m_context.repeatSteps());
+    EXPECT_EQ(m_changes, 5);
     send("navigate:zoom-in", "stop");
+    EXPECT_FALSE(m_context.repeatSteps());
 
-    expectNoMoreSteps();
+    // Two steps of five degrees and three of 1.15.
+    m_expected.turn(-10, 0);
+    m_expected.zoom(1.15 * 1.15 * 1.15);
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            EXPECT_NEAR(m_camera.getView()(row, column), m_expected.getView()(row, column), 1e-12);
+        }
+    }
 }
 
 TEST_F(NavigationContextTest, NothingRepeatsOnceTheReleaseCannotArrive)
@@ -238,17 +238,20 @@ TEST_F(NavigationContextTest, NothingRepeatsOnceTheReleaseCannotArrive)
     send("navigate:orbit-left", "start");
     m_manager.disable();
     m_manager.enable();
-    expectNoMoreSteps();
+    EXPECT_FALSE(m_context.repeatSteps());
 
     send("navigate:orbit-left", "start");
     m_manager.setPresenterMode(true);
-    expectNoMoreSteps();
+    EXPECT_FALSE(m_context.repeatSteps());
     m_manager.setPresenterMode(false);
+    EXPECT_FALSE(m_context.repeatSteps());
 
     send("navigate:orbit-left", "start");
     m_manager.removeContext(&m_context);
+    EXPECT_FALSE(m_context.repeatSteps());
     m_manager.addContext(&m_context);
-    expectNoMoreSteps();
+    EXPECT_FALSE(m_context.repeatSteps());
+    EXPECT_EQ(m_changes, 3) << "the three presses";
 }
 
 TEST_F(NavigationContextTest, WithoutAPickerThePointOfInterestStandsIn)

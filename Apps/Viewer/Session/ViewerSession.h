@@ -94,6 +94,7 @@ public:
     InputBindings& getBindings() { return m_bindings; }
     CommandContext& getCommands() { return m_commandContext; }
     ToolContext& getTools() { return m_toolContext; }
+    NavigationContext& getNavigation() { return m_navigationContext; }
     /** Watches the events and the stack of the contexts. */
     InteractionTrace& getTrace() { return m_trace; }
     interaction::BoxSelectionVisualisation& getBoxes() { return m_display.getBoxes(); }

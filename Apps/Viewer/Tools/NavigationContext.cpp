@@ -31,10 +31,6 @@ const char* const ZoomBy = "zoom-by";
 constexpr double ZoomStep = 1.15;
 constexpr double DragZoomPerPixel = 1.006;
 
-// Milliseconds that a key is held before its step repeats, and from then on.
-constexpr int RepeatDelay = 400;
-constexpr int RepeatInterval = 40;
-
 /** A step that a key makes: either an angle, a share of the viewport, or a factor. */
 struct Step {
     const char* hint;
@@ -113,9 +109,7 @@ NavigationContext::NavigationContext(CameraController* camera, interaction::Pick
     : AbstractInteractionContext(Navigation)
     , m_camera(camera)
     , m_picker(picker)
-{
-    QObject::connect(&m_repeatTimer, &QTimer::timeout, &m_repeatTimer, [this] { repeat(); });
-}
+{}
 
 std::string NavigationContext::getOrbitCategory(const double deltaX, const double deltaY)
 {
@@ -132,16 +126,34 @@ std::string NavigationContext::getZoomCategory(const double factor)
     return makeCategory(ZoomBy, {factor});
 }
 
+bool NavigationContext::repeatSteps()
+{
+    interaction::InteractionManager* manager = getInteractionManager();
+    // In presenter mode the release of a key does not arrive.
+    if (manager == nullptr || manager->getPresenterMode()) {
+        m_heldSteps.clear();
+        return false;
+    }
+    // A copy: a context above may end what is repeated.
+    const std::set<std::string> steps = m_heldSteps;
+    bool consumed = false;
+    for (const std::string& step : steps) {
+        const interaction::InteractionEvent event(std::string(Category) + ":" + step, "process");
+        consumed = manager->triggerEvent(event) || consumed;
+    }
+    return consumed;
+}
+
 void NavigationContext::contextRemoved(interaction::InteractionManager* manager)
 {
-    stopRepeating();
+    m_heldSteps.clear();
     AbstractInteractionContext::contextRemoved(manager);
 }
 
 void NavigationContext::disabled(interaction::InteractionManager* manager)
 {
     // The "stop" of a key that is held will not arrive.
-    stopRepeating();
+    m_heldSteps.clear();
     AbstractInteractionContext::disabled(manager);
 }
 
@@ -220,10 +232,7 @@ bool NavigationContext::handleGesture(const std::string& hint, const std::string
 bool NavigationContext::handleStep(const std::string& hint, const std::string& verb)
 {
     if (verb == "stop" || verb == "trigger") {
-        m_repeating.erase(hint);
-        if (m_repeating.empty()) {
-            stopRepeating();
-        }
+        m_heldSteps.erase(hint);
         return true;
     }
     if (verb != "start" && verb != "process") {
@@ -239,8 +248,7 @@ bool NavigationContext::handleStep(const std::string& hint, const std::string& v
         m_camera->zoom(step.zoom);
     }
     if (verb == "start") {
-        m_repeating.insert(hint);
-        m_repeatTimer.start(RepeatDelay);
+        m_heldSteps.insert(hint);
     }
     return true;
 }
@@ -267,28 +275,6 @@ void NavigationContext::drag(const std::string& hint)
         m_camera->zoom(std::pow(DragZoomPerPixel, -deltaY), static_cast<double>(m_start[0]) + 0.5,
                        static_cast<double>(m_start[1]) + 0.5, m_surface);
     }
-}
-
-void NavigationContext::repeat()
-{
-    interaction::InteractionManager* manager = getInteractionManager();
-    // In presenter mode the release of a key does not arrive.
-    if (manager == nullptr || manager->getPresenterMode()) {
-        stopRepeating();
-        return;
-    }
-    m_repeatTimer.start(RepeatInterval);
-    // A copy: a context above may end what is repeated.
-    const std::set<std::string> steps = m_repeating;
-    for (const std::string& step : steps) {
-        manager->triggerEvent(interaction::InteractionEvent(std::string(Category) + ":" + step, "process"));
-    }
-}
-
-void NavigationContext::stopRepeating()
-{
-    m_repeating.clear();
-    m_repeatTimer.stop();
 }
 
 } // namespace quon::viewer

@@ -7,8 +7,6 @@
 
 #include <OpenSG/OSGVector.h>
 
-#include <QTimer>
-
 #include <optional>
 #include <set>
 #include <string>
@@ -37,9 +35,9 @@ class CameraController;
  * when it is moved the point follows the pointer. A dragged zoom leaves the pixel of the start in its place. Where
  * there is nothing, the camera's point of interest stands in. Pointer positions are logical pixels of the viewport.
  *
- * Steps repeat while their key is held, by "process" events that the context itself sends through its manager between
- * "start" and "stop". Arrow keys and the key "=" that no binding uses turn the view and zoom in as if they were bound
- * to orbit-left and so on; with modifiers they stay free for bindings.
+ * Steps repeat while their key is held: repeatSteps() sends their "process" events. Arrow keys and the key "=" that no
+ * binding uses turn the view and zoom in as if they were bound to orbit-left and so on; with modifiers they stay free
+ * for bindings.
  *
  * The verbs that come with these are consumed too; hovering is not, so that contexts below hear of it.
  */
@@ -56,6 +54,15 @@ public:
     static std::string getPanCategory(double deltaX, double deltaY);
     static std::string getZoomCategory(double factor);
 
+    /**
+     * Sends "process" for each step whose key is held, through the manager.
+     *
+     * The host calls it when a held key repeats: how soon and how often is the user's setting of the keyboard.
+     *
+     * @return whether an event was consumed
+     */
+    bool repeatSteps();
+
     void contextRemoved(interaction::InteractionManager* manager) override;
     void disabled(interaction::InteractionManager* manager) override;
     void pointerMoved(const osg::Pnt2f& position) override;
@@ -68,8 +75,6 @@ private:
     bool handleStep(const std::string& hint, const std::string& verb);
     std::optional<osg::Pnt3f> pickSurface() const;
     void drag(const std::string& hint);
-    void repeat();
-    void stopRepeating();
 
     CameraController* m_camera;
     interaction::Picker* m_picker;
@@ -77,8 +82,7 @@ private:
     osg::Pnt2f m_last;                   ///< where the pointer was before its last movement
     osg::Pnt2f m_start;                  ///< where the drag began
     std::optional<osg::Pnt3f> m_surface; ///< what was under the pointer at the start of the drag or gesture
-    std::set<std::string> m_repeating;   ///< hints of the steps whose keys are held
-    QTimer m_repeatTimer;
+    std::set<std::string> m_heldSteps;   ///< hints of the steps whose keys are held
 };
 
 } // namespace quon::viewer

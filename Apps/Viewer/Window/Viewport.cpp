@@ -379,6 +379,10 @@ bool Viewport::sendKey(QKeyEvent* event)
     const Observation observation(*this, *event);
     return handle([&] {
         interaction::QtEventMapper& mapper = m_session.getMapper();
+        if (event->type() == QEvent::KeyPress && event->isAutoRepeat()) {
+            // The mapper keeps repetitions from the contexts: commands run once however long a key is held.
+            m_session.getNavigation().repeatSteps();
+        }
         return event->type() == QEvent::KeyPress ? mapper.keyPressed(event) : mapper.keyReleased(event);
     });
 }
