@@ -245,6 +245,30 @@ TEST_F(OnScreenTest, KeysGoToTheSearchFieldWhileItHasTheFocusAndToTheViewOtherwi
     EXPECT_TRUE(eventually([&] { return shown().pixel(5, m_viewport.height() / 2) != light; }));
 }
 
+TEST_F(OnScreenTest, PresenterModeShowsTheViewAloneAndEscapeBringsTheRestBack)
+{
+    auto* tree = m_window.findChild<viewer::SceneTreeView*>();
+    const QSize before = m_viewport.size();
+
+    type(Qt::Key_F11);
+    EXPECT_TRUE(eventually([&] {
+        return m_viewport.size() == m_window.size() && m_viewport.grabScene().size() == m_viewport.size() &&
+               isModelShown();
+    }));
+    // The mouse works, keys do not, not even those of the window.
+    clickMiddle();
+    EXPECT_THAT(selected(), SizeIs(1));
+    EXPECT_TRUE(eventually([this] { return boxPixels() > 100; }));
+    type(Qt::Key_H);
+    type(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_NE((*selected().begin())->getTravMask(), 0U);
+    EXPECT_FALSE(tree->isVisible());
+
+    type(Qt::Key_Escape);
+    EXPECT_TRUE(eventually([&] { return tree->isVisible() && m_viewport.size() == before && isModelShown(); }));
+    EXPECT_THAT(selected(), SizeIs(1));
+}
+
 TEST_F(OnScreenTest, TheWheelZooms)
 {
     const QImage before = shown();
