@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Support/SceneBuilder.h"
 #include "Support/SceneFixture.h"
-#include "Support/StandardError.h"
 
 #include "Viewer/Session/SelectionKeeper.h"
 
@@ -18,7 +17,6 @@ namespace quon::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 class SelectionKeeperTest : public SceneFixture {

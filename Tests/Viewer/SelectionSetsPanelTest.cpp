@@ -16,7 +16,7 @@
 #include <QContextMenuEvent>
 #include <QDoubleSpinBox>
 #include <QLabel>
-#include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QSlider>
 #include <QTimer>
@@ -28,6 +28,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,7 +40,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::UnorderedElementsAre;
 
 using viewer::SelectionLook;
