@@ -606,8 +606,9 @@ TEST(EndToEndLeakTest, ASessionLeavesNothingBehindThatItsVisualisationsWouldNot)
     const auto countLive = [] { return quon::testing::countLiveContainers(); };
     const std::size_t start = countLive();
     {
-        // Keeps its material on purpose.
+        // Each keeps its material on purpose: that of the selection and that of the preselection.
         interaction::HighlightSelectionVisualisation highlight;
+        interaction::HighlightSelectionVisualisation preselection;
         interaction::BoxSelectionVisualisation boxes;
     }
     const std::size_t leftByVisualisations = countLive() - start;

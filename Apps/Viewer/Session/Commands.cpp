@@ -62,6 +62,8 @@ const std::vector<Command>& Command::getAll()
          QT_TRANSLATE_NOOP("Commands", "Select the parts of the selected groups"), Qt::Key_PageDown, None},
         {"new-set", Group::Select, "add", QT_TRANSLATE_NOOP("Commands", "New selection set"),
          QT_TRANSLATE_NOOP("Commands", "Keep the selected parts as a named set"), Qt::Key_K, None},
+        {"preselection", Group::Select, "", QT_TRANSLATE_NOOP("Commands", "Highlight under pointer"),
+         QT_TRANSLATE_NOOP("Commands", "Show in blue what a click or a rectangle would select"), 0, None},
         {"visible-only", Group::Select, "", QT_TRANSLATE_NOOP("Commands", "Rectangle selects visible parts only"),
          QT_TRANSLATE_NOOP("Commands", "Let the rectangle leave out parts that are hidden behind others"), 0, None},
         {"find", Group::Select, "search", QT_TRANSLATE_NOOP("Commands", "Find..."),

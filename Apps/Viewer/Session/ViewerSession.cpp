@@ -69,7 +69,8 @@ ViewerSession::ViewerSession()
     , m_editor(*m_selection)
     , m_sets(m_editor, *m_selection, m_visualisations.get())
     , m_selectionKeeper(std::make_unique<SelectionKeeper>(*m_selection))
-    , m_selectionTool(m_editor)
+    , m_preselection(*m_selection, m_visualisations.get())
+    , m_selectionTool(m_editor, m_preselection)
     , m_trace(*m_interactionManager)
     , m_toolContext(m_trace, "tools")
     , m_navigationContext(m_trace, "navigation", &m_camera, &m_picker)
@@ -82,6 +83,7 @@ ViewerSession::ViewerSession()
     addChild(m_scene.get(), m_visualisations.get());
     m_display.setModel(m_selection);
     m_interactionManager->setVisualisationRoot(m_visualisations.get());
+    m_editor.addFollower(&m_preselection.getModel());
 
     m_selection->addVisualisation(&m_selectionWatcher);
     m_editor.setStateChanged([this] {
@@ -134,6 +136,7 @@ ViewerSession::~ViewerSession()
 
     m_sets.clear();
     m_editor.setRoot(osg::NullFC);
+    m_editor.removeFollower(&m_preselection.getModel());
     m_selection->clearSelection();
     m_selection->removeVisualisation(&m_selectionWatcher);
     m_display.setModel(nullptr);
@@ -413,6 +416,9 @@ void ViewerSession::addSelectionCommands()
                         {[this] { m_editor.select(findParents(getSelectedNodes(), m_model.get())); }, {}, anySelected});
     commands.setCommand("select-children",
                         {[this] { m_editor.select(viewer::findChildren(getSelectedNodes())); }, {}, anySelected});
+    commands.setCommand("preselection", {[this] { m_preselection.setEnabled(!m_preselection.isEnabled()); },
+                                         [this] { return m_preselection.isEnabled(); },
+                                         {}});
     commands.setCommand("visible-only", {[this] { m_selectionTool.setVisibleOnly(!m_selectionTool.isVisibleOnly()); },
                                          [this] { return m_selectionTool.isVisibleOnly(); },
                                          {}});

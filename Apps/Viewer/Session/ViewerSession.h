@@ -5,6 +5,7 @@
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/ShownParts.h"
 #include "Viewer/Session/InputBindings.h"
+#include "Viewer/Session/Preselection.h"
 #include "Viewer/Session/SceneEditor.h"
 #include "Viewer/Session/SelectionDisplay.h"
 #include "Viewer/Session/SelectionKeeper.h"
@@ -88,6 +89,7 @@ public:
     interaction::QtEventMapper& getMapper() { return m_mapper; }
     interaction::InteractionManager& getInteractionManager() { return *m_interactionManager; }
     interaction::NodeSelectionModel& getSelection() { return *m_selection; }
+    Preselection& getPreselection() { return m_preselection; }
     /** What every change of selection, visibility and locks goes through. */
     SceneEditor& getEditor() { return m_editor; }
 
@@ -228,6 +230,7 @@ private:
     SelectionSets m_sets;
     SelectionWatcher m_selectionWatcher;
     std::unique_ptr<SelectionKeeper> m_selectionKeeper;
+    Preselection m_preselection;
     SelectionTool m_selectionTool;
     InteractionTrace m_trace;
     Traced<ToolContext> m_toolContext;

@@ -2,6 +2,7 @@
 #include "Viewer/Tools/SelectionTool.h"
 
 #include "Viewer/Model/Part.h"
+#include "Viewer/Session/Preselection.h"
 #include "Viewer/Session/SceneEditor.h"
 
 #include <Interaction/Picker.h>
@@ -24,8 +25,9 @@ bool isBoxHint(const std::string& hint)
 
 } // namespace
 
-SelectionTool::SelectionTool(SceneEditor& editor)
+SelectionTool::SelectionTool(SceneEditor& editor, Preselection& preselection)
     : m_editor(editor)
+    , m_preselection(preselection)
 {
     retranslate();
 }
@@ -49,7 +51,7 @@ void SelectionTool::cancel()
     m_click = false;
     m_drawsBand = false;
     m_band.stop();
-    report(osg::NullFC);
+    hover(osg::NullFC);
 }
 
 void SelectionTool::retranslate()
@@ -87,10 +89,12 @@ void SelectionTool::beginFrame(interaction::ToolInteractionContext* context)
     }
     if (m_band.isActive()) {
         report(osg::NullFC);
-        m_band.setCount(static_cast<int>(pickInRectangle(*picker).size()));
+        const std::vector<osg::NodePtr>& parts = pickInRectangle(*picker);
+        m_band.setCount(static_cast<int>(parts.size()));
+        m_preselection.show(parts);
     } else {
         // The picker knows whether anything moved since it was asked last.
-        report(m_hovering ? findPart(picker->getPickedNode(nullptr)) : osg::NodePtr(osg::NullFC));
+        hover(m_hovering ? findPart(picker->getPickedNode(nullptr)) : osg::NodePtr(osg::NullFC));
     }
 }
 
@@ -144,7 +148,7 @@ bool SelectionTool::hoverTool(interaction::ToolInteractionContext* context, cons
 bool SelectionTool::stopHoverTool(interaction::ToolInteractionContext*, const std::string&)
 {
     m_hovering = false;
-    report(osg::NullFC);
+    hover(osg::NullFC);
     return true;
 }
 
@@ -175,6 +179,12 @@ const std::vector<osg::NodePtr>& SelectionTool::pickInRectangle(interaction::Pic
     picker.setDepthSelection(!m_visibleOnly);
     RegionOption option(m_band.getRectangle());
     return picker.getPickedNodes(&option);
+}
+
+void SelectionTool::hover(const osg::NodePtr& part)
+{
+    m_preselection.show({part});
+    report(part);
 }
 
 void SelectionTool::report(const osg::NodePtr& part)

@@ -19,6 +19,7 @@ class Picker;
 
 namespace quon::viewer {
 
+class Preselection;
 class SceneEditor;
 
 /**
@@ -33,15 +34,20 @@ class SceneEditor;
  *
  * A press that moved three pixels or more away before its release is a drag and never ends in a click. A rectangle
  * drawn to the right holds what it encloses as a whole, one drawn to the left whatever it touches; hidden parts never.
- * The selection changes once, when the button is released. Leaving the step takes the rectangle away, and the release
+ * The selection changes once, when the button is released; until then the parts in the rectangle are preselected, and
+ * while no button is held the part under the pointer is. Leaving the step takes the rectangle away, and the release
  * then selects nothing.
  *
  * What is picked while the pointer moves is picked at most once per frame, with the pointer where it is then.
  */
 class SelectionTool : public ViewerTool {
 public:
-    /** @param editor borrowed, must outlive the tool */
-    explicit SelectionTool(SceneEditor& editor);
+    /**
+     * Both are borrowed and must outlive the tool.
+     *
+     * @param preselection shows what would be selected: the part under the pointer, the parts in the rectangle
+     */
+    SelectionTool(SceneEditor& editor, Preselection& preselection);
 
     /** @param hovered called with the part under the pointer when that changes, with null when hovering ends */
     void setHovered(std::function<void(const osg::NodePtr&)> hovered);
@@ -71,9 +77,11 @@ private:
     bool isOwnHint(const std::string& hint) const;
     void click(interaction::Picker& picker, const std::string& hint);
     const std::vector<osg::NodePtr>& pickInRectangle(interaction::Picker& picker) const;
+    void hover(const osg::NodePtr& part);
     void report(const osg::NodePtr& part);
 
     SceneEditor& m_editor;
+    Preselection& m_preselection;
     std::function<void(const osg::NodePtr&)> m_hovered;
     RubberBand m_band;
     bool m_visibleOnly = false;
