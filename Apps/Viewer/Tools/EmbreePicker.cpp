@@ -569,6 +569,8 @@ bool EmbreePicker::isCacheValid()
 
 bool EmbreePicker::updateSelectionOption(osg::SelectionOption*& option)
 {
+    // Called first for every question.
+    ++m_statistics.asked;
     const auto* region = dynamic_cast<const RegionOption*>(option);
     m_rectangle = region == nullptr ? std::nullopt : std::optional<PixelRectangle>(region->getRectangle());
     // Part of the key that isCacheValid() compares.
@@ -578,6 +580,7 @@ bool EmbreePicker::updateSelectionOption(osg::SelectionOption*& option)
 void EmbreePicker::computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,
                                  osg::MaterialPtr& material, osg::SelectionOption*)
 {
+    ++m_statistics.queried;
     const std::vector<Hit> hits = pickRay(m_pointer, true);
     const Hit hit = hits.empty() ? Hit() : hits.front();
     node = hit.node;
@@ -590,6 +593,7 @@ void EmbreePicker::computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec
 
 void EmbreePicker::computePickedNodes(std::vector<osg::NodePtr>* nodes, osg::SelectionOption*)
 {
+    ++m_statistics.queried;
     nodes->clear();
     if (m_rectangle) {
         *nodes = pickParts(*m_rectangle);
@@ -605,6 +609,7 @@ void EmbreePicker::computeMultiPicked(const MultiMode mode, std::vector<osg::Nod
                                       std::vector<osg::Pnt3f>* points, std::vector<osg::Vec3f>* normals,
                                       std::vector<osg::MaterialPtr>* materials)
 {
+    ++m_statistics.queried;
     std::vector<Hit> hits;
     if (mode == AllHits) {
         hits = pickRay(m_pointer, false);

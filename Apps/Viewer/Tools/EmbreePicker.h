@@ -9,6 +9,7 @@
 #include <Interaction/LazyPicker.h>
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <set>
@@ -49,6 +50,12 @@ public:
     /** The number of rays that tell what is in front in a rectangle. */
     static constexpr int LargestRayCount = 65536;
 
+    /** How the cache does. */
+    struct Statistics {
+        std::size_t asked = 0;   ///< questions that were answered
+        std::size_t queried = 0; ///< those for which the scene was queried; the rest came from the cache
+    };
+
     EmbreePicker();
     ~EmbreePicker() override;
 
@@ -79,6 +86,9 @@ public:
      * Neither reads nor touches the cached answers.
      */
     osg::NodePtr findNodeAt(const osg::Pnt2f& position);
+
+    /** Of the cached answers; findNodeAt() is none of them. */
+    const Statistics& getStatistics() const { return m_statistics; }
 
     /** The number of geometries that the last rectangle cut: only these were looked into. */
     std::size_t getExactTestCount() const { return m_regionIndex.getExactTestCount(); }
@@ -153,6 +163,7 @@ private:
     bool m_rootChanged = true;
     Key m_pickKey;
     Key m_nodesKey;
+    Statistics m_statistics;
     bool m_asksForNodes = false;               ///< inside getPickedNodes()
     std::optional<PixelRectangle> m_rectangle; ///< of the option that was passed last
     RegionIndex m_regionIndex;

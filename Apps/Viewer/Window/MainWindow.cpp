@@ -7,6 +7,7 @@
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
+#include "Viewer/Window/InspectorPanel.h"
 #include "Viewer/Window/PresenterMode.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/SceneTreePanel.h"
@@ -94,6 +95,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
     connect(&m_session.getBindings(), &InputBindings::changed, this, &MainWindow::retranslate);
     addRecording();
+    addInspector();
     retranslate();
     resize(1240, 800);
     m_viewport->setFocus();
@@ -106,6 +108,7 @@ MainWindow::~MainWindow()
     disconnect(&m_session, nullptr, this, nullptr);
     disconnect(&m_session.getBindings(), nullptr, this, nullptr);
     m_session.getCommands().removeCommand("shortcuts");
+    m_session.getCommands().removeCommand("inspector");
     m_session.getCommands().removeCommand("presenter");
     m_presenter.reset();
     m_player.reset();
@@ -177,6 +180,14 @@ void MainWindow::addRecording()
     });
     m_recording->setErrorReport([this](const QString& line) { QMessageBox::warning(this, tr("koviewer"), line); });
     m_player = std::make_unique<ScriptPlayer>(m_session, *m_viewport);
+}
+
+void MainWindow::addInspector()
+{
+    QDockWidget* dock = addPanel(new InspectorPanel(m_session, *m_viewport, this), QStringLiteral("inspector"),
+                                 Qt::BottomDockWidgetArea, false);
+    m_session.getCommands().setCommand(
+        "inspector", {[dock] { dock->setVisible(!dock->isVisible()); }, [dock] { return dock->isVisible(); }, {}});
 }
 
 QAction* MainWindow::getAction(const std::string& command) const

@@ -105,6 +105,7 @@ private:
     void keepSwitches();
     void showAbout();
     void addRecording();
+    void addInspector();
 
     ViewerSession& m_session;
     Viewport* m_viewport;

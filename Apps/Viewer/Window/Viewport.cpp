@@ -12,6 +12,7 @@
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLineF>
 #include <QMouseEvent>
@@ -452,6 +453,8 @@ void Viewport::notificationRemoved(notification::Notification*)
 
 void Viewport::draw(const int width, const int height, const double pixelRatio, const SceneRenderer::Detail detail)
 {
+    QElapsedTimer timer;
+    timer.start();
     // What changes now is in the picture already.
     m_beginsFrame = true;
     m_session.beginFrame();
@@ -460,6 +463,7 @@ void Viewport::draw(const int width, const int height, const double pixelRatio, 
     m_renderer.setBackground(m_session.isDark() ? DarkTop : LightTop, m_session.isDark() ? DarkBottom : LightBottom);
     const CameraController& camera = m_session.getCamera();
     m_renderer.draw(m_session.getScene(), camera.getView(), camera.getProjection(), width, height, detail);
+    m_frameTimes.add(static_cast<double>(timer.nsecsElapsed()) / 1e6);
 }
 
 void Viewport::drawInWindow(const int width, const int height, const double pixelRatio)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Drawing/FrameTimes.h"
 #include "Viewer/Drawing/SceneRenderer.h"
 
 #include <Notification/NotificationManager.h>
@@ -79,6 +80,9 @@ public:
 
     SceneRenderer& getRenderer() { return m_renderer; }
 
+    /** How long the last drawings of the scene took. */
+    const FrameTimes& getFrameTimes() const { return m_frameTimes; }
+
     /**
      * Sets who is told of every event before and after it is handled, keys of handleKey() included.
      *
@@ -139,6 +143,7 @@ private:
 
     ViewerSession& m_session;
     SceneRenderer m_renderer;
+    FrameTimes m_frameTimes;
     InputObserver* m_observer = nullptr;
     const QEvent* m_observed = nullptr; ///< the event that the observer was told of last and that is not over yet
     SceneRenderer::Detail m_detail = SceneRenderer::Detail::Moving; ///< of the next picture in a window
