@@ -49,6 +49,11 @@ protected:
             unsetenv("DISPLAY");
             unsetenv("WAYLAND_DISPLAY");
             unsetenv("QT_QPA_PLATFORM");
+            // The user's settings stay out of it.
+            setenv("XDG_CONFIG_HOME", m_folder.path().c_str(), 1);
+            if (!m_platform.empty()) {
+                setenv("QT_QPA_PLATFORM", m_platform.c_str(), 1);
+            }
             if (std::freopen(output.c_str(), "w", stdout) == nullptr ||
                 std::freopen(error.c_str(), "w", stderr) == nullptr) {
                 _exit(127);
@@ -107,6 +112,7 @@ protected:
     }
 
     TemporaryFolder m_folder;
+    std::string m_platform; ///< of Qt, empty for none
 };
 
 TEST_F(KoviewerProcessTest, HelpAndVersionGoToStandardOutput)
@@ -180,6 +186,18 @@ TEST_F(KoviewerProcessTest, AReplayThatDoesNotFitTheModelEndsWithStatusThreeAndT
     const Outcome size = runAssembly(20, model);
     EXPECT_EQ(size.status, 3);
     EXPECT_EQ(size.error, "koviewer: " + model + ":1: the model has 20 parts where the recording had 24\n");
+}
+
+TEST_F(KoviewerProcessTest, AReplayInAWindowEndsTheSameWay)
+{
+    const std::string file = m_folder.write("script.txt", "fit\nexpect-model 24\n");
+
+    // A window system without OpenGL is enough for that.
+    m_platform = "offscreen";
+    const Outcome outcome = run({"--replay", file, "--generate", "20"});
+
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.error, "koviewer: " + file + ":2: the model has 20 parts where the recording had 24\n");
 }
 
 TEST_F(KoviewerProcessTest, ARecordingThatCannotBeWrittenIsRefusedBeforeAnythingIsLoaded)

@@ -26,6 +26,9 @@ namespace {
 // Names of nodes that a comment lists before it says that there are more.
 constexpr std::size_t NamesInComment = 4;
 
+// The command that begins and ends recordings.
+const char* const OwnCommand = "record";
+
 bool isInput(const QEvent::Type type)
 {
     switch (type) {
@@ -349,7 +352,10 @@ void InputRecorder::noteOutside(const TracedEvent& event)
     const std::string prefix = "view:";
     const std::string name =
         event.category.compare(0, prefix.size(), prefix) == 0 ? event.category.substr(prefix.size()) : std::string();
-    if (event.verb == "start" && Command::find(name) != nullptr) {
+    if (name == OwnCommand) {
+        // What begins and ends recordings is no part of them.
+        beginLine("# " + event.category + " " + event.verb);
+    } else if (event.verb == "start" && Command::find(name) != nullptr) {
         m_command = event.category;
         beginLine("command " + name);
     } else {

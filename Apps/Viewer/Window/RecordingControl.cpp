@@ -22,7 +22,7 @@ RecordingControl::RecordingControl(ViewerSession& session, Viewport& viewport, s
 {
     m_session.getCommands().setCommand(
         "record", {[this] { toggle(); }, [this] { return m_recorder != nullptr; },
-                   [this] { return m_recorder != nullptr || (m_enabled && m_session.getModel() != osg::NullFC); }});
+                   [this] { return m_recorder != nullptr || m_session.getModel() != osg::NullFC; }});
     // Queued: whoever opens a model knows its name only afterwards.
     connect(&m_session, &ViewerSession::modelChanged, this, &RecordingControl::startWithModel, Qt::QueuedConnection);
 }

@@ -48,9 +48,6 @@ public:
 
     bool isRecording() const;
 
-    /** Whether recordings can be begun; they can unless said otherwise. */
-    void setEnabled(bool enabled) { m_enabled = enabled; }
-
     /** Shows its text anew, after the language changed. */
     void retranslate();
 
@@ -67,7 +64,6 @@ private:
     std::function<void(const QString&)> m_report;
     std::unique_ptr<InputRecorder> m_recorder; ///< null while nothing is recorded
     notification::TextNotification* m_notification = nullptr;
-    bool m_enabled = true;
 };
 
 } // namespace quon::viewer
