@@ -614,6 +614,39 @@ TEST(Matrix4Test, AFlatMatrixHasNoInverse)
     EXPECT_FALSE(invertible);
 }
 
+TEST_F(CameraControllerTest, APoseBringsTheViewBackExactly)
+{
+    m_camera.setStandardView("iso");
+    m_camera.orbit(13, 7);
+    m_camera.zoom(1.3);
+    const CameraController::Pose moved = m_camera.getPose();
+    const osg::Matrix before = m_camera.getWorldToClip();
+    m_camera.setStandardView("top");
+    EXPECT_NE(m_camera.getPose(), moved);
+
+    m_camera.setPose(moved);
+
+    EXPECT_EQ(m_camera.getPose(), moved);
+    EXPECT_EQ(m_camera.getWorldToClip(), before);
+    EXPECT_FALSE(moved.fitted);
+}
+
+TEST_F(CameraControllerTest, AFittedPoseIsFittedAgainInAnotherViewport)
+{
+    m_camera.setStandardView("iso");
+    const CameraController::Pose fitted = m_camera.getPose();
+    EXPECT_TRUE(fitted.fitted);
+    m_camera.setViewportSize(300, 300);
+    const osg::Matrix wanted = m_camera.getWorldToClip();
+    m_camera.zoom(2);
+    m_camera.setViewportSize(400, 200);
+
+    m_camera.setPose(fitted);
+    m_camera.setViewportSize(300, 300);
+
+    EXPECT_EQ(m_camera.getWorldToClip(), wanted);
+}
+
 } // namespace
 
 } // namespace quon::testing

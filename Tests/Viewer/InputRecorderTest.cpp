@@ -324,6 +324,19 @@ TEST_F(InputRecorderTest, TheEventsOfACommandThatSendsEventsAreMarked)
                               "(commands), view:dark trigger (commands)");
 }
 
+TEST_F(InputRecorderTest, AnEventWithinAnotherIsALineOfItsOwnAndNoCommentIsLost)
+{
+    setSmallModel();
+    m_stage->session.getCommands().setCommand("dark", {[&] { m_stage->viewport.resize(100, 90); }, {}, {}});
+    record();
+
+    m_stage->user.pressKey(Qt::Key_D);
+
+    auto written = lines();
+    written.erase(written.begin(), written.begin() + static_cast<std::ptrdiff_t>(m_skipped));
+    EXPECT_THAT(written, ElementsAre("keypress D", "size 100 90", "# view:dark start (commands)"));
+}
+
 TEST_F(InputRecorderTest, ANativeGestureIsRecordedAndReplayed)
 {
     setSmallModel();
@@ -349,6 +362,24 @@ TEST_F(InputRecorderTest, PresenterModeIsNotedBecauseItHoldsKeysBack)
 
     EXPECT_THAT(commands(), ElementsAre("presenter on", "keypress D", "keyrelease D", "presenter off", "keypress D",
                                         "keyrelease D"));
+}
+
+TEST_F(InputRecorderTest, ACameraThatMovesWithoutInputIsALine)
+{
+    setSmallModel();
+    record();
+
+    m_stage->session.getCamera().orbit(3, 4);
+    m_stage->user.press(QPoint(3, 3));
+    m_stage->session.sendCommand("iso");
+    m_stage->user.release(QPoint(3, 3));
+
+    const auto written = commands();
+    ASSERT_EQ(written.size(), 4U);
+    EXPECT_THAT(written[0], StartsWith("camera "));
+    EXPECT_EQ(written[1], "press 3 3");
+    EXPECT_EQ(written[2], "command iso");
+    EXPECT_EQ(written[3], "release 3 3");
 }
 
 TEST_F(InputRecorderTest, AnotherModelEndsTheRecording)
@@ -414,6 +445,7 @@ TEST_F(InputRecorderTest, ARecordingThatBeginsInTheMiddleBringsTheStateAlong)
 {
     setSmallModel();
     m_stage->session.sendCommand("dark");
+    m_stage->user.drag(QPoint(10, 10), QPoint(60, 47), Qt::RightButton);
     m_stage->session.getEditor().select({m_left});
     m_stage->session.getEditor().setLocked({m_left}, true);
     m_stage->session.getEditor().hide({m_right});
@@ -422,14 +454,12 @@ TEST_F(InputRecorderTest, ARecordingThatBeginsInTheMiddleBringsTheStateAlong)
     m_stage->user.type(Qt::Key_U);
     m_recorder->stop();
     const viewer::NodeDigest selection = m_stage->getSelection();
-    m_stage->session.sendCommand("iso");
     const QImage picture = m_stage->viewport.grabScene();
 
     m_stage.reset();
     m_stage = std::make_unique<Stage>();
     setSmallModel();
     replay(*m_stage);
-    m_stage->session.sendCommand("iso");
 
     EXPECT_TRUE(m_stage->session.isDark());
     EXPECT_EQ(m_stage->getSelection(), selection);

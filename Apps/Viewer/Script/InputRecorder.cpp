@@ -177,6 +177,9 @@ void InputRecorder::writeBeginning(const std::string& model)
     }
     m_presenter = false;
     notePresenterMode();
+    // A distance that no camera has.
+    m_pose.distance = -1;
+    noteCamera();
 
     std::vector<osg::NodePtr> hidden;
     std::vector<osg::NodePtr> locked;
@@ -221,6 +224,9 @@ void InputRecorder::inputBegins(const QEvent& event)
     expectChanges();
     m_explained = false;
     notePresenterMode();
+    if (m_inputs == 0) {
+        noteCamera();
+    }
     writeInput(event);
     ++m_inputs;
 }
@@ -232,6 +238,7 @@ void InputRecorder::inputEnds(const QEvent& event)
     }
     m_session->getTrace().finish();
     --m_inputs;
+    m_pose = m_session->getCamera().getPose();
     endLine();
     expectChanges();
 }
@@ -329,10 +336,26 @@ void InputRecorder::notePresenterMode()
     }
 }
 
+void InputRecorder::noteCamera()
+{
+    const CameraController::Pose pose = m_session->getCamera().getPose();
+    if (pose == m_pose) {
+        return;
+    }
+    m_pose = pose;
+    std::string line = "camera";
+    for (const double number :
+         {pose.interest[0], pose.interest[1], pose.interest[2], pose.distance, pose.yaw, pose.pitch}) {
+        line += " " + Script::writeNumber(number);
+    }
+    beginLine(line + (pose.fitted ? " fitted" : ""));
+}
+
 void InputRecorder::eventTraced(const TracedEvent& event)
 {
     if (m_inputs == 0 && event.depth == 0) {
         noteOutside(event);
+        m_pose = m_session->getCamera().getPose();
     }
     addComment(describe(event));
     if (m_command == event.category && event.verb == "trigger") {
@@ -460,10 +483,11 @@ void InputRecorder::beginLine(const std::string& line)
 
 void InputRecorder::addComment(const std::string& comment)
 {
-    if (m_lineOpen) {
-        write((m_commented ? ", " : "  # ") + ViewerError::oneLine(comment));
-        m_commented = true;
-    }
+    // The line may be over, because its event made others.
+    const char* const before = !m_lineOpen ? "# " : m_commented ? ", " : "  # ";
+    write(before + ViewerError::oneLine(comment));
+    m_lineOpen = true;
+    m_commented = true;
 }
 
 void InputRecorder::endLine()

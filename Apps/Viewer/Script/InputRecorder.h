@@ -3,6 +3,7 @@
 
 #include "Viewer/Model/NodePath.h"
 #include "Viewer/Session/SceneEditor.h"
+#include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/InteractionTrace.h"
 #include "Viewer/Window/InputObserver.h"
 
@@ -90,6 +91,7 @@ private:
     void writeKey(const char* command, const QKeyEvent& event);
     void noteButtons(Qt::MouseButtons held);
     void notePresenterMode();
+    void noteCamera();
     void noteOutside(const TracedEvent& event);
     void writeEdit(const char* command, const std::vector<osg::NodePtr>& nodes);
     void selectionChanged();
@@ -117,7 +119,8 @@ private:
     bool m_selectionChanged = false;
     bool m_stateChanged = false;
     bool m_presenter = false;
-    Qt::MouseButtons m_buttons; ///< held, as far as a replay knows
+    Qt::MouseButtons m_buttons;    ///< held, as far as a replay knows
+    CameraController::Pose m_pose; ///< after the last line, as far as a replay knows
     NodeDigest m_selection;
     NodeDigest m_hidden;
     NodeDigest m_locked;

@@ -17,6 +17,7 @@ struct ScriptCommand {
         Size,            ///< numbers: width, height
         View,            ///< text: a standard view
         Fit,             ///<
+        Camera,          ///< numbers: point of interest, distance, yaw, pitch; on: fitted
         Move,            ///< numbers: x, y
         Press,           ///< numbers: x, y; button
         Release,         ///< numbers: x, y; button

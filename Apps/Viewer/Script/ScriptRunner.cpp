@@ -60,6 +60,14 @@ ScriptRunner::ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFol
     , m_output(output)
 {}
 
+ScriptRunner::~ScriptRunner()
+{
+    if (!m_viewport.isWindow()) {
+        m_viewport.setMinimumSize(0, 0);
+        m_viewport.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    }
+}
+
 void ScriptRunner::run(const Script& script)
 {
     for (const ScriptCommand& command : script.getCommands()) {
@@ -104,6 +112,12 @@ void ScriptRunner::run(const ScriptCommand& command)
     case Kind::Fit:
         m_session.getCamera().fit();
         break;
+    case Kind::Camera: {
+        const std::vector<double>& numbers = command.numbers;
+        m_session.getCamera().setPose(
+            {{numbers[0], numbers[1], numbers[2]}, numbers[3], numbers[4], numbers[5], command.on});
+        break;
+    }
     case Kind::Move:
         if (m_exact) {
             sendMove(point(0), command.modifiers);
@@ -316,13 +330,15 @@ void ScriptRunner::sendKey(const QEvent::Type type, const ScriptCommand& command
 
 void ScriptRunner::resize(const QSize& size)
 {
-    QWidget* const window = m_viewport.window();
-    if (window == &m_viewport) {
+    if (m_viewport.isWindow()) {
         m_viewport.resize(size);
         return;
     }
-    // What is around the viewport keeps its place.
-    window->resize(window->size() + size - m_viewport.size());
+    // What is around it gives way, whatever panels come and go; the window grows only where it must.
+    QWidget* const window = m_viewport.window();
+    const QSize before = window->size();
+    m_viewport.setFixedSize(size);
+    window->resize(before);
     QApplication::processEvents();
     if (m_viewport.size() != size) {
         const auto text = [](const QSize& value) {

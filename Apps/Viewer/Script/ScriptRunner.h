@@ -43,6 +43,12 @@ public:
      */
     ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFolder* output);
 
+    /** Lets the viewport have any size again, when it is part of a window. */
+    ~ScriptRunner();
+
+    ScriptRunner(const ScriptRunner&) = delete;
+    ScriptRunner& operator=(const ScriptRunner&) = delete;
+
     /**
      * Runs the whole script.
      *

@@ -279,6 +279,21 @@ std::optional<std::array<double, 2>> CameraController::getPlace(const osg::Pnt3f
     return std::array<double, 2>{(clip[0] / clip[3] + 1) / 2 * m_width, (1 - clip[1] / clip[3]) / 2 * m_height};
 }
 
+CameraController::Pose CameraController::getPose() const
+{
+    return {m_interest, m_distance, m_yaw, m_pitch, !m_target.empty() && m_target == m_outline};
+}
+
+void CameraController::setPose(const Pose& pose)
+{
+    m_interest = pose.interest;
+    m_distance = pose.distance;
+    m_yaw = pose.yaw;
+    m_pitch = pose.pitch;
+    m_target = pose.fitted ? m_outline : std::vector<Vector3>();
+    changed();
+}
+
 Matrix4 CameraController::getView() const
 {
     const Axes axes = getAxes();

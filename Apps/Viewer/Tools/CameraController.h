@@ -127,6 +127,27 @@ public:
     /** Returns where a point in world space is seen, nothing when it lies behind the eye. */
     std::optional<std::array<double, 2>> getPlace(const osg::Pnt3f& point) const;
 
+    /** All that tells one view of a scene from another in the same projection and a viewport of the same size. */
+    struct Pose {
+        std::array<double, 3> interest{};
+        double distance = 1;
+        double yaw = 0;
+        double pitch = 0;
+        bool fitted = false; ///< all of the scene, which is fitted again when the viewport gets another size
+
+        bool operator==(const Pose& other) const
+        {
+            return interest == other.interest && distance == other.distance && yaw == other.yaw &&
+                   pitch == other.pitch && fitted == other.fitted;
+        }
+        bool operator!=(const Pose& other) const { return !(*this == other); }
+    };
+
+    Pose getPose() const;
+
+    /** Takes up a pose that getPose() returned; nothing of it is checked. */
+    void setPose(const Pose& pose);
+
     /** World to eye. In parallel projection the eye is well outside of the scene. */
     Matrix4 getView() const;
 
