@@ -226,6 +226,10 @@ void BatchList::sceneChanged(const SceneChanges& changes)
         dropMesh(id);
     }
     for (const auto& [id, mask] : changes.getChanged()) {
+        // In ascending order: from here on nothing is known.
+        if (id > m_newestId) {
+            break;
+        }
         if (m_meshes.count(id) != 0) {
             // Copies of a node share its geometry and come and go: they change its parents only.
             if ((mask & ~osg::NodeCore::ParentsFieldMask) != 0) {
@@ -366,6 +370,8 @@ void BatchList::read(const osg::GeometryPtr& geometry, Mesh& mesh)
             {toByte(colour.red()), toByte(colour.green()), toByte(colour.blue()), toByte(colour.alpha())});
     }
     mesh.properties = getProperties(geometry);
+    m_newestId = std::max(m_newestId, osg::getContainerId(geometry));
+    m_newestId = std::max(m_newestId, *std::max_element(mesh.properties.begin(), mesh.properties.end()));
     mesh.stale = false;
     mesh.buffersStale = true;
     ++m_readCount;

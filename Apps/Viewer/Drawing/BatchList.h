@@ -170,6 +170,7 @@ private:
     SceneMirror m_mirror;
     std::vector<DrawItem> m_items;                  ///< by place
     std::unordered_map<osg::UInt32, Mesh> m_meshes; ///< by id of the geometry; ids are never reused
+    osg::UInt32 m_newestId = 0;                     ///< of all geometries and properties that were ever read
     std::vector<osg::UInt32> m_staleMeshes;         ///< ids of those that are shown
     std::vector<std::unique_ptr<DrawGroup>> m_groups;
     std::map<GroupKey, std::uint32_t> m_groupIndices;

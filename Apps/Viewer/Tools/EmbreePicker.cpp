@@ -198,6 +198,10 @@ public:
             dropMesh(id);
         }
         for (const auto& [id, mask] : changes.getChanged()) {
+            // In ascending order: from here on nothing is known.
+            if (id > m_newestId) {
+                break;
+            }
             noteContainer(id, mask);
         }
     }
@@ -285,6 +289,7 @@ private:
         instance.user = mesh.users.size();
         mesh.users.push_back(place);
         ++m_materials[materialId];
+        m_newestId = std::max(m_newestId, materialId);
         attach(place);
         m_changed = true;
     }
@@ -421,6 +426,8 @@ private:
         mesh.data = GeometryData::read(geometry);
         mesh.data.getBounds(mesh.minimum, mesh.maximum);
         mesh.properties = getProperties(geometry);
+        m_newestId = std::max(m_newestId, osg::getContainerId(geometry));
+        m_newestId = std::max(m_newestId, *std::max_element(mesh.properties.begin(), mesh.properties.end()));
         mesh.stale = false;
         mesh.scene = rtcNewScene(m_device);
         rtcSetSceneFlags(mesh.scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
@@ -461,6 +468,7 @@ private:
     std::vector<Instance> m_instances;
     std::unordered_map<osg::UInt32, Mesh> m_meshes;
     std::vector<osg::UInt32> m_staleMeshes;
+    osg::UInt32 m_newestId = 0; ///< of all geometries, properties and materials that were ever met
     std::unordered_map<osg::UInt32, std::size_t> m_materials; ///< how many instances are seen with it, by its id
     bool m_topStale = false;
     bool m_changed = false; ///< since the last update
