@@ -282,6 +282,21 @@ TEST_F(EmbreePickerTest, TheRayPassesWhatIsWhollyTransparent)
     EXPECT_EQ(pick(), glass);
 }
 
+TEST_F(EmbreePickerTest, AMaterialThatBecomesWhollyTransparentLetsTheRayThrough)
+{
+    const osg::SimpleMaterialPtr material = makePlainMaterial(osg::Color3f(1, 1, 1));
+    const osg::NodePtr front = add(rectangle(0.5F, material));
+    const osg::NodePtr behind = add(rectangle(0));
+    m_picker.setTransparencyEvaluationEnabled(true);
+    EXPECT_EQ(pick(), front);
+
+    beginEditCP(material);
+    material->setTransparency(1);
+    endEditCP(material);
+
+    EXPECT_EQ(pick(), behind);
+}
+
 TEST_F(EmbreePickerTest, WhatIsPartlyTransparentIsHit)
 {
     add(rectangle(0));
