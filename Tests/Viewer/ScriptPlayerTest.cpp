@@ -66,14 +66,19 @@ TEST_F(ScriptPlayerTest, TheScriptIsPlayedInTheWindowAndHandsOver)
 {
     setModel();
 
-    play("size 500 400\nclick-visible 1\nexpect-selection 1\ncommand dark");
+    const QSize window = m_window.size();
+    QSize played;
+    m_session.getCommands().setCommand("fit", {[&] { played = m_window.getViewport().size(); }, {}, {}});
+
+    play("size 500 400\ncommand fit\nclick-visible 1\nexpect-selection 1\ncommand dark");
     EXPECT_TRUE(m_player.isPlaying());
     ASSERT_TRUE(waitForEnd());
 
     EXPECT_THAT(m_failures, IsEmpty());
     EXPECT_EQ(m_finished, 1);
     EXPECT_FALSE(m_player.isPlaying());
-    EXPECT_EQ(m_window.getViewport().size(), QSize(500, 400));
+    EXPECT_EQ(played, QSize(500, 400));
+    EXPECT_EQ(m_window.size(), window);
     EXPECT_TRUE(m_session.isDark());
     QTest::keyClick(&m_window.getViewport(), Qt::Key_D);
     EXPECT_FALSE(m_session.isDark());

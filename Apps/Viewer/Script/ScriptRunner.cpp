@@ -62,9 +62,10 @@ ScriptRunner::ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFol
 
 ScriptRunner::~ScriptRunner()
 {
-    if (!m_viewport.isWindow()) {
+    if (m_windowSize.isValid()) {
         m_viewport.setMinimumSize(0, 0);
         m_viewport.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        m_viewport.window()->resize(m_windowSize);
     }
 }
 
@@ -336,9 +337,11 @@ void ScriptRunner::resize(const QSize& size)
     }
     // What is around it gives way, whatever panels come and go; the window grows only where it must.
     QWidget* const window = m_viewport.window();
-    const QSize before = window->size();
+    if (!m_windowSize.isValid()) {
+        m_windowSize = window->size();
+    }
     m_viewport.setFixedSize(size);
-    window->resize(before);
+    window->resize(m_windowSize);
     QApplication::processEvents();
     if (m_viewport.size() != size) {
         const auto text = [](const QSize& value) {

@@ -43,7 +43,7 @@ public:
      */
     ScriptRunner(ViewerSession& session, Viewport& viewport, OutputFolder* output);
 
-    /** Lets the viewport have any size again, when it is part of a window. */
+    /** Gives the window of the viewport the size that it had, where the script changed it. */
     ~ScriptRunner();
 
     ScriptRunner(const ScriptRunner&) = delete;
@@ -91,6 +91,7 @@ private:
     Viewport& m_viewport;
     OutputFolder* m_output;
     bool m_exact = false; ///< send no moves but those that the script names
+    QSize m_windowSize;   ///< before the script changed that of the viewport within
     QPoint m_position;
     Qt::MouseButtons m_buttons = Qt::NoButton;
 };
