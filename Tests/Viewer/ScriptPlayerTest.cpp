@@ -100,12 +100,14 @@ TEST_F(ScriptPlayerTest, TheUsersInputWaitsUntilTheEnd)
 {
     setModel();
 
+    const osg::Pnt2f pointer = m_session.getPicker().getPointer();
     play("fit\nfit\nfit");
     QTest::mouseClick(&m_window.getViewport(), Qt::LeftButton, Qt::NoModifier, m_window.getViewport().rect().center());
     QTest::keyClick(&m_window.getViewport(), Qt::Key_D);
     ASSERT_TRUE(waitForEnd());
 
     EXPECT_FALSE(m_session.isDark());
+    EXPECT_EQ(m_session.getPicker().getPointer(), pointer);
 }
 
 TEST_F(ScriptPlayerTest, EscapeEndsTheScript)
