@@ -242,7 +242,7 @@ TEST_F(ModelReaderTest, FacesWithoutAPlaceAreLeftOutAndCounted)
 
     ASSERT_EQ(data.meshes.size(), 1U);
     EXPECT_EQ(data.meshes[0].indices.size(), 3U);
-    EXPECT_THAT(linesOf(data), ElementsAre("2 face(s) could not be read."));
+    EXPECT_THAT(linesOf(data), ElementsAre("2 faces could not be read."));
 }
 
 TEST_F(ModelReaderTest, MeshesThatCannotBeShownAreLeftOutAndCounted)

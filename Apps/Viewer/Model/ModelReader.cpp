@@ -687,10 +687,10 @@ private:
                          .arg(losses.meshesInFile);
         }
         if (losses.faces > 0) {
-            lines << ModelReader::tr("%n face(s) could not be read.", nullptr, static_cast<int>(losses.faces));
+            lines << ModelReader::tr("%n faces could not be read.", nullptr, static_cast<int>(losses.faces));
         }
         if (losses.meshReferences > 0) {
-            lines << ModelReader::tr("%n mesh(es) are used but not in the file.", nullptr,
+            lines << ModelReader::tr("%n meshes are used but not in the file.", nullptr,
                                      static_cast<int>(losses.meshReferences));
         }
         for (const std::string& name : m_files->getMissingFiles()) {

@@ -63,6 +63,16 @@ void SceneChanges::startRecording()
     osg::Thread::getCurrentChangeList()->setReadOnly(false);
 }
 
+SceneChanges::Pause::Pause()
+{
+    osg::Thread::getCurrentChangeList()->setReadOnly(true);
+}
+
+SceneChanges::Pause::~Pause()
+{
+    startRecording();
+}
+
 SceneChanges SceneChanges::take()
 {
     osg::ChangeList* list = osg::Thread::getCurrentChangeList();

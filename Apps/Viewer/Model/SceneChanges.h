@@ -22,6 +22,19 @@ public:
     /** Lets the scene graph record changes from now on, which it does not by itself. Needs a started scene graph. */
     static void startRecording();
 
+    /**
+     * Keeps changes from being recorded while it lives, for work on containers that nobody knows yet: who is told later
+     * about where they were put looks at them anew anyway. Recording goes on afterwards, whether it did before or not.
+     */
+    class Pause {
+    public:
+        Pause();
+        ~Pause();
+
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+    };
+
     /** Returns the changes recorded in this thread and empties the list. */
     static SceneChanges take();
 
