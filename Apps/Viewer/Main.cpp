@@ -13,6 +13,7 @@
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/MainWindow.h"
+#include "Viewer/Window/ModelOpener.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/ScriptPlayer.h"
 #include "Viewer/Window/Viewport.h"
@@ -21,7 +22,9 @@
 #include <OpenSG/OSGChangeList.h>
 
 #include <QApplication>
+#include <QTimer>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -41,6 +44,9 @@ using quon::viewer::ViewerError;
 
 constexpr int BadInput = 2;
 constexpr int Diverged = 3; // something is not as a recording says
+
+// How long a user waits for a window without wondering.
+constexpr std::chrono::milliseconds Patience(400);
 
 // What Qt thinks of the platform is no message of the viewer's: bad input gets one line and nothing else.
 void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
@@ -109,6 +115,33 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     }
 }
 
+// Shows the window as soon as it has the model, or when that takes its time; never for a model that is refused at once.
+int openAndRun(const std::string& file, quon::viewer::MainWindow& window)
+{
+    using quon::viewer::ModelOpener;
+    ModelOpener& opener = window.getOpener();
+    QString refusal;
+    // Later loads are none of the command line's business.
+    auto* firstLoad = new QObject(&window);
+    QObject::connect(&opener, &ModelOpener::opened, firstLoad, [&, firstLoad] {
+        window.show();
+        firstLoad->deleteLater();
+    });
+    // There is a window then, or there was one: it may have been closed.
+    QObject::connect(&opener, &ModelOpener::cancelled, firstLoad, &QObject::deleteLater);
+    QObject::connect(&opener, &ModelOpener::failed, firstLoad, [&](const QString& line) {
+        refusal = line;
+        QApplication::exit(BadInput);
+    });
+    QTimer::singleShot(Patience, firstLoad, [&] { window.show(); });
+    opener.open(file);
+    const int status = QApplication::exec();
+    if (!refusal.isEmpty()) {
+        throw ViewerError(refusal.toStdString());
+    }
+    return status;
+}
+
 int runWindow(const CommandLine& line, int& argc, char** argv)
 {
     if (!line.model.empty()) {
@@ -143,12 +176,7 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     if (line.record.empty() && line.replay.empty()) {
         window.useSettings(settings);
     }
-    if (line.partCount > 0) {
-        window.showAssembly(line.partCount);
-    } else if (!line.model.empty()) {
-        window.open(line.model);
-    }
-    window.show();
+    // Both begin with the model.
     if (recorder != nullptr) {
         window.getRecording().record(std::move(recorder));
     }
@@ -157,6 +185,13 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
                          [](const std::exception& error) { QApplication::exit(report(error)); });
         window.getPlayer().play(*script);
     }
+    if (!line.model.empty()) {
+        return openAndRun(line.model, window);
+    }
+    if (line.partCount > 0) {
+        window.showAssembly(line.partCount);
+    }
+    window.show();
     return QApplication::exec();
 }
 

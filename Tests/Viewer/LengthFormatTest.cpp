@@ -35,6 +35,9 @@ TEST(LengthFormatTest, FourDigitsCount)
     EXPECT_EQ(format.format(1), QStringLiteral("1.000 m"));
     EXPECT_EQ(format.format(-12.3456), QStringLiteral("-12.35 m"));
     EXPECT_EQ(format.format(0.00123456), QStringLiteral("0.001235 m"));
+    EXPECT_EQ(format.format(0.99999), QStringLiteral("1.000 m"));
+    EXPECT_EQ(format.format(9.9999), QStringLiteral("10.00 m"));
+    EXPECT_EQ(format.format(9999.9), QStringLiteral("10,000 m"));
     EXPECT_EQ(format.format(123456), QStringLiteral("123,456 m"));
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Support/LoadGate.h"
 #include "Support/SceneFixture.h"
 #include "Support/TemporaryFolder.h"
 
@@ -16,9 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -38,39 +37,6 @@ using viewer::ModelData;
 using Step = viewer::LoadControl::Step;
 
 const char* const Triangle = "o first\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
-
-/** A door that a reader waits at until somebody opens it or cancels the load. */
-class Gate {
-public:
-    void open()
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_open = true;
-        m_changed.notify_all();
-    }
-
-    // The reader's side. Whoever cancels does not know of the door: it is looked at now and then.
-    void pass(const LoadControl& control)
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        while (!m_open) {
-            control.throwIfCancelled();
-            m_changed.wait_for(lock, std::chrono::milliseconds(1));
-        }
-    }
-
-    // The same for a reader that cannot be cancelled.
-    void passStubbornly()
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_open; });
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_open = false;
-};
 
 // Many parts of one triangle each.
 ModelData makeData(const std::size_t parts)
@@ -154,8 +120,8 @@ TEST_F(LoadJobTest, ReadsPreparesBuildsAndFinishes)
 
 TEST_F(LoadJobTest, ProgressArrivesInTheOrderOfTheSteps)
 {
-    Gate first;
-    Gate second;
+    LoadGate first;
+    LoadGate second;
     LoadJob job("plate.obj", [&](const std::string&, const LoadControl& control) {
         control.report(Step::Reading, 0.5);
         first.pass(control);
@@ -193,7 +159,7 @@ TEST_F(LoadJobTest, AFailureIsToldInOneLine)
 
 TEST_F(LoadJobTest, CancelledWhileReadingItEndsAtOnceAndLeavesNothing)
 {
-    Gate gate;
+    LoadGate gate;
     LoadJob job("plate.obj", [&](const std::string&, const LoadControl& control) {
         gate.pass(control);
         return makeData(1);
@@ -211,7 +177,7 @@ TEST_F(LoadJobTest, CancelledWhileReadingItEndsAtOnceAndLeavesNothing)
 
 TEST_F(LoadJobTest, WhatAStubbornReaderBringsAfterTheCancellationIsDropped)
 {
-    Gate gate;
+    LoadGate gate;
     LoadJob job("plate.obj", [&](const std::string&, const LoadControl& control) {
         gate.passStubbornly();
         control.report(Step::Preparing, 0.5);
@@ -281,7 +247,7 @@ TEST_F(LoadJobTest, WhatIsBuiltIsNoChangeOfTheScene)
 
 TEST_F(LoadJobTest, DestroyedWhileReadingItWaitsForItsThread)
 {
-    Gate gate;
+    LoadGate gate;
     bool left = false;
     {
         LoadJob job("plate.obj", [&](const std::string&, const LoadControl& control) {

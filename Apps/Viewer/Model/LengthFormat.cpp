@@ -14,6 +14,14 @@ constexpr int Digits = 4;
 constexpr double Smallest = 1e-4;
 constexpr double Largest = 1e7;
 
+// The power of ten of the first digit that is written: that of 1 for 0.99999, which is written 1.000.
+int exponentOf(const double size)
+{
+    const int exponent = static_cast<int>(std::floor(std::log10(size)));
+    const double rounded = std::round(size * std::pow(10.0, Digits - 1 - exponent));
+    return rounded < std::pow(10.0, Digits) ? exponent : exponent + 1;
+}
+
 } // namespace
 
 double getMetres(const LengthUnit unit)
@@ -65,10 +73,7 @@ QString LengthFormat::number(const double length) const
     if (size > 0 && (size < Smallest || size >= Largest)) {
         return m_locale.toString(value, 'g', Digits);
     }
-    const int digitsBeforePoint = size < 1 ? 0 : static_cast<int>(std::floor(std::log10(size))) + 1;
-    // Below 1 the zeros behind the point do not count.
-    const int leadingZeros = size > 0 && size < 1 ? -static_cast<int>(std::floor(std::log10(size))) - 1 : 0;
-    const int decimals = size > 0 ? std::max(Digits - digitsBeforePoint + leadingZeros, 0) : 0;
+    const int decimals = size > 0 ? std::max(Digits - 1 - exponentOf(size), 0) : 0;
     return m_locale.toString(value, 'f', decimals);
 }
 

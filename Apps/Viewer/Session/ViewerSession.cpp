@@ -170,7 +170,25 @@ void ViewerSession::setModel(const osg::NodePtr& model)
         endEditCP(m_scene, osg::Node::ChildrenFieldMask);
     }
 
-    const ModelOutline outline = ModelOutline::find(model);
+    lookAtModel();
+    reportSelection();
+    emit modelChanged();
+}
+
+void ViewerSession::modelMoved()
+{
+    if (m_model == osg::NullFC) {
+        return;
+    }
+    m_selection->updateVisualisations();
+    lookAtModel();
+    processSceneChanges();
+    emit redrawNeeded();
+}
+
+void ViewerSession::lookAtModel()
+{
+    const ModelOutline outline = ModelOutline::find(m_model.get());
     m_modelMinimum = outline.minimum;
     m_modelMaximum = outline.maximum;
     m_camera.changeAtOnce([&] {
@@ -182,8 +200,6 @@ void ViewerSession::setModel(const osg::NodePtr& model)
     look.markerSize = static_cast<float>(m_camera.getSceneRadius() * 0.02);
     m_sets.setDefaultMarkerSize(look.markerSize);
     setSelectionLook(look);
-    reportSelection();
-    emit modelChanged();
 }
 
 void ViewerSession::setSelectionLook(const SelectionLook& look)

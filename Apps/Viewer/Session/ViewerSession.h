@@ -78,6 +78,12 @@ public:
      */
     void setModel(const osg::NodePtr& model);
 
+    /**
+     * Has to be told when the transform of the model's root was edited: looks at the model anew, with everything of it
+     * in view, and lets the visualisations follow. Selection and history stay. Without a model nothing happens.
+     */
+    void modelMoved();
+
     /** Returns the model, null when none is shown. */
     osg::NodePtr getModel() const { return m_model.get(); }
 
@@ -167,7 +173,7 @@ public:
     /** The number of parts of the model. */
     int countParts() const;
 
-    /** The tightest box around the geometry that the model showed when it was set, in world space. */
+    /** The tightest box around the geometry that the model showed when it was set or moved, in world space. */
     const osg::Pnt3f& getModelMinimum() const { return m_modelMinimum; }
     const osg::Pnt3f& getModelMaximum() const { return m_modelMaximum; }
 
@@ -203,6 +209,7 @@ signals:
     void redrawNeeded();
 
 private:
+    void lookAtModel();
     void addCommands();
     void addSelectionCommands();
     void toggleLock();

@@ -3,17 +3,21 @@
 
 #include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ModelLoader.h"
-#include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
 #include "Viewer/Window/InspectorPanel.h"
+#include "Viewer/Window/MessageBar.h"
+#include "Viewer/Window/ModelArea.h"
+#include "Viewer/Window/ModelMenus.h"
 #include "Viewer/Window/PresenterMode.h"
+#include "Viewer/Window/RecentFilesMenu.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/SceneTreePanel.h"
 #include "Viewer/Window/ScriptPlayer.h"
 #include "Viewer/Window/SelectionSetsPanel.h"
 #include "Viewer/Window/ShortcutsDialog.h"
+#include "Viewer/Window/StartPage.h"
 #include "Viewer/Window/Viewport.h"
 #include "Viewer/Window/WindowKeeper.h"
 
@@ -21,7 +25,8 @@
 #include <Interaction/InteractionManager.h>
 
 #include <QAction>
-#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
 #include <QDockWidget>
 #include <QFile>
 #include <QFileDialog>
@@ -31,6 +36,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -48,6 +54,11 @@ constexpr const char* KeptSwitches[] = {"dark", "parallel"};
 
 constexpr int GroupCount = 6;
 
+// What is made to show somebody without a model what the program is like.
+constexpr int SampleSize = 2000;
+
+const QString FolderKey = QStringLiteral("folder");
+
 // What the tool bar shows, a gap where the name is empty.
 constexpr const char* ToolBarCommands[] = {
     "fit",      "fit-selection", "front", "right", "top",  "iso", "parallel",      "",        "hide",    "isolate",
@@ -58,22 +69,28 @@ constexpr const char* ToolBarCommands[] = {
 MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     : QMainWindow(parent)
     , m_session(session)
+    , m_modelSettings(session)
     , m_viewport(new Viewport(session, Viewport::Target::Window, this))
+    , m_area(new ModelArea(m_viewport, m_opener, m_recentFiles, this))
     , m_fileMenu(menuBar()->addMenu(QString()))
+    , m_modelMenus(nullptr)
     , m_panelMenu(nullptr)
     , m_helpMenu(nullptr)
     , m_aboutAction(nullptr)
     , m_findAction(nullptr)
     , m_toolBar(nullptr)
     , m_hovered(new QLabel(this))
+    , m_size(new QLabel(this))
     , m_summary(new QLabel(this))
     , m_problems("settings")
 {
-    setCentralWidget(m_viewport);
+    setCentralWidget(m_area);
+    m_area->takeDropsOf(this);
     setDockNestingEnabled(true);
 
     addFileMenu();
     addCommands();
+    m_modelMenus = new ModelMenus(m_modelSettings, *m_commandMenus[static_cast<std::size_t>(Command::Group::View)]);
     m_panelMenu = m_commandMenus.back()->addMenu(QString());
     m_helpMenu = menuBar()->addMenu(QString());
     m_helpMenu->addAction(getAction("shortcuts"));
@@ -84,6 +101,8 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     addSceneTree();
     addPresenterMode();
     statusBar()->addWidget(m_hovered, 1);
+    m_size->setContentsMargins(0, 0, 12, 0);
+    statusBar()->addPermanentWidget(m_size);
     statusBar()->addPermanentWidget(m_summary);
 
     connect(&m_session, &ViewerSession::hoveredChanged, m_hovered, &QLabel::setText);
@@ -92,13 +111,29 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
           &ViewerSession::modelChanged, &ViewerSession::historyChanged, &ViewerSession::redrawNeeded}) {
         connect(&m_session, signal, this, &MainWindow::updateActions);
     }
-    connect(&m_session, &ViewerSession::modelChanged, this, &MainWindow::updateSummary);
+    connect(&m_session, &ViewerSession::modelChanged, this, [this] {
+        m_area->setModelShown(m_session.getModel() != osg::NullFC);
+        updateSummary();
+        updateSize();
+    });
+    connect(&m_modelSettings, &ModelSettings::changed, this, &MainWindow::updateSize);
+    connect(&m_opener, &ModelOpener::opened, this, &MainWindow::showModel);
+    connect(&m_opener, &ModelOpener::failed, this,
+            [this](const QString& line) { getMessages().showMessage(MessageBar::Kind::Error, line); });
+    connect(m_area, &ModelArea::fileDropped, this,
+            [this](const QString& file) { m_opener.open(QFile::encodeName(file).toStdString()); });
+    const StartPage* page = &m_area->getStartPage();
+    connect(page, &StartPage::openRequested, this, &MainWindow::askAndOpen);
+    connect(page, &StartPage::assemblyRequested, this, [this] { showAssembly(SampleSize); });
+    connect(page, &StartPage::fileChosen, this, &MainWindow::openRecent);
+    connect(m_recentMenu, &RecentFilesMenu::fileChosen, this, &MainWindow::openRecent);
     connect(&m_session.getBindings(), &InputBindings::changed, this, &MainWindow::retranslate);
     addRecording();
     addInspector();
     retranslate();
     resize(1240, 800);
-    m_viewport->setFocus();
+    m_area->setModelShown(m_session.getModel() != osg::NullFC);
+    (m_session.getModel() == osg::NullFC ? static_cast<QWidget*>(&m_area->getStartPage()) : m_viewport)->setFocus();
 }
 
 MainWindow::~MainWindow()
@@ -114,14 +149,16 @@ MainWindow::~MainWindow()
     m_player.reset();
     m_recording.reset();
     m_session.getCommands().removeCommand("find");
-    // Before its neighbours: it still tells the session about the end of everything pending.
-    delete m_viewport;
+    // Before its neighbours: the viewport in it still tells the session about the end of everything pending.
+    delete m_area;
 }
 
 void MainWindow::useSettings(Settings& settings)
 {
     m_settings = &settings;
     m_keeper = std::make_unique<WindowKeeper>(*this, settings);
+    m_recentFiles.useSettings(settings.getStore());
+    m_modelSettings.useSettings(settings.getStore());
     InputBindings& bindings = m_session.getBindings();
     bindings.setChangedKeys(settings.getKeys());
     connect(&bindings, &InputBindings::changed, this,
@@ -140,32 +177,16 @@ void MainWindow::useSettings(Settings& settings)
 
 void MainWindow::open(const std::string& file)
 {
-    const QString name = QFileInfo(QFile::decodeName(file.c_str())).fileName();
-    const ModelLoader loader([&](LoadControl::Step, const double share) {
-        statusBar()->showMessage(share < 0 ? tr("Loading %1 ...").arg(name)
-                                           : tr("Loading %1 ... %2 %").arg(name).arg(static_cast<int>(share * 100)));
-        // Input has to wait: there is no model that it could be meant for.
-        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    });
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    try {
-        const LoadedModel model = loader.load(file);
-        m_session.setModel(model.root.get());
-    } catch (const ViewerError&) {
-        QApplication::restoreOverrideCursor();
-        statusBar()->clearMessage();
-        throw;
-    }
-    QApplication::restoreOverrideCursor();
-    statusBar()->clearMessage();
-    m_fileName = name;
-    retranslate();
+    m_opener.cancel();
+    showModel(ModelLoader().load(file));
 }
 
 void MainWindow::showAssembly(const int partCount)
 {
+    m_opener.cancel();
     const osg::RefPtr<osg::NodePtr> assembly = AssemblyGenerator::generate(partCount);
-    m_session.setModel(assembly.get());
+    m_modelSettings.show(assembly.get());
+    getMessages().hide();
     m_fileName = tr("Assembly");
     retranslate();
 }
@@ -190,6 +211,11 @@ void MainWindow::addInspector()
         "inspector", {[dock] { dock->setVisible(!dock->isVisible()); }, [dock] { return dock->isVisible(); }, {}});
 }
 
+MessageBar& MainWindow::getMessages()
+{
+    return m_area->getMessages();
+}
+
 QAction* MainWindow::getAction(const std::string& command) const
 {
     const auto found = std::find_if(m_commandActions.begin(), m_commandActions.end(),
@@ -208,6 +234,14 @@ void MainWindow::changeEvent(QEvent* event)
     }
 }
 
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    QMainWindow::closeEvent(event);
+    if (event->isAccepted()) {
+        m_opener.cancel();
+    }
+}
+
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
     event->setAccepted(m_viewport->handleKey(event));
@@ -222,6 +256,8 @@ void MainWindow::addFileMenu()
 {
     m_openAction = m_fileMenu->addAction(getIcon("open"), QString(), this, &MainWindow::askAndOpen);
     m_openAction->setShortcut(QKeySequence::Open);
+    m_recentMenu = new RecentFilesMenu(m_recentFiles, m_fileMenu);
+    m_fileMenu->addMenu(m_recentMenu);
     m_fileMenu->addSeparator();
     m_quitAction = m_fileMenu->addAction(QString(), this, &QWidget::close);
     // QKeySequence::Quit is empty outside the large desktops.
@@ -312,6 +348,8 @@ void MainWindow::retranslate()
     for (std::size_t group = 0; group < GroupCount; ++group) {
         m_commandMenus[group]->setTitle(titles[group]);
     }
+    m_recentMenu->retranslate();
+    m_modelMenus->retranslate();
     m_panelMenu->setTitle(tr("Panels"));
     m_helpMenu->setTitle(tr("&Help"));
     m_aboutAction->setText(tr("About koviewer"));
@@ -326,6 +364,7 @@ void MainWindow::retranslate()
     m_presenter->retranslate();
     updateActions();
     updateSummary();
+    updateSize();
 }
 
 void MainWindow::updateActions()
@@ -362,16 +401,59 @@ void MainWindow::showAbout()
     box.exec();
 }
 
+void MainWindow::updateSize()
+{
+    m_size->setText(m_modelSettings.describeSize());
+    m_size->setToolTip(m_modelSettings.getLengthFormat().isMetric()
+                           ? tr("Width, height and depth of the model")
+                           : tr("Width, height and depth of the model; the file does not say in which unit"));
+}
+
 void MainWindow::askAndOpen()
 {
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open a model"));
-    if (file.isEmpty()) {
+    QSettings* store = m_settings == nullptr ? nullptr : m_settings->getStore();
+    if (store != nullptr && m_folder.isEmpty()) {
+        m_folder = store->value(FolderKey).toString();
+    }
+    auto* dialog = new QFileDialog(this, tr("Open a model"), m_folder);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters(ModelOpener::getNameFilters());
+    connect(dialog, &QFileDialog::fileSelected, this, [this, store](const QString& file) {
+        m_folder = QFileInfo(file).absolutePath();
+        if (store != nullptr) {
+            store->setValue(FolderKey, m_folder);
+        }
+        m_opener.open(QFile::encodeName(file).toStdString());
+    });
+    dialog->open();
+}
+
+void MainWindow::openRecent(const QString& file)
+{
+    if (QFileInfo::exists(file)) {
+        m_opener.open(QFile::encodeName(file).toStdString());
         return;
     }
-    try {
-        open(QFile::encodeName(file).toStdString());
-    } catch (const ViewerError& error) {
-        QMessageBox::warning(this, tr("koviewer"), QString::fromStdString(error.what()));
+    m_recentFiles.remove(file);
+    getMessages().showMessage(
+        MessageBar::Kind::Warning,
+        tr("%1 is no longer there and was taken off the recent files.").arg(QDir::toNativeSeparators(file)));
+}
+
+void MainWindow::showModel(const LoadedModel& model)
+{
+    const QString file = QFile::decodeName(model.file.c_str());
+    m_fileName = QFileInfo(file).fileName();
+    m_modelSettings.show(model);
+    m_recentFiles.add(file);
+    retranslate();
+    if (model.missing.isEmpty()) {
+        getMessages().hide();
+    } else {
+        getMessages().showMessage(MessageBar::Kind::Warning,
+                                  tr("%1 was loaded in part. %2").arg(m_fileName, model.missing.front()),
+                                  model.missing.mid(1));
     }
 }
 

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Session/ModelSettings.h"
 #include "Viewer/Session/PassingNotification.h"
+#include "Viewer/Window/ModelOpener.h"
+#include "Viewer/Window/RecentFiles.h"
 #include "Viewer/Window/WindowShortcuts.h"
 
 #include <QMainWindow>
@@ -21,11 +24,15 @@ class QToolBar;
 
 namespace quon::viewer {
 
+class MessageBar;
+class ModelArea;
+class ModelMenus;
 class PresenterMode;
-class Settings;
-class ShortcutsDialog;
+class RecentFilesMenu;
 class RecordingControl;
 class ScriptPlayer;
+class Settings;
+class ShortcutsDialog;
 class ViewerSession;
 class Viewport;
 class WindowKeeper;
@@ -49,7 +56,7 @@ public:
     MainWindow& operator=(const MainWindow&) = delete;
 
     /**
-     * Loads a model and shows it in place of the old one; progress goes to the status bar.
+     * Loads a model and shows it in place of the old one before it returns.
      *
      * @throws ViewerError with the file's name and the reason; the old model stays then
      */
@@ -66,6 +73,12 @@ public:
      */
     void useSettings(Settings& settings);
 
+    /** What loads models without keeping the window waiting; what it opens is shown, what it cannot open is told. */
+    ModelOpener& getOpener() { return m_opener; }
+
+    RecentFiles& getRecentFiles() { return m_recentFiles; }
+    ModelSettings& getModelSettings() { return m_modelSettings; }
+    MessageBar& getMessages();
     Viewport& getViewport() { return *m_viewport; }
 
     /** Records the input of the viewport. */
@@ -79,6 +92,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
 
@@ -97,24 +111,34 @@ private:
     void retranslate();
     void updateActions();
     void updateSummary();
+    void updateSize();
     void askAndOpen();
     void showShortcuts();
     void registerShortcuts();
     void addPresenterMode();
     void showProblems();
     void keepSwitches();
+    void openRecent(const QString& file);
+    void showModel(const LoadedModel& model);
     void showAbout();
     void addRecording();
     void addInspector();
 
     ViewerSession& m_session;
+    ModelSettings m_modelSettings;
+    RecentFiles m_recentFiles;
+    ModelOpener m_opener;
+    QString m_folder; ///< where the last model was looked for
     Viewport* m_viewport;
     std::unique_ptr<RecordingControl> m_recording;
     std::unique_ptr<ScriptPlayer> m_player;
+    ModelArea* m_area;
     QMenu* m_fileMenu;
     QAction* m_openAction;
+    RecentFilesMenu* m_recentMenu;
     QAction* m_quitAction;
     std::vector<QMenu*> m_commandMenus; ///< by Command::Group
+    ModelMenus* m_modelMenus;
     QMenu* m_panelMenu;
     QMenu* m_helpMenu;
     QAction* m_aboutAction;
@@ -122,6 +146,7 @@ private:
     QToolBar* m_toolBar;
     std::vector<CommandAction> m_commandActions;
     QLabel* m_hovered;
+    QLabel* m_size;
     QLabel* m_summary;
     QString m_fileName;
     std::unique_ptr<PresenterMode> m_presenter;
