@@ -391,6 +391,29 @@ TEST_F(SceneTreePanelTest, TypingANameLeavesTheRowsWithIt)
     EXPECT_THAT(selected(), IsEmpty());
 }
 
+TEST_F(SceneTreePanelTest, AVeryLargeModelIsSearchedWhenTheUserPauses)
+{
+    const NodeRef plant = makeNode(osg::Group::create());
+    NodeUtils::setName(plant, "plant", false);
+    for (int i = 0; i < viewer::SceneTreePanel::InstantSearchLimit; ++i) {
+        addGroup(plant, i % 2 == 0 ? "pump" : "valve");
+    }
+    m_session.setModel(plant);
+    QSignalSpy resets(m_view.model(), &QAbstractItemModel::modelReset);
+
+    QTest::keyClicks(&m_search, QStringLiteral("pump"));
+    EXPECT_EQ(resets.count(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return resets.count() > 0; }, 60000));
+    EXPECT_EQ(m_matchCount.text(), QStringLiteral("%L1 found").arg(50000));
+
+    // The enter key and the end of the search do not wait.
+    QTest::keyClicks(&m_search, QStringLiteral("s"));
+    QTest::keyClick(&m_search, Qt::Key_Return);
+    EXPECT_EQ(m_matchCount.text(), QStringLiteral("Nothing found"));
+    QTest::keyClick(&m_search, Qt::Key_Escape);
+    EXPECT_EQ(rows().size(), viewer::SceneTreePanel::InstantSearchLimit + 1U);
+}
+
 TEST_F(SceneTreePanelTest, TheEnterKeyGoesFromMatchToMatchAndAround)
 {
     QTest::keyClicks(&m_search, QStringLiteral("gear"));

@@ -30,6 +30,7 @@ namespace {
 
 constexpr int Margin = 6;
 constexpr int FirstRows = 30;
+constexpr int TypingPause = 250; // milliseconds
 
 } // namespace
 
@@ -132,7 +133,9 @@ void SceneTreePanel::addSearchField()
 
     static_cast<QVBoxLayout*>(layout())->addLayout(searchLine);
     layout()->addWidget(m_matches);
-    connect(m_search, &QLineEdit::textChanged, &m_model, &SceneTreeModel::setFilter);
+    m_typing.setSingleShot(true);
+    connect(&m_typing, &QTimer::timeout, this, &SceneTreePanel::applySearch);
+    connect(m_search, &QLineEdit::textChanged, this, &SceneTreePanel::searchChanged);
     connect(m_previous, &QToolButton::clicked, this, [this] { goToMatch(-1); });
     connect(m_next, &QToolButton::clicked, this, [this] { goToMatch(1); });
     connect(m_selectMatches, &QToolButton::clicked, this, &SceneTreePanel::selectMatches);
@@ -261,6 +264,20 @@ void SceneTreePanel::showCurrent()
     }
 }
 
+void SceneTreePanel::searchChanged()
+{
+    if (m_model.getTotalCount() > InstantSearchLimit && !m_search->text().isEmpty()) {
+        m_typing.start(TypingPause);
+    } else {
+        applySearch();
+    }
+}
+
+void SceneTreePanel::applySearch()
+{
+    m_model.setFilter(m_search->text());
+}
+
 bool SceneTreePanel::handleSearchKey(const int key, const Qt::KeyboardModifiers modifiers)
 {
     switch (key) {
@@ -282,6 +299,7 @@ bool SceneTreePanel::handleSearchKey(const int key, const Qt::KeyboardModifiers 
 
 void SceneTreePanel::goToMatch(const int step)
 {
+    applySearch();
     const int count = m_model.getMatchCount();
     if (count == 0) {
         return;

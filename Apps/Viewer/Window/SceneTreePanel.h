@@ -5,6 +5,7 @@
 #include "Viewer/Window/SceneTreeModel.h"
 #include "Viewer/Window/SceneTreeSelection.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <unordered_set>
@@ -34,6 +35,9 @@ class SceneTreePanel : public QWidget, private SceneChangeListener {
     Q_OBJECT
 
 public:
+    /** Larger models are searched when the user pauses or presses the enter key, others at every letter. */
+    static constexpr int InstantSearchLimit = 100000;
+
     /** @param session borrowed, must outlive the panel */
     explicit SceneTreePanel(ViewerSession& session, QWidget* parent = nullptr);
     ~SceneTreePanel() override;
@@ -66,6 +70,8 @@ private:
     void showSelection();
     void showCurrent();
 
+    void searchChanged();
+    void applySearch();
     bool handleSearchKey(int key, Qt::KeyboardModifiers modifiers);
     void goToMatch(int step);
     int findSelectedMatch() const;
@@ -82,6 +88,7 @@ private:
     SceneTreeModel m_model;
     SceneTreeSelection m_selection;
     QLineEdit* m_search;
+    QTimer m_typing; ///< runs while a search waits for a pause
     QAction* m_searchPicture;
     QWidget* m_matches; ///< the line below the search field, while there is a text to search for
     QLabel* m_matchCount;
