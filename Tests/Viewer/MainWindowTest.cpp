@@ -215,6 +215,40 @@ TEST_F(MainWindowTest, TheHelpMenuSaysWhatProgramThisIs)
     EXPECT_EQ(entries.first(), m_window.getAction("shortcuts"));
 }
 
+TEST_F(MainWindowTest, MeasurementsAreWrittenInTheUnitOfLengths)
+{
+    m_window.showAssembly(1);
+    m_session.getCamera().setStandardView("front");
+    UserInput user(m_window.getViewport());
+    const QPoint middle = m_window.getViewport().rect().center();
+    user.type(Qt::Key_M);
+    user.click(middle);
+    user.click(middle + QPoint(20, 0));
+    ASSERT_TRUE(m_session.getMeasureTool().isFinished());
+    const auto distance = [&] { return m_session.getMeasureTool().getLine().getContent().texts.distance; };
+    EXPECT_TRUE(distance().endsWith(QStringLiteral(" m"))) << distance().toStdString();
+
+    m_window.getModelSettings().setLengthUnit(viewer::LengthUnit::Inch);
+
+    EXPECT_TRUE(distance().endsWith(QStringLiteral(" in"))) << distance().toStdString();
+}
+
+TEST_F(MainWindowTest, AModelThatIsScaledTakesItsMeasurementAway)
+{
+    m_window.open(m_model);
+    m_session.getCamera().setStandardView("front");
+    UserInput user(m_window.getViewport());
+    const QPoint middle = m_window.getViewport().rect().center();
+    user.type(Qt::Key_M);
+    user.click(middle);
+    user.click(middle + QPoint(20, 0));
+    ASSERT_TRUE(m_session.getMeasureTool().isFinished());
+
+    m_window.getModelSettings().setMetresPerUnit(0.001);
+
+    EXPECT_FALSE(m_session.getMeasureTool().isFinished());
+}
+
 } // namespace
 
 } // namespace quon::testing

@@ -120,6 +120,8 @@ const std::vector<Command>& Command::getAll()
         {"measure", Group::Tools, "measure", QT_TRANSLATE_NOOP("Commands", "Measure"),
          QT_TRANSLATE_NOOP("Commands", "Measure the distance between two points and the angle between their normals"),
          Qt::Key_M, None},
+        {"copy-measurement", Group::Tools, "copy", QT_TRANSLATE_NOOP("Commands", "Copy measurement"),
+         QT_TRANSLATE_NOOP("Commands", "Copy what was measured to the clipboard"), Qt::Key_C, Control},
 
         {"presenter", Group::Window, "presenter", QT_TRANSLATE_NOOP("Commands", "Presenter mode"),
          QT_TRANSLATE_NOOP("Commands", "Fill the screen with the view and let keys alone"), Qt::Key_F11, None},

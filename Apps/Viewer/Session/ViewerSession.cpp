@@ -20,6 +20,8 @@
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGTransform.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -71,6 +73,7 @@ ViewerSession::ViewerSession()
     , m_selectionKeeper(std::make_unique<SelectionKeeper>(*m_selection))
     , m_preselection(*m_selection, m_visualisations.get())
     , m_selectionTool(m_editor, m_preselection)
+    , m_measureTool(m_camera)
     , m_trace(*m_interactionManager)
     , m_toolContext(m_trace, "tools")
     , m_navigationContext(m_trace, "navigation", &m_camera, &m_picker)
@@ -95,7 +98,9 @@ ViewerSession::ViewerSession()
     m_selectionTool.setHovered(
         [this](const osg::NodePtr& node) { emit hoveredChanged(QString::fromStdString(NodeUtils::getName(node))); });
     m_selectionTool.getRubberBand().setChanged([this] { emit overlaysChanged(); });
+    m_measureTool.setChanged([this] { emit overlaysChanged(); });
     m_toolContext.addTool("", &m_selectionTool);
+    m_toolContext.addTool("measure", &m_measureTool);
     m_toolContext.setPicker(&m_picker);
     m_toolContext.setModeChanged([this] { emit modeChanged(); });
     m_toolContext.setIdleEscape([this] {
@@ -114,6 +119,7 @@ ViewerSession::ViewerSession()
     addOverlay(&m_axisCross);
     connect(&m_bindings, &InputBindings::aboutToChange, this, &ViewerSession::focusLost);
     addOverlay(&m_selectionTool.getRubberBand());
+    addOverlay(&m_measureTool.getLine());
     addCommands();
     m_interactionManager->addContext(&m_commandContext);
     m_interactionManager->addContext(&m_navigationContext);
@@ -151,6 +157,7 @@ void ViewerSession::setModel(const osg::NodePtr& model)
     if (ViewerTool* tool = m_toolContext.getCurrentTool(); tool != nullptr) {
         tool->cancel();
     }
+    m_measureTool.clear();
     m_selection->clearSelection();
     m_sets.clear();
     if (m_model != osg::NullFC) {
@@ -180,6 +187,7 @@ void ViewerSession::modelMoved()
     if (m_model == osg::NullFC) {
         return;
     }
+    m_measureTool.clear();
     m_selection->updateVisualisations();
     lookAtModel();
     processSceneChanges();
@@ -301,6 +309,7 @@ void ViewerSession::retranslate()
 {
     m_bindings.retranslate();
     m_selectionTool.retranslate();
+    m_measureTool.retranslate();
     reportSelection();
 }
 
@@ -394,6 +403,13 @@ void ViewerSession::addCommands()
     commands.setCommand(
         "parallel",
         {[this] { m_camera.setParallel(!m_camera.isParallel()); }, [this] { return m_camera.isParallel(); }, {}});
+    commands.setCommand(
+        "measure",
+        {[this] { toggleMode("measure"); }, [this] { return m_toolContext.getCurrentMode() == "measure"; }, {}});
+    commands.setCommand("copy-measurement",
+                        {[this] { QGuiApplication::clipboard()->setText(m_measureTool.getResult()); },
+                         {},
+                         [this] { return m_measureTool.isFinished(); }});
     for (const char* step : {"orbit-left", "orbit-right", "orbit-up", "orbit-down", "pan-left", "pan-right", "pan-up",
                              "pan-down", "zoom-in", "zoom-out"}) {
         const auto send = [this, category = std::string("navigate:") + step](const char* verb) {

@@ -15,6 +15,7 @@
 #include "Viewer/Tools/CommandContext.h"
 #include "Viewer/Tools/EmbreePicker.h"
 #include "Viewer/Tools/InteractionTrace.h"
+#include "Viewer/Tools/MeasureTool.h"
 #include "Viewer/Tools/NavigationContext.h"
 #include "Viewer/Tools/SelectionTool.h"
 #include "Viewer/Tools/ToolContext.h"
@@ -103,6 +104,7 @@ public:
     CommandContext& getCommands() { return m_commandContext; }
     ToolContext& getTools() { return m_toolContext; }
     NavigationContext& getNavigation() { return m_navigationContext; }
+    MeasureTool& getMeasureTool() { return m_measureTool; }
     /** Watches the events and the stack of the contexts. */
     InteractionTrace& getTrace() { return m_trace; }
     interaction::BoxSelectionVisualisation& getBoxes() { return m_display.getBoxes(); }
@@ -239,6 +241,7 @@ private:
     std::unique_ptr<SelectionKeeper> m_selectionKeeper;
     Preselection m_preselection;
     SelectionTool m_selectionTool;
+    MeasureTool m_measureTool;
     InteractionTrace m_trace;
     Traced<ToolContext> m_toolContext;
     Traced<NavigationContext> m_navigationContext;

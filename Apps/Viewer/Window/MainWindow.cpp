@@ -403,6 +403,7 @@ void MainWindow::showAbout()
 
 void MainWindow::updateSize()
 {
+    m_session.getMeasureTool().setLengthFormat(m_modelSettings.getLengthFormat());
     m_size->setText(m_modelSettings.describeSize());
     m_size->setToolTip(m_modelSettings.getLengthFormat().isMetric()
                            ? tr("Width, height and depth of the model")
