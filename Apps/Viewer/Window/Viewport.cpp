@@ -216,7 +216,7 @@ bool Viewport::turnWheel(const QWheelEvent& event)
     if (delta == 0) {
         return false;
     }
-    const double steps = delta / QWheelEvent::DefaultDeltasPerStep * (fine ? FineShare : 1);
+    const double steps = delta / static_cast<double>(QWheelEvent::DefaultDeltasPerStep) * (fine ? FineShare : 1);
     return send(NavigationContext::getZoomCategory(std::pow(ZoomPerWheelStep, steps)), "trigger");
 }
 
