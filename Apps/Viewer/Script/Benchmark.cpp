@@ -123,9 +123,9 @@ void Benchmark::measurePicking()
 {
     EmbreePicker& picker = m_session.getPicker();
     const auto pick = [&](const int index) {
-        // Spread over the picture, the same every time.
-        const int x = (index * 7919) % Width;
-        const int y = (index * 104729) % Height;
+        // Spread over the middle of the picture, the same every time.
+        const int x = Width / 4 + index * 7919 % (Width / 2);
+        const int y = Height / 4 + index * 104729 % (Height / 2);
         picker.setPointer(osg::Pnt2f(static_cast<float>(x), static_cast<float>(y)));
         picker.getPickedNode(nullptr);
     };
