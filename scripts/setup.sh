@@ -13,7 +13,7 @@ packages=(
     # compilers and build tools
     g++ g++-12 clang-14 libclang-rt-14-dev cmake ninja-build ccache binutils
     # the library: Qt Core and Gui; the viewer: Widgets, icons, translations, OpenGL, EGL, models and ray queries
-    qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+    qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n libqt5svg5-dev
     libgl-dev libopengl-dev libegl-dev libassimp-dev libembree-dev
     # named in the link line of libassimp-dev, which does not depend on it
     zlib1g-dev

@@ -12,6 +12,7 @@
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
+#include "Viewer/Window/Languages.h"
 #include "Viewer/Window/MainWindow.h"
 #include "Viewer/Window/ModelOpener.h"
 #include "Viewer/Window/RecordingControl.h"
@@ -98,6 +99,9 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     // No window system is needed: the scene is drawn through EGL, the texts over it into an image.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    quon::viewer::Languages languages;
+    // The same pictures everywhere, unless somebody asks for others.
+    languages.select(line.language.empty() ? "en" : line.language);
     quon::viewer::ViewerSession session;
     quon::viewer::Viewport viewport(session, quon::viewer::Viewport::Target::Pictures);
     viewport.resize(960, 640);
@@ -170,12 +174,16 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     QApplication::setOrganizationName(QStringLiteral("quon"));
     QApplication::setApplicationName(QStringLiteral("koviewer"));
     quon::viewer::Settings settings(quon::viewer::Settings::getUserFile());
+    quon::viewer::Languages languages;
+    languages.select(line.language.empty() ? settings.getLanguage().toStdString() : line.language);
     quon::viewer::ViewerSession session;
+    languages.setSession(&session);
     quon::viewer::MainWindow window(session);
     // A recording goes the same way everywhere: the keys and switches of one user are not those of another.
     if (line.record.empty() && line.replay.empty()) {
         window.useSettings(settings);
     }
+    window.addLanguages(languages);
     // Both begin with the model.
     if (recorder != nullptr) {
         window.getRecording().record(std::move(recorder));

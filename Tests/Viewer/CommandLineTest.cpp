@@ -69,6 +69,16 @@ TEST(CommandLineTest, RecordingGoesWithAnythingAndReplayingWithAModelInAWindow)
     EXPECT_EQ(parseAndFail({"--record"}), "--record: needs a value, see --help");
 }
 
+TEST(CommandLineTest, ALanguageIsOneThatTheViewerSpeaks)
+{
+    EXPECT_EQ(CommandLine::parse({}).language, "");
+    EXPECT_EQ(CommandLine::parse({"--language", "de"}).language, "de");
+    EXPECT_EQ(CommandLine::parse({"a", "--language", "en"}).language, "en");
+
+    EXPECT_EQ(parseAndFail({"--language", "tlh"}), "--language: knows en and de, see --help");
+    EXPECT_EQ(parseAndFail({"--language"}), "--language: needs a value, see --help");
+}
+
 TEST(CommandLineTest, APartCountIsANumberInItsRange)
 {
     const char* const refusal = "--generate: needs a number of parts from 1 to 5000000, see --help";

@@ -3,6 +3,7 @@
 
 #include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ViewerError.h"
+#include "Viewer/Window/Languages.h"
 
 #include <charconv>
 #include <cstddef>
@@ -63,6 +64,11 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
             takeValue(line.record);
         } else if (argument == "--replay") {
             takeValue(line.replay);
+        } else if (argument == "--language") {
+            takeValue(line.language);
+            if (!Languages::isKnown(line.language)) {
+                throw ViewerError("--language", "knows en and de, see --help");
+            }
         } else if (argument == "--generate") {
             std::string count;
             takeValue(count);
@@ -117,6 +123,7 @@ const char* CommandLine::getHelp()
            "  --replay FILE  follows a script in the window, then hands over to the user\n"
            "  --generate N   makes an assembly of N parts in place of a model, 1 to 5000000\n"
            "  --benchmark    draws without any display and prints how long things take\n"
+           "  --language L   speaks English (en) or German (de), whatever was chosen in the window\n"
            "  --help, -h     shows this text\n"
            "  --version      shows the version\n"
            "\n"

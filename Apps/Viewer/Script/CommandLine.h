@@ -16,8 +16,9 @@ struct CommandLine {
     int partCount = 0; ///< of the assembly to generate in place of a model; 0: none wanted
     std::string script;
     std::string out;
-    std::string record; ///< the file that the input is written to
-    std::string replay; ///< the script that a window follows
+    std::string record;   ///< the file that the input is written to
+    std::string replay;   ///< the script that a window follows
+    std::string language; ///< code of the language to speak, empty: as it is remembered
 
     /**
      * Reads the arguments after the program's name.

@@ -10,6 +10,7 @@
 #include "Viewer/Window/MessageBar.h"
 #include "Viewer/Window/ModelArea.h"
 #include "Viewer/Window/ModelMenus.h"
+#include "Viewer/Window/LanguageMenu.h"
 #include "Viewer/Window/PresenterMode.h"
 #include "Viewer/Window/RecentFilesMenu.h"
 #include "Viewer/Window/RecordingControl.h"
@@ -496,6 +497,11 @@ void MainWindow::addPresenterMode()
         }
         updateActions();
     });
+}
+
+void MainWindow::addLanguages(Languages& languages)
+{
+    m_commandMenus.back()->insertMenu(m_panelMenu->menuAction(), new LanguageMenu(languages, m_settings, this));
 }
 
 void MainWindow::showProblems()

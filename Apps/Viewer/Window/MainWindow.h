@@ -24,6 +24,7 @@ class QToolBar;
 
 namespace quon::viewer {
 
+class Languages;
 class MessageBar;
 class ModelArea;
 class ModelMenus;
@@ -79,6 +80,14 @@ public:
     RecentFiles& getRecentFiles() { return m_recentFiles; }
     ModelSettings& getModelSettings() { return m_modelSettings; }
     MessageBar& getMessages();
+
+    /**
+     * Lets the user choose a language; call it after useSettings(), which says where the choice is kept.
+     *
+     * @param languages borrowed, must outlive the window
+     */
+    void addLanguages(Languages& languages);
+
     Viewport& getViewport() { return *m_viewport; }
 
     /** Records the input of the viewport. */

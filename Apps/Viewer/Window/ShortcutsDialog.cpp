@@ -90,7 +90,7 @@ ShortcutsDialog::ShortcutsDialog(InputBindings& bindings, QWidget* parent)
     connect(&m_bindings, &InputBindings::changed, this, &ShortcutsDialog::refresh);
     koShortcut::addListener(this);
 
-    resize(620, 660);
+    resize(720, 680);
     retranslate();
     m_searchText->setFocus();
 }
