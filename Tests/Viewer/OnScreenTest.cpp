@@ -130,6 +130,12 @@ protected:
         QTest::mouseClick(m_window.windowHandle(), Qt::LeftButton, modifiers, middle());
     }
 
+    /** Moves the pointer to where nothing lights up under it. */
+    void pointBesideTheModel()
+    {
+        QTest::mouseMove(m_window.windowHandle(), m_viewport.mapTo(&m_window, QPoint(5, m_viewport.height() / 2)));
+    }
+
     void type(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::keyClick(m_window.windowHandle(), static_cast<Qt::Key>(key), modifiers);
@@ -178,6 +184,7 @@ TEST_F(OnScreenTest, DraggingWithTheRightButtonTurnsTheModelAndSelectsNothing)
     QTest::mouseRelease(window, Qt::RightButton, Qt::NoModifier, middle() + QPoint(96, 32));
 
     EXPECT_THAT(selected(), IsEmpty());
+    pointBesideTheModel();
     type(Qt::Key_4);
     EXPECT_TRUE(eventually([&] { return countDifferent(before, shown()) == 0; })) << "the view from before";
 }
@@ -188,6 +195,7 @@ TEST_F(OnScreenTest, APartThatIsHiddenIsDrawnNoMore)
     clickMiddle();
     type(Qt::Key_H);
     type(Qt::Key_Escape);
+    pointBesideTheModel();
     EXPECT_TRUE(eventually([&] { return boxPixels() == 0 && countDifferent(before, shown()) > 100; }));
 
     type(Qt::Key_U);
