@@ -7,10 +7,10 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -20,16 +20,11 @@ PresenterMode::PresenterMode(QMainWindow& window, QWidget& view, ViewerSession& 
     : m_window(window)
     , m_view(view)
     , m_session(session)
-    , m_key(new QShortcut(&window))
-    , m_escape(new QShortcut(Qt::Key_Escape, &window))
     , m_notice("presenter")
 {
-    for (QShortcut* shortcut : {m_key, m_escape}) {
-        shortcut->setEnabled(false);
-        // The key that entered the mode may still be down.
-        shortcut->setAutoRepeat(false);
-        connect(shortcut, &QShortcut::activated, this, &PresenterMode::leave);
-    }
+    // Keys go to the view; what nobody wants, wherever the focus is, comes up to the window.
+    m_window.installEventFilter(this);
+    m_view.installEventFilter(this);
 }
 
 PresenterMode::~PresenterMode()
@@ -50,8 +45,6 @@ void PresenterMode::leave()
         return;
     }
     m_isOn = false;
-    m_key->setEnabled(false);
-    m_escape->setEnabled(false);
     m_notice.hide();
     m_session.getInteractionManager().setPresenterMode(false);
     showAllAgain();
@@ -61,6 +54,18 @@ void PresenterMode::leave()
 void PresenterMode::retranslate()
 {
     m_notice.setText(describe());
+}
+
+bool PresenterMode::eventFilter(QObject* object, QEvent* event)
+{
+    if (!m_isOn || event->type() != QEvent::KeyPress || !isWayBack(*static_cast<QKeyEvent*>(event))) {
+        return QObject::eventFilter(object, event);
+    }
+    // The key that entered the mode may still be down, and repeats.
+    if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+        leave();
+    }
+    return true;
 }
 
 void PresenterMode::enter()
@@ -73,12 +78,7 @@ void PresenterMode::enter()
     // Before the keys are held back: the releases of those that are down will not get through.
     m_session.focusLost();
     m_session.getInteractionManager().setPresenterMode(true);
-    const KeyBinding key = m_session.getBindings().getKey("presenter");
-    // Two shortcuts of the same key would be ambiguous, and neither would be activated.
-    const bool hasKeyOfItsOwn = !key.isNone() && key != KeyBinding{Qt::Key_Escape, Qt::NoModifier};
-    m_key->setKey(hasKeyOfItsOwn ? QKeySequence(key.key | key.modifiers) : QKeySequence());
-    m_key->setEnabled(hasKeyOfItsOwn);
-    m_escape->setEnabled(true);
+    m_key = m_session.getBindings().getKey("presenter");
     hideAllButView();
     m_notice.show(describe());
     emit changed();
@@ -133,12 +133,23 @@ void PresenterMode::showAllAgain()
     m_window.restoreState(m_panels);
 }
 
+bool PresenterMode::isWayBack(const QKeyEvent& event) const
+{
+    if (event.key() == Qt::Key_Escape) {
+        return true;
+    }
+    // As the mapper does: a key without modifiers counts whatever modifiers are held.
+    const KeyBinding pressed = KeyBinding::fromEvent(event);
+    return !m_key.isNone() && pressed.key == m_key.key &&
+           (m_key.modifiers == 0 || pressed.modifiers == m_key.modifiers);
+}
+
 QString PresenterMode::describe() const
 {
     const QString escape = QKeySequence(Qt::Key_Escape).toString(QKeySequence::NativeText);
-    return m_key->isEnabled()
-               ? tr("Presenter mode: %1 or %2 ends it").arg(m_key->key().toString(QKeySequence::NativeText), escape)
-               : tr("Presenter mode: %1 ends it").arg(escape);
+    return m_key.isNone() || m_key.key == Qt::Key_Escape
+               ? tr("Presenter mode: %1 ends it").arg(escape)
+               : tr("Presenter mode: %1 or %2 ends it").arg(m_key.toText(), escape);
 }
 
 } // namespace quon::viewer

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Session/InputBindings.h"
 #include "Viewer/Session/PassingNotification.h"
 
 #include <QByteArray>
@@ -10,8 +11,8 @@
 #include <vector>
 
 class QAction;
+class QKeyEvent;
 class QMainWindow;
-class QShortcut;
 class QWidget;
 
 namespace quon::viewer {
@@ -22,8 +23,9 @@ class ViewerSession;
  * The window as a presenter wants it: nothing but the view, on the whole screen, and keys that do nothing.
  *
  * The library's manager holds the keys back (a presenter's remote control and a stray elbow are all the same to it);
- * the mouse works as always. With the keys it holds back the one that would end the mode: that one and Escape are
- * shortcuts of Qt's as long as the mode lasts, which the window gets before any key reaches the library.
+ * the mouse works as always. With the keys it holds back the one that would end the mode: the window itself takes that
+ * one and Escape as long as the mode lasts, before they reach the library. No shortcuts of Qt's do that: they are
+ * silent in a window that no window manager has activated.
  */
 class PresenterMode : public QObject {
     Q_OBJECT
@@ -53,6 +55,8 @@ public:
     /** Asks for all texts again, after the language changed. */
     void retranslate();
 
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 signals:
     /** About to be entered: the window is still as the user left it. */
     void aboutToEnter();
@@ -64,13 +68,13 @@ private:
     void enter();
     void hideAllButView();
     void showAllAgain();
+    bool isWayBack(const QKeyEvent& event) const;
     QString describe() const;
 
     QMainWindow& m_window;
     QWidget& m_view;
     ViewerSession& m_session;
-    QShortcut* m_key;    ///< what the command has; a child of the window
-    QShortcut* m_escape; ///< a child of the window
+    KeyBinding m_key; ///< what the command has
     PassingNotification m_notice;
     bool m_isOn = false;
     QByteArray m_panels;
