@@ -298,6 +298,8 @@ TEST_F(KoviewerProcessTest, ARandomModelIsRefused)
     const std::string file = m_folder.write("random.glb", noise);
 
     expectRefused(runHeadless(file, script()), file + ": is damaged, or not of the format that its name says");
+    m_platform = "offscreen";
+    expectRefused(run({file}), file + ": is damaged, or not of the format that its name says");
 }
 
 TEST_F(KoviewerProcessTest, AnUnknownFormatIsRefused)
