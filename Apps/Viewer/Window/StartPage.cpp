@@ -17,8 +17,9 @@ namespace quon::viewer {
 
 namespace {
 
-constexpr int FrameWidth = 460;
-constexpr int Margin = 32;
+constexpr int LargestFrameWidth = 460;
+constexpr int Margin = 28;
+constexpr int FrameShare = 1000;
 constexpr int PictureSize = 56;
 constexpr int LinkPadding = 8;
 
@@ -46,7 +47,7 @@ StartPage::StartPage(RecentFiles& files, QWidget* parent)
     // It does not keep a window large that has to be small.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
 
-    m_frame->setFixedWidth(FrameWidth);
+    m_frame->setMaximumWidth(LargestFrameWidth);
     auto* column = new QVBoxLayout(m_frame);
     column->setContentsMargins(Margin, Margin, Margin, Margin);
     column->setSpacing(10);
@@ -77,7 +78,12 @@ StartPage::StartPage(RecentFiles& files, QWidget* parent)
 
     auto* rows = new QVBoxLayout(this);
     rows->addStretch();
-    rows->addWidget(m_frame, 0, Qt::AlignHCenter);
+    auto* middle = new QHBoxLayout;
+    middle->addStretch(1);
+    // As wide as there is room for; what is left over goes to both sides.
+    middle->addWidget(m_frame, FrameShare);
+    middle->addStretch(1);
+    rows->addLayout(middle);
     rows->addStretch();
 
     m_open->setObjectName(QStringLiteral("startOpen"));
