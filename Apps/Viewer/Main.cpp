@@ -70,10 +70,18 @@ int report(const std::exception& error)
     return dynamic_cast<const DivergenceError*>(&error) != nullptr ? Diverged : BadInput;
 }
 
+// What is missing of a model is no reason not to show the rest.
 osg::RefPtr<osg::NodePtr> makeModel(const CommandLine& line)
 {
-    return line.partCount > 0 ? quon::viewer::AssemblyGenerator::generate(line.partCount)
-                              : quon::viewer::ModelLoader().load(line.model).root;
+    if (line.partCount > 0) {
+        return quon::viewer::AssemblyGenerator::generate(line.partCount);
+    }
+    const quon::viewer::LoadedModel model = quon::viewer::ModelLoader().load(line.model);
+    if (!model.missing.isEmpty()) {
+        const ViewerError warning(line.model, model.missing.join(QLatin1Char(' ')).toStdString());
+        std::fprintf(stderr, "koviewer: %s\n", warning.what());
+    }
+    return model.root;
 }
 
 void runBenchmark(const CommandLine& line, int& argc, char** argv)

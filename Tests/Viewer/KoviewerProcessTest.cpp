@@ -302,6 +302,18 @@ TEST_F(KoviewerProcessTest, ARandomModelIsRefused)
     expectRefused(run({file}), file + ": is damaged, or not of the format that its name says");
 }
 
+TEST_F(KoviewerProcessTest, AModelThatIsNotAllThereIsDrawnAndSaysWhatIsMissing)
+{
+    const std::string file =
+        m_folder.write("plate.obj", "mtllib red.mtl\no plate\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+
+    const Outcome outcome = runHeadless(file, script());
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, "koviewer: " + file + ": The file red.mtl is missing.\n");
+    EXPECT_THAT(pictures(), ElementsAre("01-picture.png"));
+}
+
 TEST_F(KoviewerProcessTest, AnUnknownFormatIsRefused)
 {
     const std::string file = m_folder.write("letter.txt", "Dear reader,\n");
