@@ -262,7 +262,7 @@ void MainWindow::addFileMenu()
     m_fileMenu->addSeparator();
     m_quitAction = m_fileMenu->addAction(QString(), this, &QWidget::close);
     // QKeySequence::Quit is empty outside the large desktops.
-    m_quitAction->setShortcut(Qt::CTRL | Qt::Key_Q);
+    m_quitAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
 }
 
 void MainWindow::addCommands()
