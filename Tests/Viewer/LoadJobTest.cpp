@@ -17,6 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -197,7 +198,8 @@ TEST_F(LoadJobTest, WhatAStubbornReaderBringsAfterTheCancellationIsDropped)
 TEST_F(LoadJobTest, CancelledWhileBuildingItLeavesNothing)
 {
     const std::size_t before = countLiveContainers();
-    LoadJob job("plates.obj", [&](const std::string&, const LoadControl&) { return makeData(50000); });
+    LoadJob job("plates.obj", [&](const std::string&, const LoadControl&) { return makeData(50); });
+    job.setSlice(std::chrono::milliseconds(0));
     listenTo(job);
     QObject::connect(&job, &LoadJob::progressed, [&](const QString& text, const double share) {
         if (text.startsWith(QStringLiteral("Building")) && share < 1) {
@@ -269,7 +271,8 @@ TEST_F(LoadJobTest, DestroyedWhileBuildingItLeavesNothing)
 {
     const std::size_t before = countLiveContainers();
     {
-        LoadJob job("plates.obj", [&](const std::string&, const LoadControl&) { return makeData(50000); });
+        LoadJob job("plates.obj", [&](const std::string&, const LoadControl&) { return makeData(50); });
+        job.setSlice(std::chrono::milliseconds(0));
         listenTo(job);
         job.start();
         waitUntil([&] { return m_events.size() > 1; });

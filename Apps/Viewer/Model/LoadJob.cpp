@@ -11,18 +11,10 @@
 #include <QFileInfo>
 #include <QLocale>
 
-#include <chrono>
 #include <exception>
 #include <utility>
 
 namespace quon::viewer {
-
-namespace {
-
-// Short enough that nobody notices at sixty frames a second.
-constexpr std::chrono::milliseconds Slice(6);
-
-} // namespace
 
 LoadJob::LoadJob(std::string file, Read read, QObject* parent)
     : QObject(parent)
@@ -129,7 +121,7 @@ void LoadJob::buildSlice()
     bool complete = false;
     try {
         const SceneChanges::Pause pause;
-        complete = m_builder->advance(ModelBuilder::Clock::now() + Slice);
+        complete = m_builder->advance(ModelBuilder::Clock::now() + m_slice);
     } catch (const std::exception& error) {
         fail(QString::fromStdString(ViewerError(getFile(), error.what()).what()));
         return;

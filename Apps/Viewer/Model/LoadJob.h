@@ -9,6 +9,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -34,12 +35,18 @@ public:
     /** Reads a file in the job's thread, as ModelReader::read() does. */
     using Read = std::function<ModelData(const std::string& file, const LoadControl& control)>;
 
+    /** Short enough that nobody notices at sixty frames a second. */
+    static constexpr std::chrono::milliseconds UsualSlice{6};
+
     /** @param read what reads the file; ModelReader::read() when it is left out */
     explicit LoadJob(std::string file, Read read = {}, QObject* parent = nullptr);
     ~LoadJob() override;
 
     LoadJob(const LoadJob&) = delete;
     LoadJob& operator=(const LoadJob&) = delete;
+
+    /** How long one slice of building may take; UsualSlice unless set. With 0, each slice builds one piece. */
+    void setSlice(std::chrono::milliseconds slice) { m_slice = slice; }
 
     /** Starts the thread. Further calls do nothing. */
     void start();
@@ -92,6 +99,7 @@ private:
 
     LoadedModel m_model;
     Read m_read;
+    std::chrono::milliseconds m_slice = UsualSlice;
     LoadControl m_control;
     std::thread m_thread;
     State m_state = State::Waiting;

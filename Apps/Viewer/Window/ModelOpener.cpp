@@ -36,6 +36,7 @@ void ModelOpener::open(const std::string& file)
 {
     cancel();
     m_job = new LoadJob(file, m_read, this);
+    m_job->setSlice(m_slice);
     connect(m_job, &LoadJob::progressed, this, &ModelOpener::progressed);
     connect(m_job, &LoadJob::finished, this, [this](const LoadedModel& model) {
         forget();

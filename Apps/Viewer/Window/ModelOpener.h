@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -37,6 +38,9 @@ public:
     /** Replaces what reads files in later loads; empty for ModelReader::read(). */
     void setRead(LoadJob::Read read) { m_read = std::move(read); }
 
+    /** How long one slice of building may take in later loads, see LoadJob::setSlice(). */
+    void setSlice(std::chrono::milliseconds slice) { m_slice = slice; }
+
     /** Returns the filters of a file dialog: all models, each format by name, all files. */
     static QStringList getNameFilters();
 
@@ -61,6 +65,7 @@ private:
     void forget();
 
     LoadJob::Read m_read;
+    std::chrono::milliseconds m_slice = LoadJob::UsualSlice;
     LoadJob* m_job = nullptr; ///< under way; a child, as those are that were cancelled and not settled yet
 };
 
