@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <SceneUtilities/NodeUtils.h>
+
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGColor.h>
@@ -124,6 +126,16 @@ inline osg::Matrix translation(const float x, const float y, const float z)
     osg::Matrix matrix;
     matrix.setTranslate(x, y, z);
     return matrix;
+}
+
+/** A named transform node with a box below it, as the loader makes parts. */
+inline osg::NodePtr makePart(const char* name, const osg::Pnt3f& minimum, const osg::Pnt3f& maximum,
+                             const osg::Color3f& colour = osg::Color3f(1, 0, 0))
+{
+    const osg::NodePtr part =
+        makeTransform(osg::Matrix(), {makeNode(makeBox(minimum, maximum, makePlainMaterial(colour)))});
+    NodeUtils::setName(part, name, false);
+    return part;
 }
 
 inline void setTravMask(const osg::NodePtr& node, const osg::UInt32 mask)

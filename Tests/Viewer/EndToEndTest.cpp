@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "Support/DrawnScene.h"
 #include "Support/LiveContainers.h"
+#include "Support/NotificationTexts.h"
 #include "Support/UserInput.h"
+#include "Support/ViewportPixel.h"
 
-#include "Viewer/Model/Matrix4.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
 #include <Interaction/InteractionManager.h>
 #include <Interaction/NodeSelectionModel.h>
 #include <Interaction/SelectionManager.h>
-#include <Notification/NotificationManager.h>
-#include <Notification/TextNotification.h>
 #include <SceneUtilities/NodeUtils.h>
 #include <SceneUtilities/koNodeUtils.h>
 
@@ -53,10 +52,10 @@ protected:
     {
         m_viewport.resize(300, 100);
         m_viewport.show();
-        m_red = addPart("red", osg::Pnt3f(-6, -1, -1), osg::Pnt3f(-4, 1, 1), osg::Color3f(1, 0, 0));
-        m_green = addPart("green", osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::Color3f(0, 1, 0));
-        m_blue = addPart("blue", osg::Pnt3f(4, -1, -1), osg::Pnt3f(6, 1, 1), osg::Color3f(0, 0, 1));
-        m_screen = addPart("screen", osg::Pnt3f(0, -2, 2), osg::Pnt3f(2, 2, 2.1F), osg::Color3f(1, 1, 1));
+        m_red = makePart("red", osg::Pnt3f(-6, -1, -1), osg::Pnt3f(-4, 1, 1), osg::Color3f(1, 0, 0));
+        m_green = makePart("green", osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::Color3f(0, 1, 0));
+        m_blue = makePart("blue", osg::Pnt3f(4, -1, -1), osg::Pnt3f(6, 1, 1), osg::Color3f(0, 0, 1));
+        m_screen = makePart("screen", osg::Pnt3f(0, -2, 2), osg::Pnt3f(2, 2, 2.1F), osg::Color3f(1, 1, 1));
         const osg::NodePtr model = makeGroup();
         NodeUtils::setName(model, "model", false);
         for (const osg::NodePtr& part : {m_red, m_green, m_blue, m_screen}) {
@@ -68,30 +67,16 @@ protected:
         m_plain = m_viewport.grabScene();
     }
 
-    // A named transform node with geometry below, as the loader makes them.
-    static osg::NodePtr addPart(const char* name, const osg::Pnt3f& minimum, const osg::Pnt3f& maximum,
-                                const osg::Color3f& colour)
-    {
-        const osg::NodePtr part =
-            makeTransform(osg::Matrix(), {makeNode(makeBox(minimum, maximum, makePlainMaterial(colour)))});
-        NodeUtils::setName(part, name, false);
-        return part;
-    }
-
     // The pixel that shows a place of the world.
-    QPoint pixelOf(const float x, const float y, const float z) const
+    QPoint pixelOf(const float x, const float y, const float z)
     {
-        const viewer::Vector4 clip =
-            viewer::Matrix4(const_cast<viewer::ViewerSession&>(m_session).getCamera().getWorldToClip())
-                .transform(osg::Pnt3f(x, y, z));
-        return QPoint(static_cast<int>((clip[0] / clip[3] + 1) / 2 * m_viewport.width()),
-                      static_cast<int>((1 - clip[1] / clip[3]) / 2 * m_viewport.height()));
+        return findPixel(m_session, m_viewport.size(), osg::Pnt3f(x, y, z));
     }
 
-    QPoint onRed() const { return pixelOf(-5, 0, 1); }
-    QPoint onGreen() const { return pixelOf(-0.5F, 0, 1); }
-    QPoint onBlue() const { return pixelOf(5, 0, 1); }
-    QPoint besideAll() const { return pixelOf(-2.5F, 0, 0); }
+    QPoint onRed() { return pixelOf(-5, 0, 1); }
+    QPoint onGreen() { return pixelOf(-0.5F, 0, 1); }
+    QPoint onBlue() { return pixelOf(5, 0, 1); }
+    QPoint besideAll() { return pixelOf(-2.5F, 0, 0); }
 
     const std::set<osg::NodePtr>& selection() { return m_session.getSelection().getSelection(); }
 
@@ -147,21 +132,12 @@ protected:
     }
 
     // The pixels around a part, its box included.
-    QRect around(const float x) const
+    QRect around(const float x)
     {
         return QRect(pixelOf(x - 1.4F, 1.4F, 1), pixelOf(x + 1.4F, -1.4F, 1)).intersected(m_viewport.rect());
     }
 
-    // The whole of one visualisation, which is what the user sees of the selection.
-    static std::vector<std::string> notifications()
-    {
-        std::vector<std::string> texts;
-        for (const notification::Notification* entry :
-             notification::NotificationManager::getInstance()->getNotifications()) {
-            texts.push_back(dynamic_cast<const notification::TextNotification&>(*entry).getText());
-        }
-        return texts;
-    }
+    static std::vector<std::string> notifications() { return getNotificationTexts(); }
 
     viewer::ViewerSession m_session;
     viewer::Viewport m_viewport;
@@ -543,7 +519,7 @@ TEST_F(EndToEndTest, AnotherModelTakesThePlaceOfTheOldOne)
     m_user.click(onRed());
     const osg::UInt32 id = osg::getContainerId(m_red);
     const osg::NodePtr other =
-        makeGroup({addPart("other", osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::Color3f(1, 0, 1))});
+        makeGroup({makePart("other", osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::Color3f(1, 0, 1))});
 
     m_session.setModel(other);
     m_session.getCamera().setStandardView("front");

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Support/NotificationTexts.h"
 #include "Support/TemporaryFolder.h"
 
 #include "Viewer/Session/Commands.h"
@@ -10,8 +11,6 @@
 #include "Viewer/Window/ShortcutsDialog.h"
 #include "Viewer/Window/Viewport.h"
 
-#include <Notification/NotificationManager.h>
-#include <Notification/TextNotification.h>
 #include <Shortcut/koShortcut.h>
 
 #include <QAction>
@@ -95,14 +94,7 @@ protected:
         return descriptions;
     }
 
-    static std::vector<std::string> notifications()
-    {
-        std::vector<std::string> texts;
-        for (notification::Notification* each : notification::NotificationManager::getInstance()->getNotifications()) {
-            texts.push_back(static_cast<notification::TextNotification*>(each)->getText());
-        }
-        return texts;
-    }
+    static std::vector<std::string> notifications() { return getNotificationTexts(); }
 
     TemporaryFolder m_folder;
     viewer::Settings m_settings;

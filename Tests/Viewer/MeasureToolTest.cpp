@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "Support/DrawnScene.h"
+#include "Support/NotificationTexts.h"
 #include "Support/UserInput.h"
 
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
 #include <Interaction/NodeSelectionModel.h>
-#include <Notification/NotificationManager.h>
-#include <Notification/TextNotification.h>
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -99,15 +98,7 @@ protected:
     std::string distance() { return content().texts.distance.toStdString(); }
     std::string mode() { return m_session.getTools().getCurrentMode(); }
 
-    static std::vector<std::string> notifications()
-    {
-        std::vector<std::string> texts;
-        for (const notification::Notification* entry :
-             notification::NotificationManager::getInstance()->getNotifications()) {
-            texts.push_back(dynamic_cast<const notification::TextNotification&>(*entry).getText());
-        }
-        return texts;
-    }
+    static std::vector<std::string> notifications() { return getNotificationTexts(); }
 
     viewer::ViewerSession m_session;
     viewer::Viewport m_viewport;

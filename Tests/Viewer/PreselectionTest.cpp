@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Support/DrawnScene.h"
 #include "Support/UserInput.h"
+#include "Support/ViewportPixel.h"
 
-#include "Viewer/Model/Matrix4.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -37,8 +37,8 @@ protected:
     {
         m_viewport.resize(300, 200);
         m_viewport.show();
-        m_left = makePart("left", -3);
-        m_right = makePart("right", 3);
+        m_left = makePart("left", osg::Pnt3f(-4, -1, -1), osg::Pnt3f(-2, 1, 1));
+        m_right = makePart("right", osg::Pnt3f(2, -1, -1), osg::Pnt3f(4, 1, 1));
         m_model = makeGroup({m_left, m_right});
         NodeUtils::setName(m_model, "model", false);
         m_session.setModel(m_model);
@@ -46,22 +46,7 @@ protected:
         m_session.beginFrame();
     }
 
-    static osg::NodePtr makePart(const char* name, const float x)
-    {
-        const osg::NodePtr part = makeTransform(
-            translation(x, 0, 0),
-            {makeNode(makeBox(osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), makePlainMaterial(osg::Color3f(1, 0, 0))))});
-        NodeUtils::setName(part, name, false);
-        return part;
-    }
-
-    QPoint at(const float x, const float y)
-    {
-        const viewer::Vector4 clip =
-            viewer::Matrix4(m_session.getCamera().getWorldToClip()).transform(osg::Pnt3f(x, y, 1));
-        return QPoint(static_cast<int>((clip[0] / clip[3] + 1) / 2 * m_viewport.width()),
-                      static_cast<int>((1 - clip[1] / clip[3]) / 2 * m_viewport.height()));
-    }
+    QPoint at(const float x, const float y) { return findPixel(m_session, m_viewport.size(), osg::Pnt3f(x, y, 1)); }
 
     const std::set<osg::NodePtr>& preselected() { return m_session.getPreselection().getModel().getSelection(); }
     const std::set<osg::NodePtr>& selected() { return m_session.getSelection().getSelection(); }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Support/CallLog.h"
+#include "Support/NotificationTexts.h"
 #include "Support/RecordingContext.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/UserInput.h"
@@ -11,8 +12,6 @@
 
 #include <Interaction/InteractionManager.h>
 #include <Interaction/NodeSelectionModel.h>
-#include <Notification/NotificationManager.h>
-#include <Notification/TextNotification.h>
 
 #include <QAction>
 #include <QDialog>
@@ -95,16 +94,7 @@ protected:
 
     QToolBar* toolBar() { return m_window.findChild<QToolBar*>(QStringLiteral("toolBar")); }
 
-    static std::vector<std::string> notices()
-    {
-        std::vector<std::string> texts;
-        for (notification::Notification* each : notification::NotificationManager::getInstance()->getNotifications()) {
-            if (each->getName() == "presenter") {
-                texts.push_back(static_cast<notification::TextNotification*>(each)->getText());
-            }
-        }
-        return texts;
-    }
+    static std::vector<std::string> notices() { return getNotificationTexts("presenter"); }
 
     viewer::ViewerSession m_session;
     viewer::MainWindow m_window;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Support/NotificationTexts.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/UserInput.h"
 
@@ -7,9 +8,6 @@
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/RecordingControl.h"
 #include "Viewer/Window/Viewport.h"
-
-#include <Notification/NotificationManager.h>
-#include <Notification/TextNotification.h>
 
 #include <QApplication>
 
@@ -51,15 +49,7 @@ protected:
         QApplication::processEvents();
     }
 
-    static std::vector<std::string> notifications()
-    {
-        std::vector<std::string> texts;
-        for (const notification::Notification* entry :
-             notification::NotificationManager::getInstance()->getNotifications()) {
-            texts.push_back(dynamic_cast<const notification::TextNotification&>(*entry).getText());
-        }
-        return texts;
-    }
+    static std::vector<std::string> notifications() { return getNotificationTexts(); }
 
     TemporaryFolder m_folder;
     viewer::ViewerSession m_session;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "Support/CountingPicker.h"
 #include "Support/DrawnScene.h"
 #include "Support/UserInput.h"
+#include "Support/ViewportPixel.h"
 
-#include "Viewer/Model/Matrix4.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -27,27 +28,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
-/** Counts what reaches the back end. */
-class CountingPicker : public viewer::EmbreePicker {
-public:
-    int picks = 0;
-    int regions = 0;
-
-protected:
-    void computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,
-                       osg::MaterialPtr& material, osg::SelectionOption* option) override
-    {
-        ++picks;
-        EmbreePicker::computePicked(node, point, normal, uv, material, option);
-    }
-
-    void computePickedNodes(std::vector<osg::NodePtr>* nodes, osg::SelectionOption* option) override
-    {
-        ++regions;
-        EmbreePicker::computePickedNodes(nodes, option);
-    }
-};
-
 /**
  * Three boxes in a row, seen from the front: left, middle, right. Behind the middle one is a smaller box, which it
  * hides.
@@ -62,10 +42,10 @@ protected:
     {
         m_viewport.resize(300, 100);
         m_viewport.show();
-        m_left = addPart("left", osg::Pnt3f(-6, -1, -1), osg::Pnt3f(-4, 1, 1));
-        m_middle = addPart("middle", osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1));
-        m_right = addPart("right", osg::Pnt3f(4, -1, -1), osg::Pnt3f(6, 1, 1));
-        m_behind = addPart("behind", osg::Pnt3f(-0.5F, -0.5F, -3), osg::Pnt3f(0.5F, 0.5F, -2));
+        m_left = makePart("left", osg::Pnt3f(-6, -1, -1), osg::Pnt3f(-4, 1, 1));
+        m_middle = makePart("middle", osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1));
+        m_right = makePart("right", osg::Pnt3f(4, -1, -1), osg::Pnt3f(6, 1, 1));
+        m_behind = makePart("behind", osg::Pnt3f(-0.5F, -0.5F, -3), osg::Pnt3f(0.5F, 0.5F, -2));
         m_model = makeGroup({m_left, m_middle, m_right, m_behind});
         NodeUtils::setName(m_model, "model", false);
         m_session.setModel(m_model);
@@ -86,22 +66,8 @@ protected:
         m_picker.setRoot(osg::NullFC);
     }
 
-    static osg::NodePtr addPart(const char* name, const osg::Pnt3f& minimum, const osg::Pnt3f& maximum)
-    {
-        const osg::NodePtr geometry = makeNode(makeBox(minimum, maximum, makePlainMaterial(osg::Color3f(1, 0, 0))));
-        const osg::NodePtr part = makeTransform(osg::Matrix(), {geometry});
-        NodeUtils::setName(part, name, false);
-        return part;
-    }
-
     // The pixel that shows a place of the plane z = 1, where the boxes have their fronts.
-    QPoint at(const float x, const float y)
-    {
-        const viewer::Vector4 clip =
-            viewer::Matrix4(m_session.getCamera().getWorldToClip()).transform(osg::Pnt3f(x, y, 1));
-        return QPoint(static_cast<int>((clip[0] / clip[3] + 1) / 2 * m_viewport.width()),
-                      static_cast<int>((1 - clip[1] / clip[3]) / 2 * m_viewport.height()));
-    }
+    QPoint at(const float x, const float y) { return findPixel(m_session, m_viewport.size(), osg::Pnt3f(x, y, 1)); }
 
     void shiftDrag(const QPoint& from, const QPoint& to) { m_user.drag(from, to, Qt::LeftButton, Qt::ShiftModifier); }
 
@@ -327,14 +293,14 @@ TEST_F(SelectionToolTest, ARectangleIsQueriedOncePerFrameAndOnceAtTheEnd)
     for (int i = 0; i < 50; ++i) {
         m_user.move(at(-6, 1) + QPoint(i, 0), Qt::ShiftModifier);
     }
-    EXPECT_EQ(m_picker.regions, 0);
+    EXPECT_EQ(m_picker.nodePicks, 0);
     m_session.beginFrame();
-    EXPECT_EQ(m_picker.regions, 1);
+    EXPECT_EQ(m_picker.nodePicks, 1);
     m_session.beginFrame();
-    EXPECT_EQ(m_picker.regions, 1);
+    EXPECT_EQ(m_picker.nodePicks, 1);
 
     m_user.release(at(-6, 1) + QPoint(49, 0), Qt::LeftButton, Qt::ShiftModifier);
-    EXPECT_EQ(m_picker.regions, 1);
+    EXPECT_EQ(m_picker.nodePicks, 1);
     EXPECT_EQ(m_picker.picks, 0);
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Support/NotificationTexts.h"
 #include "Support/TemporaryFolder.h"
 
 #include "Viewer/Session/Settings.h"
@@ -7,9 +8,6 @@
 #include "Viewer/Window/MainWindow.h"
 #include "Viewer/Window/ShortcutsDialog.h"
 #include "Viewer/Window/Viewport.h"
-
-#include <Notification/NotificationManager.h>
-#include <Notification/TextNotification.h>
 
 #include <QToolBar>
 #include <QTreeWidget>
@@ -46,16 +44,7 @@ public:
     viewer::MainWindow& window() { return m_window; }
     viewer::Viewport& viewport() { return m_window.getViewport(); }
 
-    std::vector<std::string> problems() const
-    {
-        std::vector<std::string> texts;
-        for (notification::Notification* each : notification::NotificationManager::getInstance()->getNotifications()) {
-            if (each->getName() == "settings") {
-                texts.push_back(static_cast<notification::TextNotification*>(each)->getText());
-            }
-        }
-        return texts;
-    }
+    static std::vector<std::string> problems() { return getNotificationTexts("settings"); }
 
 private:
     viewer::Settings m_settings;
