@@ -16,6 +16,7 @@
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGState.h>
 
+#include <array>
 #include <string>
 
 namespace quon::interaction {
@@ -80,8 +81,9 @@ osg::GeoPTypesUI8Ptr createTypes()
 {
     const osg::GeoPTypesUI8Ptr types = osg::GeoPTypesUI8::create();
     const osg::CPEditor edit(types);
-    types->addValue(GL_LINE_STRIP);
-    types->addValue(GL_LINES);
+    types->resize(2);
+    types->setValue(GL_LINE_STRIP, 0);
+    types->setValue(GL_LINES, 1);
     return types;
 }
 
@@ -89,20 +91,22 @@ osg::GeoPLengthsUI32Ptr createLengths()
 {
     const osg::GeoPLengthsUI32Ptr lengths = osg::GeoPLengthsUI32::create();
     const osg::CPEditor edit(lengths);
-    lengths->addValue(10);
-    lengths->addValue(6);
+    lengths->resize(2);
+    lengths->setValue(10, 0);
+    lengths->setValue(6, 1);
     return lengths;
 }
 
 osg::GeoIndicesUI32Ptr createIndices()
 {
     // The strip draws the bottom face, one vertical edge and the top face, the lines the other vertical edges.
-    constexpr osg::UInt32 values[] = {0, 1, 3, 2, 0, 4, 5, 7, 6, 4, 1, 5, 2, 6, 3, 7};
+    constexpr std::array<osg::UInt32, 16> values{0, 1, 3, 2, 0, 4, 5, 7, 6, 4, 1, 5, 2, 6, 3, 7};
 
     const osg::GeoIndicesUI32Ptr indices = osg::GeoIndicesUI32::create();
     const osg::CPEditor edit(indices);
-    for (const osg::UInt32 value : values) {
-        indices->addValue(value);
+    indices->resize(values.size());
+    for (osg::UInt32 i = 0; i < values.size(); ++i) {
+        indices->setValue(values[i], i);
     }
     return indices;
 }
@@ -115,8 +119,9 @@ osg::GeoPositions3fPtr createPositions()
 
     const osg::GeoPositions3fPtr positions = osg::GeoPositions3f::create();
     const osg::CPEditor edit(positions);
+    positions->resize(cornerCount);
     for (osg::UInt32 i = 0; i < cornerCount; ++i) {
-        positions->addValue(getCorner(i, min, max));
+        positions->setValue(getCorner(i, min, max), i);
     }
     return positions;
 }
