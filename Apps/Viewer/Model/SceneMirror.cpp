@@ -390,12 +390,6 @@ void SceneMirror::removeRecord(const std::uint32_t place)
     m_free.push_back(place);
 }
 
-std::uint32_t SceneMirror::findPlace(const osg::UInt32 id) const
-{
-    const auto found = m_places.find(id);
-    return found == m_places.end() ? None : found->second;
-}
-
 std::uint32_t SceneMirror::addRecord(const osg::NodePtr& node, const osg::UInt32 id)
 {
     std::uint32_t place = 0;
@@ -410,7 +404,7 @@ std::uint32_t SceneMirror::addRecord(const osg::NodePtr& node, const osg::UInt32
     record.node = node;
     record.id = id;
     record.used = true;
-    m_places.emplace(id, place);
+    m_places.set(id, place);
     return place;
 }
 

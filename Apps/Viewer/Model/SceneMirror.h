@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Model/IdTable.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/SceneTraversal.h"
 
@@ -10,7 +11,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 namespace quon::viewer {
@@ -81,7 +81,7 @@ public:
     std::size_t getNodeCount() const { return m_places.size(); }
 
 private:
-    static constexpr std::uint32_t None = 0xFFFFFFFF;
+    static constexpr std::uint32_t None = IdTable::None;
 
     /** A node that a traversal reached. */
     struct Record {
@@ -103,7 +103,7 @@ private:
     bool enterNode(const osg::NodePtr& node) override;
     void visitGeometry(const GeometryInstance& instance) override;
 
-    std::uint32_t findPlace(osg::UInt32 id) const;
+    std::uint32_t findPlace(const osg::UInt32 id) const { return m_places.find(id); }
     std::uint32_t addRecord(const osg::NodePtr& node, osg::UInt32 id);
     void link(std::uint32_t place, std::uint32_t parent);
     void unlink(std::uint32_t place);
@@ -125,9 +125,9 @@ private:
     std::uint64_t m_sumAboveRoot = 0;
     std::vector<Record> m_records;
     std::vector<std::uint32_t> m_free;
-    std::unordered_map<osg::UInt32, std::uint32_t> m_places; ///< of the records by id of the node
-    std::vector<osg::UInt32> m_pending;                      ///< ids of nodes to look at
-    std::vector<std::uint32_t> m_stack;                      ///< to walk without recursion
+    IdTable m_places;                   ///< of the records by id of the node
+    std::vector<osg::UInt32> m_pending; ///< ids of nodes to look at
+    std::vector<std::uint32_t> m_stack; ///< to walk without recursion
     std::uint32_t m_visit = 0;
     std::uint32_t m_entered = None; ///< the record of the node that the traversal reached last
     std::size_t m_checksPerUpdate = 2000;
