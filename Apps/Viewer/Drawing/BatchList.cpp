@@ -106,8 +106,9 @@ public:
     {
         const auto first = static_cast<osg::UInt32>(data.vertexCount);
         const VertexFormat& format = data.format;
-        for (std::size_t i = 0; i < mesh.positions.size(); ++i) {
-            std::byte* const vertex = data.addVertex();
+        const std::size_t size = format.getSize();
+        std::byte* vertex = data.addVertices(mesh.positions.size());
+        for (std::size_t i = 0; i < mesh.positions.size(); ++i, vertex += size) {
             float position[3];
             transform(mesh.positions[i], position);
             std::memcpy(vertex, position, sizeof position);
@@ -158,9 +159,10 @@ private:
     static void append(std::vector<osg::UInt32>& target, const std::vector<osg::UInt32>& source,
                        const osg::UInt32 first)
     {
-        for (const osg::UInt32 index : source) {
-            target.push_back(first + index);
-        }
+        const std::size_t before = target.size();
+        target.resize(before + source.size());
+        std::transform(source.begin(), source.end(), target.begin() + static_cast<std::ptrdiff_t>(before),
+                       [first](const osg::UInt32 index) { return first + index; });
     }
 
     double m_columns[4][3];

@@ -34,12 +34,12 @@ void fillIndices(const VertexData& data)
 
 } // namespace
 
-std::byte* VertexData::addVertex()
+std::byte* VertexData::addVertices(const std::size_t count)
 {
-    const std::size_t size = format.getSize();
-    vertices.resize(vertices.size() + size);
-    ++vertexCount;
-    return vertices.data() + vertices.size() - size;
+    const std::size_t before = vertices.size();
+    vertices.resize(before + count * format.getSize());
+    vertexCount += count;
+    return vertices.data() + before;
 }
 
 void VertexData::clear()

@@ -53,8 +53,8 @@ struct VertexData {
     std::vector<osg::UInt32> lines;
     std::vector<osg::UInt32> points;
 
-    /** Makes room for one more vertex and returns its place. */
-    std::byte* addVertex();
+    /** Makes room for more vertices, all zero, and returns the place of the first. */
+    std::byte* addVertices(std::size_t count);
     void clear();
 };
 
