@@ -99,9 +99,9 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     // Cheap checks first: nothing is loaded for a script that cannot run to its end.
     quon::viewer::OutputFolder output(line.out);
     const quon::viewer::Script script = quon::viewer::Script::load(line.script);
-    std::unique_ptr<InputRecorder> recorder;
+    std::unique_ptr<InputRecorder> openedRecorder;
     if (!line.record.empty()) {
-        recorder = std::make_unique<InputRecorder>(line.record);
+        openedRecorder = std::make_unique<InputRecorder>(line.record);
     }
 
     // No window system is needed: the scene is drawn through EGL, the texts over it into an image.
@@ -114,6 +114,8 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     quon::viewer::Viewport viewport(session, quon::viewer::Viewport::Target::Pictures);
     viewport.resize(960, 640);
     viewport.show();
+    // Ends before what it watches does, also where the script does not reach its end.
+    const std::unique_ptr<InputRecorder> recorder = std::move(openedRecorder);
     session.setModel(makeModel(line).get());
     if (recorder != nullptr) {
         recorder->start(session, viewport, getModelName(line));

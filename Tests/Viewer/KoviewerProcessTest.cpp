@@ -216,6 +216,18 @@ TEST_F(KoviewerProcessTest, ARecordingOnAFullDiskIsReportedAtTheEnd)
     EXPECT_EQ(outcome.error, "koviewer: /dev/full: cannot be written: No space left on device\n");
 }
 
+TEST_F(KoviewerProcessTest, AScriptThatCannotGoOnLeavesItsRecordingBehind)
+{
+    const std::string recording = m_folder.path("recording.txt");
+    const std::string file = m_folder.write("script.txt", "size 80 60\ncommand select-all\nclick-part nobody\n");
+
+    const Outcome outcome = runAssembly(20, file, {"--record", recording});
+
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.error, "koviewer: " + file + ":3: no part is named 'nobody'\n");
+    EXPECT_THAT(m_folder.read("recording.txt"), ContainsRegex("\ncommand select-all  # .*\nexpect-selection 20 .*\n$"));
+}
+
 TEST_F(KoviewerProcessTest, ABenchmarkPrintsARowForEverythingItMeasures)
 {
     const Outcome outcome = run({"--benchmark", "--generate", "400"});
