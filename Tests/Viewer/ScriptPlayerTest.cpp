@@ -7,10 +7,12 @@
 #include "Viewer/Window/MainWindow.h"
 #include "Viewer/Window/Viewport.h"
 
+#include <Interaction/NodeSelectionModel.h>
 #include <Notification/NotificationManager.h>
 #include <Notification/TextNotification.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QtTest>
 
 #include <gmock/gmock.h>
@@ -108,6 +110,36 @@ TEST_F(ScriptPlayerTest, TheUsersInputWaitsUntilTheEnd)
 
     EXPECT_FALSE(m_session.isDark());
     EXPECT_EQ(m_session.getPicker().getPointer(), pointer);
+}
+
+TEST_F(ScriptPlayerTest, WhereTheUserGoesMeanwhileLeavesTheScriptAlone)
+{
+    setModel();
+    m_window.activateWindow();
+    m_window.getViewport().setFocus();
+    bool hadFocus = false;
+    int parts = 0;
+    m_session.getCommands().setCommand("fit", {[&] {
+                                                   hadFocus = m_window.getViewport().hasFocus();
+                                                   m_window.findChild<QLineEdit*>(QStringLiteral("search"))->setFocus();
+                                                   QEvent leave(QEvent::Leave);
+                                                   QApplication::sendEvent(&m_window.getViewport(), &leave);
+                                               },
+                                               {},
+                                               {}});
+    m_session.getCommands().setCommand(
+        "dark", {[&] { parts = static_cast<int>(m_session.getSelection().getSelection().size()); }, {}, {}});
+
+    // To the left: whatever the rectangle touches.
+    play("exact\nsize 500 400\npress 490 390 shift\nmove 5 5 shift\ncommand fit\nrelease 5 5 shift\ncommand dark\n"
+         "press 10 10 shift\nmove 490 390 shift\nfocusout\nrelease 490 390 shift\nexpect-selection 20");
+    ASSERT_TRUE(waitForEnd());
+
+    EXPECT_TRUE(hadFocus);
+    EXPECT_FALSE(m_window.getViewport().hasFocus());
+    EXPECT_EQ(parts, 20);
+    // The script's own ones arrive all the same.
+    EXPECT_THAT(m_failures, IsEmpty());
 }
 
 TEST_F(ScriptPlayerTest, EscapeEndsTheScript)

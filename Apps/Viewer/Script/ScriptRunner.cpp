@@ -161,12 +161,12 @@ void ScriptRunner::run(const ScriptCommand& command)
         break;
     case Kind::Leave: {
         QEvent event(QEvent::Leave);
-        QApplication::sendEvent(&m_viewport, &event);
+        send(event);
         break;
     }
     case Kind::FocusOut: {
         QFocusEvent event(QEvent::FocusOut);
-        QApplication::sendEvent(&m_viewport, &event);
+        send(event);
         break;
     }
     case Kind::Key:
@@ -241,13 +241,20 @@ void ScriptRunner::run(const ScriptCommand& command)
     }
 }
 
+void ScriptRunner::send(QEvent& event)
+{
+    m_sent = &event;
+    QApplication::sendEvent(&m_viewport, &event);
+    m_sent = nullptr;
+}
+
 void ScriptRunner::sendMouse(const QEvent::Type type, const QPoint& position, const Qt::MouseButton button,
                              const Qt::KeyboardModifiers modifiers)
 {
     // A press reports its own button among those held, a release no longer does.
     m_buttons.setFlag(button, type != QEvent::MouseButtonRelease);
     QMouseEvent event(type, position, m_viewport.mapToGlobal(position), button, m_buttons, modifiers);
-    QApplication::sendEvent(&m_viewport, &event);
+    send(event);
 }
 
 void ScriptRunner::moveTo(const QPoint& position, const Qt::KeyboardModifiers modifiers)
@@ -262,7 +269,7 @@ void ScriptRunner::sendMove(const QPoint& position, const Qt::KeyboardModifiers 
     m_position = position;
     QMouseEvent event(QEvent::MouseMove, position, m_viewport.mapToGlobal(position), Qt::NoButton, m_buttons,
                       modifiers);
-    QApplication::sendEvent(&m_viewport, &event);
+    send(event);
 }
 
 void ScriptRunner::click(const QPoint& position, const Qt::MouseButton button, const Qt::KeyboardModifiers modifiers)
@@ -299,7 +306,7 @@ void ScriptRunner::sendWheel(const ScriptCommand& command)
     const QPoint delta(0, static_cast<int>(command.numbers[2]) * QWheelEvent::DefaultDeltasPerStep);
     QWheelEvent event(position, m_viewport.mapToGlobal(position), QPoint(), delta, m_buttons, command.modifiers,
                       Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&m_viewport, &event);
+    send(event);
 }
 
 void ScriptRunner::sendScroll(const ScriptCommand& command)
@@ -310,7 +317,7 @@ void ScriptRunner::sendScroll(const ScriptCommand& command)
     const QPoint pixels(static_cast<int>(numbers[4]), static_cast<int>(numbers[5]));
     QWheelEvent event(position, m_viewport.mapToGlobal(QPoint()) + position, pixels, angle, m_buttons,
                       command.modifiers, command.phase, command.inverted);
-    QApplication::sendEvent(&m_viewport, &event);
+    send(event);
 }
 
 void ScriptRunner::sendGesture(const ScriptCommand& command)
@@ -320,13 +327,13 @@ void ScriptRunner::sendGesture(const ScriptCommand& command)
     QNativeGestureEvent event(Script::readGesture(command.text), nullptr, position, position, global,
                               command.numbers[2], 0, 0);
     event.setModifiers(command.modifiers);
-    QApplication::sendEvent(&m_viewport, &event);
+    send(event);
 }
 
 void ScriptRunner::sendKey(const QEvent::Type type, const ScriptCommand& command)
 {
     QKeyEvent event(type, command.key, command.modifiers, QString(), command.repeated);
-    QApplication::sendEvent(&m_viewport, &event);
+    send(event);
 }
 
 void ScriptRunner::resize(const QSize& size)

@@ -61,6 +61,9 @@ public:
     /** Carries out one command of @p script, as run() does. */
     void run(const Script& script, const ScriptCommand& command);
 
+    /** Whether @p event is the one that a command is sending now, and none of the window system or of the user. */
+    bool isSending(const QEvent& event) const { return m_sent == &event; }
+
 private:
     struct VisiblePart {
         osg::NodePtr node;
@@ -68,6 +71,7 @@ private:
     };
 
     void run(const ScriptCommand& command);
+    void send(QEvent& event);
     void resize(const QSize& size);
     void sendMouse(QEvent::Type type, const QPoint& position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void moveTo(const QPoint& position, Qt::KeyboardModifiers modifiers);
@@ -92,6 +96,7 @@ private:
     OutputFolder* m_output;
     bool m_exact = false; ///< send no moves but those that the script names
     QSize m_windowSize;   ///< before the script changed that of the viewport within
+    const QEvent* m_sent = nullptr;
     QPoint m_position;
     Qt::MouseButtons m_buttons = Qt::NoButton;
 };

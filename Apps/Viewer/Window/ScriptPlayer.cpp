@@ -77,8 +77,8 @@ void ScriptPlayer::stop()
     if (m_runner == nullptr) {
         return;
     }
-    m_runner.reset();
     QApplication::instance()->removeEventFilter(this);
+    m_runner.reset();
     notification::NotificationManager::getInstance()->removeNotification(m_notification);
     m_notification = nullptr;
 }
@@ -92,6 +92,10 @@ void ScriptPlayer::retranslate()
 
 bool ScriptPlayer::eventFilter(QObject* watched, QEvent* event)
 {
+    // Qt sends these itself, when the user goes to another window or points to another widget.
+    if (event->type() == QEvent::FocusOut || event->type() == QEvent::Leave) {
+        return watched == &m_viewport && !m_runner->isSending(*event);
+    }
     // The script's own events are not spontaneous: those of the window system are.
     if (!event->spontaneous() || !watched->isWidgetType()) {
         return false;
@@ -118,8 +122,10 @@ bool ScriptPlayer::eventFilter(QObject* watched, QEvent* event)
     case QEvent::MouseMove:
     case QEvent::Wheel:
     case QEvent::NativeGesture:
-    case QEvent::Leave:
-    case QEvent::FocusOut:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
         return watched == &m_viewport;
     default:
         return false;
