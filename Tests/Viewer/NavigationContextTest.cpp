@@ -22,6 +22,7 @@
 #include <cmath>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace quon::testing {
 
@@ -252,6 +253,52 @@ TEST_F(NavigationContextTest, NothingRepeatsOnceTheReleaseCannotArrive)
     m_manager.addContext(&m_context);
     EXPECT_FALSE(m_context.repeatSteps());
     EXPECT_EQ(m_changes, 3) << "the three presses";
+}
+
+TEST_F(NavigationContextTest, ViewsAreTakenUpOnce)
+{
+    for (const char* view : {"iso", "front", "back", "left", "right", "top", "bottom"}) {
+        EXPECT_TRUE(send(std::string("navigate:") + view, "trigger"));
+        m_expected.setStandardView(view);
+        EXPECT_TRUE(isAsExpected()) << view;
+    }
+    EXPECT_EQ(m_changes, 7);
+
+    for (const char* hint : {"iso", "fit", "fit-selection", "parallel"}) {
+        for (const char* verb : {"start", "process", "stop"}) {
+            EXPECT_FALSE(send(std::string("navigate:") + hint, verb)) << hint << ' ' << verb;
+        }
+    }
+    EXPECT_EQ(m_changes, 7);
+}
+
+TEST_F(NavigationContextTest, TheSceneAndWhatIsSelectedAreFitted)
+{
+    std::vector<osg::Pnt3f> selected;
+    EXPECT_TRUE(send("navigate:pan-left", "start"));
+    EXPECT_FALSE(isAsExpected());
+    EXPECT_TRUE(send("navigate:fit", "trigger"));
+    EXPECT_TRUE(isAsExpected());
+
+    EXPECT_TRUE(send("navigate:pan-left", "start"));
+    EXPECT_TRUE(send("navigate:fit-selection", "trigger"));
+    EXPECT_TRUE(isAsExpected()) << "nobody knows what is selected";
+    m_context.setSelectionExtent([&] { return selected; });
+    EXPECT_TRUE(send("navigate:pan-left", "start"));
+    EXPECT_TRUE(send("navigate:fit-selection", "trigger"));
+    EXPECT_TRUE(isAsExpected()) << "nothing is selected";
+    selected = {osg::Pnt3f(0, 0, 0), osg::Pnt3f(1, 0.5F, 0.5F)};
+    EXPECT_TRUE(send("navigate:fit-selection", "trigger"));
+    m_expected.fit(selected);
+    EXPECT_TRUE(isAsExpected());
+}
+
+TEST_F(NavigationContextTest, TheProjectionIsSwitched)
+{
+    EXPECT_TRUE(send("navigate:parallel", "trigger"));
+    EXPECT_TRUE(m_camera.isParallel());
+    EXPECT_TRUE(send("navigate:parallel", "trigger"));
+    EXPECT_FALSE(m_camera.isParallel());
 }
 
 TEST_F(NavigationContextTest, WithoutAPickerThePointOfInterestStandsIn)

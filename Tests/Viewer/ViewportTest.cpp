@@ -392,7 +392,8 @@ TEST_F(ViewportTest, TheProjectionIsSwitchedByACommand)
 
     EXPECT_TRUE(m_session.getCamera().isParallel());
     EXPECT_TRUE(m_session.getCommands().isChecked("parallel"));
-    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(view:parallel, start)", "context.cameraMoved()",
+    EXPECT_THAT(m_log.take(), ElementsAre("context.triggerEvent(view:parallel, start)",
+                                          "context.triggerEvent(navigate:parallel, trigger)", "context.cameraMoved()",
                                           "context.triggerEvent(view:parallel, stop)",
                                           "context.triggerEvent(view:parallel, trigger)"));
 

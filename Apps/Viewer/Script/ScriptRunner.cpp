@@ -108,10 +108,11 @@ void ScriptRunner::run(const ScriptCommand& command)
         resize(QSize(point(0).x(), point(0).y()));
         break;
     case Kind::View:
-        m_session.getCamera().setStandardView(command.text);
+        // The commands of these names.
+        m_session.sendCommand(command.text);
         break;
     case Kind::Fit:
-        m_session.getCamera().fit();
+        m_session.sendCommand("fit");
         break;
     case Kind::Camera: {
         const std::vector<double>& numbers = command.numbers;

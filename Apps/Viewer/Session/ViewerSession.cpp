@@ -116,6 +116,7 @@ ViewerSession::ViewerSession()
             m_frameTimer.start();
         }
     });
+    m_navigationContext.setSelectionExtent([this] { return getSelectionExtent(); });
     addOverlay(&m_axisCross);
     connect(&m_bindings, &InputBindings::aboutToChange, this, &ViewerSession::focusLost);
     addOverlay(&m_selectionTool.getRubberBand());
@@ -398,11 +399,21 @@ void ViewerSession::addCommands()
         "visualisation",
         {[this] { switchVisualisation(); }, [this] { return m_display.getLook().kind == Kind::Wireframe; }, {}});
     commands.setCommand("overlay", {[this] { switchOverlay(); }, [this] { return m_display.getLook().overlay; }, {}});
-    commands.setCommand("fit", {[this] { m_camera.fit(); }, {}, {}});
-    commands.setCommand("fit-selection", {[this] { fitSelection(); }, {}, {}});
+    // Where to look is the business of navigation, whoever asks for it.
+    const auto navigate = [this](const std::string& hint, const char* verb) {
+        m_interactionManager->triggerEvent(interaction::InteractionEvent("navigate:" + hint, verb));
+    };
+    for (const char* view : {"fit", "fit-selection", "front", "right", "top", "iso", "back", "left", "bottom"}) {
+        commands.setCommand(view, {[navigate, view] { navigate(view, "trigger"); }, {}, {}});
+    }
     commands.setCommand(
-        "parallel",
-        {[this] { m_camera.setParallel(!m_camera.isParallel()); }, [this] { return m_camera.isParallel(); }, {}});
+        "parallel", {[navigate] { navigate("parallel", "trigger"); }, [this] { return m_camera.isParallel(); }, {}});
+    for (const char* step : {"orbit-left", "orbit-right", "orbit-up", "orbit-down", "pan-left", "pan-right", "pan-up",
+                             "pan-down", "zoom-in", "zoom-out"}) {
+        commands.setCommand(
+            step,
+            {[navigate, step] { navigate(step, "start"); }, {}, {}, {}, [navigate, step] { navigate(step, "stop"); }});
+    }
     commands.setCommand(
         "measure",
         {[this] { toggleMode("measure"); }, [this] { return m_toolContext.getCurrentMode() == "measure"; }, {}});
@@ -410,16 +421,6 @@ void ViewerSession::addCommands()
                         {[this] { QGuiApplication::clipboard()->setText(m_measureTool.getResult()); },
                          {},
                          [this] { return m_measureTool.isFinished(); }});
-    for (const char* step : {"orbit-left", "orbit-right", "orbit-up", "orbit-down", "pan-left", "pan-right", "pan-up",
-                             "pan-down", "zoom-in", "zoom-out"}) {
-        const auto send = [this, category = std::string("navigate:") + step](const char* verb) {
-            m_interactionManager->triggerEvent(interaction::InteractionEvent(category, verb));
-        };
-        commands.setCommand(step, {[send] { send("start"); }, {}, {}, {}, [send] { send("stop"); }});
-    }
-    for (const char* view : {"front", "right", "top", "iso", "back", "left", "bottom"}) {
-        commands.setCommand(view, {[this, view] { m_camera.setStandardView(view); }, {}, {}});
-    }
     commands.setCommand("dark", {[this] {
                                      m_dark = !m_dark;
                                      emit redrawNeeded();
@@ -463,7 +464,7 @@ void ViewerSession::toggleLock()
     m_editor.setLocked(getSelectedNodes(), anyEditable);
 }
 
-void ViewerSession::fitSelection()
+std::vector<osg::Pnt3f> ViewerSession::getSelectionExtent() const
 {
     std::vector<osg::Pnt3f> corners;
     for (const osg::NodePtr& node : m_selection->getSelection()) {
@@ -482,11 +483,7 @@ void ViewerSession::fitSelection()
             corners.emplace_back(bounds[corner & 1U][0], bounds[corner >> 1U & 1U][1], bounds[corner >> 2U][2]);
         }
     }
-    if (corners.empty()) {
-        m_camera.fit();
-    } else {
-        m_camera.fit(corners);
-    }
+    return corners;
 }
 
 void ViewerSession::switchVisualisation()

@@ -215,12 +215,12 @@ private:
     void addCommands();
     void addSelectionCommands();
     void toggleLock();
-    void fitSelection();
     void switchVisualisation();
     void switchOverlay();
     void reportSelection();
     void cameraChanged();
     std::vector<osg::NodePtr> getSelectedNodes() const;
+    std::vector<osg::Pnt3f> getSelectionExtent() const;
 
     interaction::InteractionManager* m_interactionManager;
     interaction::NodeSelectionModel* m_selection;

@@ -16,8 +16,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <iterator>
-#include <vector>
+#include <utility>
 
 namespace quon::viewer {
 
@@ -111,6 +112,11 @@ NavigationContext::NavigationContext(CameraController* camera, interaction::Pick
     , m_picker(picker)
 {}
 
+void NavigationContext::setSelectionExtent(std::function<std::vector<osg::Pnt3f>()> extent)
+{
+    m_selectionExtent = std::move(extent);
+}
+
 std::string NavigationContext::getOrbitCategory(const double deltaX, const double deltaY)
 {
     return makeCategory(OrbitBy, {deltaX, deltaY});
@@ -180,7 +186,10 @@ bool NavigationContext::handle(const std::string& hint, const std::string& verb)
     if (hint == "orbit" || hint == "pan" || hint == "zoom") {
         return handleDrag(hint, verb);
     }
-    return findStep(hint) != nullptr ? handleStep(hint, verb) : handleGesture(hint, verb);
+    if (findStep(hint) != nullptr) {
+        return handleStep(hint, verb);
+    }
+    return (verb == "trigger" && handleView(hint)) || handleGesture(hint, verb);
 }
 
 bool NavigationContext::handleDrag(const std::string& hint, const std::string& verb)
@@ -251,6 +260,30 @@ bool NavigationContext::handleStep(const std::string& hint, const std::string& v
         m_heldSteps.insert(hint);
     }
     return true;
+}
+
+bool NavigationContext::handleView(const std::string& hint)
+{
+    if (hint == "fit") {
+        m_camera->fit();
+    } else if (hint == "fit-selection") {
+        fitSelection();
+    } else if (hint == "parallel") {
+        m_camera->setParallel(!m_camera->isParallel());
+    } else {
+        return m_camera->setStandardView(hint);
+    }
+    return true;
+}
+
+void NavigationContext::fitSelection()
+{
+    const std::vector<osg::Pnt3f> extent = m_selectionExtent ? m_selectionExtent() : std::vector<osg::Pnt3f>();
+    if (extent.empty()) {
+        m_camera->fit();
+    } else {
+        m_camera->fit(extent);
+    }
 }
 
 std::optional<osg::Pnt3f> NavigationContext::pickSurface() const

@@ -7,9 +7,11 @@
 
 #include <OpenSG/OSGVector.h>
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace quon::interaction {
 class Picker;
@@ -30,6 +32,9 @@ class CameraController;
  * | orbit-left, -right, -up, -down | start, process, stop | turns by a step at "start" and at every "process" |
  * | pan-left, -right, -up, -down | start, process, stop | moves by a step, in the same way |
  * | zoom-in, zoom-out | start, process, stop | zooms around the middle by a step, in the same way |
+ * | fit, fit-selection | trigger | fits the scene, or what is selected, into the view |
+ * | front, back, left, right, top, bottom, iso | trigger | looks from a standard direction and fits the scene |
+ * | parallel | trigger | switches between parallel and perspective projection |
  *
  * Drags and gestures go by the surface that was under the pointer at their start: the view turns around that point, and
  * when it is moved the point follows the pointer. A dragged zoom leaves the pixel of the start in its place. Where
@@ -48,6 +53,14 @@ public:
      * @param picker borrowed, must outlive the context and follow the pointer and the camera; null finds no surfaces
      */
     NavigationContext(CameraController* camera, interaction::Picker* picker);
+
+    /**
+     * Sets who knows what is selected, for `fit-selection`; without anybody, the scene is fitted.
+     *
+     * @param extent returns points in world space that stand for what is selected, none when nothing is; called at
+     *        every such event
+     */
+    void setSelectionExtent(std::function<std::vector<osg::Pnt3f>()> extent);
 
     /** The categories of events that move the camera by a given amount, in logical pixels. */
     static std::string getOrbitCategory(double deltaX, double deltaY);
@@ -73,11 +86,14 @@ private:
     bool handleDrag(const std::string& hint, const std::string& verb);
     bool handleGesture(const std::string& hint, const std::string& verb);
     bool handleStep(const std::string& hint, const std::string& verb);
+    bool handleView(const std::string& hint);
+    void fitSelection();
     std::optional<osg::Pnt3f> pickSurface() const;
     void drag(const std::string& hint);
 
     CameraController* m_camera;
     interaction::Picker* m_picker;
+    std::function<std::vector<osg::Pnt3f>()> m_selectionExtent;
     osg::Pnt2f m_pointer;
     osg::Pnt2f m_last;                   ///< where the pointer was before its last movement
     osg::Pnt2f m_start;                  ///< where the drag began
