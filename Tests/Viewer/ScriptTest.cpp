@@ -183,6 +183,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"NotANumber", "add-empty-group a nan 0 0", "'nan' is not a number"},
         BadLine{"TooSmall", "size 0 10", "'0' is out of range"},
         BadLine{"TooLarge", "size 10 8193", "'8193' is out of range"},
+        BadLine{"CameraAtItsPoint", "camera 0 0 0 0 10 20", "'0' is out of range"},
+        BadLine{"CameraTurnedOver", "camera 0 0 0 1 10 90.5", "'90.5' is out of range"},
         BadLine{"RankZero", "click-visible 0", "'0' is out of range"},
         BadLine{"UnknownView", "view upside",
                 "unknown view 'upside', usage: view iso|front|back|left|right|top|bottom"},

@@ -27,11 +27,11 @@ namespace {
 using Kind = ScriptCommand::Kind;
 
 /**
- * What follows a command. One letter each: s a size, p a pixel, f a fraction or any number, a a number of any size, n a
- * rank, w a number of steps, v a view, t a text, d a picture's name, k a key, c a command, e a verb, g a gesture, h a
- * phase of scrolling, o on or off, x a digest; at the end N for any number of nodes, H for any number of buttons, q for
- * "fitted" or nothing, b for a button and modifiers, all optional, m for modifiers alone, r for modifiers and "repeat",
- * i for modifiers and "inverted".
+ * What follows a command. One letter each: s a size, p a pixel, f a fraction or any number, a a number of any size, l a
+ * length above 0, u degrees up or down, n a rank, w a number of steps, v a view, t a text, d a picture's name, k a key,
+ * c a command, e a verb, g a gesture, h a phase of scrolling, o on or off, x a digest; at the end N for any number of
+ * nodes, H for any number of buttons, q for "fitted" or nothing, b for a button and modifiers, all optional, m for
+ * modifiers alone, r for modifiers and "repeat", i for modifiers and "inverted".
  */
 struct Grammar {
     const char* name;
@@ -45,7 +45,7 @@ constexpr Grammar Grammars[] = {
     {"size", Kind::Size, "ss", "WIDTH HEIGHT"},
     {"view", Kind::View, "v", "iso|front|back|left|right|top|bottom"},
     {"fit", Kind::Fit, "", ""},
-    {"camera", Kind::Camera, "aaaaaaq", "X Y Z DISTANCE YAW PITCH [fitted]"},
+    {"camera", Kind::Camera, "aaalauq", "X Y Z DISTANCE YAW PITCH [fitted]"},
     {"move", Kind::Move, "ppm", "X Y [MODIFIER...]"},
     {"press", Kind::Press, "ppb", "X Y [BUTTON] [MODIFIER...]"},
     {"release", Kind::Release, "ppb", "X Y [BUTTON] [MODIFIER...]"},
@@ -156,6 +156,7 @@ constexpr int LargestSize = 8192;
 constexpr int LargestPixel = 100000;
 constexpr int LargestSteps = 1000;
 constexpr double LargestCoordinate = 1e30;
+constexpr double SmallestLength = 1e-30;
 constexpr double LargestCount = 1e9;
 constexpr std::size_t LongestChecksum = 16; // hexadecimal digits
 
@@ -260,6 +261,12 @@ private:
             break;
         case 'a':
             command.numbers.push_back(takeNumber(-LargestCoordinate, LargestCoordinate, false));
+            break;
+        case 'l':
+            command.numbers.push_back(takeNumber(SmallestLength, LargestCoordinate, false));
+            break;
+        case 'u':
+            command.numbers.push_back(takeNumber(-90, 90, false));
             break;
         case 'q':
             command.on = takeIf("fitted");
