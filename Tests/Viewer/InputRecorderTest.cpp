@@ -175,6 +175,19 @@ TEST_F(InputRecorderTest, TheBeginningNamesTheModelTheSizeAndTheNumberOfParts)
     EXPECT_THAT(written, Contains("switch overlay on"));
 }
 
+TEST_F(InputRecorderTest, AViewThatIsSqueezedOutHasASizeThatScriptsKnow)
+{
+    setSmallModel();
+    record();
+
+    m_stage->viewport.resize(0, 90);
+    m_recorder->stop();
+
+    EXPECT_EQ(m_stage->viewport.width(), 0);
+    EXPECT_THAT(lines(), Contains("size 1 90"));
+    EXPECT_NO_THROW(viewer::Script::load(m_file));
+}
+
 TEST_F(InputRecorderTest, EachQtEventIsALineWithTheEventsThatItBecame)
 {
     setSmallModel();

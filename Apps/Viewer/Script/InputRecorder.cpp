@@ -17,6 +17,7 @@
 #include <QNativeGestureEvent>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace quon::viewer {
@@ -56,6 +57,13 @@ std::string describe(const TracedEvent& event)
         consumer = event.outcome == TracedEvent::Outcome::Ignored ? "nobody" : "unknown";
     }
     return (event.depth > 0 ? "> " : "") + event.category + " " + event.verb + " (" + consumer + ")";
+}
+
+// A viewport that panels have squeezed out has no size that a script could give it.
+std::string describeSize(const Viewport& viewport)
+{
+    return "size " + std::to_string(std::max(1, viewport.width())) + " " +
+           std::to_string(std::max(1, viewport.height()));
 }
 
 template <class Nodes>
@@ -167,7 +175,7 @@ void InputRecorder::writeBeginning(const std::string& model)
     beginLine("# Recorded by koviewer.");
     beginLine("# Model: " + ViewerError::oneLine(model));
     beginLine("exact");
-    beginLine("size " + std::to_string(m_viewport->width()) + " " + std::to_string(m_viewport->height()));
+    beginLine(describeSize(*m_viewport));
     NodeDigest none;
     expect("model", NodeDigest::ofModel(root, m_session->countParts()), none);
     for (const Command& command : Command::getAll()) {
@@ -282,7 +290,7 @@ void InputRecorder::writeInput(const QEvent& event)
         beginLine("focusout");
         break;
     default:
-        beginLine("size " + std::to_string(m_viewport->width()) + " " + std::to_string(m_viewport->height()));
+        beginLine(describeSize(*m_viewport));
         break;
     }
 }
