@@ -126,6 +126,19 @@ TEST_F(RecordingControlTest, AFullDiskEndsTheRecordingWithAReport)
     EXPECT_THAT(m_errors, ElementsAre("/dev/full: cannot be written: No space left on device"));
 }
 
+TEST_F(RecordingControlTest, AFullDiskIsReportedToWhoEndsTheRecordingAtOnce)
+{
+    setModel();
+    m_answer = "/dev/full";
+
+    m_session.sendCommand("record");
+    m_session.sendCommand("record");
+    QApplication::processEvents();
+
+    EXPECT_FALSE(m_session.getCommands().isChecked("record"));
+    EXPECT_THAT(m_errors, ElementsAre("/dev/full: cannot be written: No space left on device"));
+}
+
 TEST_F(RecordingControlTest, WithoutAModelItBeginsWithTheNextOneAndEndsWithAnother)
 {
     m_control->record(std::make_unique<viewer::InputRecorder>(m_folder.path("recording.txt")));

@@ -68,7 +68,9 @@ void RecordingControl::retranslate()
 void RecordingControl::toggle()
 {
     if (m_recorder != nullptr) {
-        stop();
+        // The last line may be the first one that found no room.
+        m_recorder->stop();
+        recordingEnded();
         return;
     }
     const std::string file = m_question ? m_question() : std::string();
