@@ -207,11 +207,13 @@ TEST_F(MainWindowTest, TheHelpMenuSaysWhatProgramThisIs)
         QTest::keyClick(box, Qt::Key_Escape);
     });
     const QList<QAction*> entries = m_window.menuBar()->actions().last()->menu()->actions();
+    m_session.getBindings().setKey("inspector", {Qt::Key_J, Qt::AltModifier});
 
     entries.last()->trigger();
 
     EXPECT_THAT(text.toStdString(), ::testing::HasSubstr("koviewer 1."));
     EXPECT_THAT(text.toStdString(), ::testing::HasSubstr("libkoInteraction"));
+    EXPECT_THAT(text.toStdString(), ::testing::HasSubstr("The inspector (Alt+J)"));
     EXPECT_EQ(entries.first(), m_window.getAction("shortcuts"));
 }
 

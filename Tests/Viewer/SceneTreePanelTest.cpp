@@ -355,6 +355,19 @@ TEST_F(SceneTreePanelTest, ADoubleClickAndTheEnterKeyFitThePart)
     EXPECT_THAT(selected(), ElementsAre(m_gear1));
 }
 
+TEST_F(SceneTreePanelTest, KeysAreSaidByTheSearchFieldAndByTheMenu)
+{
+    m_session.getBindings().setKey("find", {Qt::Key_J, 0});
+    m_session.getBindings().setKey("show", {});
+
+    EXPECT_TRUE(m_search.toolTip().endsWith(QStringLiteral(" (J)"))) << m_search.toolTip().toStdString();
+    QMenu* menu = openMenu(m_gear2);
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->findChild<QAction*>(QStringLiteral("hide"))->text(), QStringLiteral("Hide\tH"));
+    EXPECT_EQ(menu->findChild<QAction*>(QStringLiteral("show"))->text(), QStringLiteral("Show"));
+    menu->close();
+}
+
 TEST_F(SceneTreePanelTest, TheMenuHasTheCommandsForTheRow)
 {
     QMenu* menu = openMenu(m_gear2);

@@ -491,6 +491,17 @@ TEST_F(SelectionSetsPanelTest, EveryFieldHasANameForThoseWhoCannotSeeIt)
     }
 }
 
+TEST_F(SelectionSetsPanelTest, TheButtonForANewSetSaysItsKey)
+{
+    auto* button = find<QToolButton>("new");
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Keep the selected parts as a set (K)"));
+
+    m_session.getBindings().setKey("new-set", {Qt::Key_J, 0});
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Keep the selected parts as a set (J)"));
+    m_session.getBindings().setKey("new-set", {});
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Keep the selected parts as a set"));
+}
+
 // Stands for any other language.
 class Brackets : public QTranslator {
 public:

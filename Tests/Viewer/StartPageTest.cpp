@@ -59,6 +59,7 @@ TEST_F(StartPageTest, OffersToOpenAndToGenerate)
     QSignalSpy open(&m_page, &StartPage::openRequested);
     QSignalSpy assembly(&m_page, &StartPage::assemblyRequested);
     EXPECT_THAT(buttons(), ElementsAre("&Open...", "&Generate an assembly"));
+    EXPECT_EQ(button(QStringLiteral("&Open..."))->toolTip(), QStringLiteral("Choose a file (Ctrl+O)"));
 
     QTest::mouseClick(button(QStringLiteral("&Open...")), Qt::LeftButton);
     EXPECT_EQ(open.count(), 1);

@@ -133,6 +133,12 @@ KeyBinding InputBindings::getKey(const std::string& command) const
     return changed == m_changedKeys.end() ? getDefaultKey(command) : changed->second;
 }
 
+QString InputBindings::withKey(const QString& text, const std::string& command) const
+{
+    const KeyBinding key = getKey(command);
+    return key.isNone() ? text : tr("%1 (%2)").arg(text, key.toText());
+}
+
 KeyBinding InputBindings::getDefaultKey(const std::string& command)
 {
     const Command* found = Command::find(command);

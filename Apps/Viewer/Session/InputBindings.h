@@ -86,6 +86,9 @@ public:
     /** Returns the key of a command, none for an unknown one. */
     KeyBinding getKey(const std::string& command) const;
 
+    /** Returns @p text with the key of a command in brackets behind it, for tooltips; without a key the text alone. */
+    QString withKey(const QString& text, const std::string& command) const;
+
     /** Returns the key that a command has before the user changes it, none for an unknown one. */
     static KeyBinding getDefaultKey(const std::string& command);
 

@@ -641,6 +641,13 @@
     </message>
 </context>
 <context>
+    <name>quon::viewer::InputBindings</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
     <name>quon::viewer::InspectorModel</name>
     <message>
         <source>Time (s)</source>
@@ -924,10 +931,6 @@
     <message>
         <source>Tool bar</source>
         <translation>Symbolleiste</translation>
-    </message>
-    <message>
-        <source>%1 (%2)</source>
-        <translation>%1 (%2)</translation>
     </message>
     <message numerus="yes">
         <source>%n parts</source>
@@ -1570,6 +1573,10 @@ Qt %2, MIT-Lizenz.</translation>
     <message>
         <source>Recent files</source>
         <translation>Zuletzt geöffnete Dateien</translation>
+    </message>
+    <message>
+        <source>Choose a file (%1)</source>
+        <translation>Eine Datei auswählen (%1)</translation>
     </message>
 </context>
 <context>

@@ -356,10 +356,9 @@ void MainWindow::retranslate()
     m_aboutAction->setText(tr("About koviewer"));
     m_toolBar->setWindowTitle(tr("Tool bar"));
     for (const CommandAction& entry : m_commandActions) {
-        const QString key = m_session.getBindings().getKey(entry.command->name).toText();
         entry.action->setIconText(entry.command->getText());
-        const QString description = entry.command->getDescription();
-        entry.action->setToolTip(key.isEmpty() ? description : tr("%1 (%2)").arg(description, key));
+        entry.action->setToolTip(
+            m_session.getBindings().withKey(entry.command->getDescription(), entry.command->name));
     }
     registerShortcuts();
     m_presenter->retranslate();
@@ -394,10 +393,12 @@ void MainWindow::showAbout()
     box.setWindowTitle(tr("About koviewer"));
     box.setIconPixmap(getIcon("koviewer").pixmap(64, 64));
     box.setText(tr("koviewer %1").arg(QStringLiteral(KOVIEWER_VERSION)));
+    // By its key, or where there is none by its place among the menus.
+    const QString key = m_session.getBindings().getKey("inspector").toText();
     box.setInformativeText(
         tr("A viewer for models, and the reference host of libkoInteraction: what you click, drag and type goes "
            "through the library as named events. The inspector (%1) shows them.\n\nQt %2, MIT licence.")
-            .arg(QKeySequence(Command::find("inspector")->key).toString(QKeySequence::NativeText),
+            .arg(key.isEmpty() ? m_commandMenus.back()->title().remove(QLatin1Char('&')) : key,
                  QString::fromLatin1(qVersion())));
     box.exec();
 }

@@ -57,6 +57,7 @@ SceneTreePanel::SceneTreePanel(ViewerSession& session, QWidget* parent)
     connect(&m_session, &ViewerSession::modelAboutToChange, this, &SceneTreePanel::forgetModel);
     connect(&m_session, &ViewerSession::modelChanged, this, &SceneTreePanel::readModel);
     connect(&m_session, &ViewerSession::selectionChanged, this, &SceneTreePanel::showSelection);
+    connect(&m_session.getBindings(), &InputBindings::changed, this, &SceneTreePanel::retranslate);
     connect(&m_selection, &SceneTreeSelection::edited, this, [this] { m_session.processSceneChanges(); });
     // After the view's own: it has forgotten everything by then.
     connect(&m_model, &QAbstractItemModel::modelReset, this, &SceneTreePanel::restoreView);
@@ -389,7 +390,10 @@ void SceneTreePanel::showMenu(const QPoint& place)
 void SceneTreePanel::addCommand(QMenu& menu, const char* name)
 {
     const Command* command = Command::find(name);
-    QAction* action = menu.addAction(getIcon(command->icon), command->getText());
+    // Behind the tabulator menus write the key; it is not theirs to fire.
+    const QString key = m_session.getBindings().getKey(name).toText();
+    QAction* action = menu.addAction(getIcon(command->icon),
+                                     key.isEmpty() ? command->getText() : command->getText() + QLatin1Char('\t') + key);
     action->setObjectName(QString::fromLatin1(name));
     action->setEnabled(m_session.getCommands().isAvailable(name));
     connect(action, &QAction::triggered, this, [this, name] { m_session.sendCommand(name); });
@@ -399,7 +403,8 @@ void SceneTreePanel::retranslate()
 {
     setWindowTitle(tr("Scene"));
     m_search->setPlaceholderText(tr("Find parts"));
-    m_search->setToolTip(tr("Type a part of a name; Enter goes to the next part, Shift+Enter to the previous one"));
+    m_search->setToolTip(m_session.getBindings().withKey(
+        tr("Type a part of a name; Enter goes to the next part, Shift+Enter to the previous one"), "find"));
     m_view->setAccessibleName(tr("Parts"));
     const std::pair<QToolButton*, QString> buttons[] = {{m_previous, tr("Previous part found")},
                                                         {m_next, tr("Next part found")},

@@ -182,6 +182,7 @@ SelectionSetsPanel::SelectionSetsPanel(ViewerSession& session, QWidget* parent)
     connect(&m_session, &ViewerSession::selectionChanged, this, &SelectionSetsPanel::refresh);
     connect(&m_session, &ViewerSession::selectionLookChanged, this, &SelectionSetsPanel::refresh);
     connect(&m_session, &ViewerSession::modelChanged, this, &SelectionSetsPanel::refresh);
+    connect(&m_session.getBindings(), &InputBindings::changed, this, &SelectionSetsPanel::retranslate);
     retranslate();
 }
 
@@ -233,7 +234,7 @@ void SelectionSetsPanel::retranslate()
     m_list->setAccessibleName(tr("Selection sets"));
     m_hint->setText(tr("Select parts and press + to keep them as a set."));
     m_new->setText(tr("New set"));
-    m_new->setToolTip(tr("Keep the selected parts as a set"));
+    m_new->setToolTip(m_session.getBindings().withKey(tr("Keep the selected parts as a set"), "new-set"));
     m_recall->setText(tr("Recall"));
     m_recall->setToolTip(tr("Select the parts of the set (Enter)"));
     m_add->setText(tr("Add to selection"));

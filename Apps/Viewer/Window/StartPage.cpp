@@ -8,6 +8,7 @@
 #include <QEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -134,6 +135,8 @@ void StartPage::retranslate()
     m_title->setText(tr("Drop a model here"));
     m_hint->setText(tr("glTF, OBJ, STL, PLY, Collada, FBX and many other formats"));
     m_open->setText(tr("&Open..."));
+    m_open->setToolTip(
+        tr("Choose a file (%1)").arg(QKeySequence(QKeySequence::Open).toString(QKeySequence::NativeText)));
     m_assembly->setText(tr("&Generate an assembly"));
     m_assembly->setToolTip(tr("Show a made-up assembly of 2,000 parts"));
     m_recentTitle->setText(tr("Recent files"));
