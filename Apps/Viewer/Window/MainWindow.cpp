@@ -114,7 +114,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     }
     connect(&m_session, &ViewerSession::modelChanged, this, [this] {
         m_area->setModelShown(m_session.getModel() != osg::NullFC);
-        updateSummary();
+        countParts();
         updateSize();
     });
     connect(&m_modelSettings, &ModelSettings::changed, this, &MainWindow::updateSize);
@@ -131,6 +131,7 @@ MainWindow::MainWindow(ViewerSession& session, QWidget* parent)
     connect(&m_session.getBindings(), &InputBindings::changed, this, &MainWindow::retranslate);
     addRecording();
     addInspector();
+    countParts();
     retranslate();
     resize(1240, 800);
     m_area->setModelShown(m_session.getModel() != osg::NullFC);
@@ -355,10 +356,12 @@ void MainWindow::retranslate()
     m_helpMenu->setTitle(tr("&Help"));
     m_aboutAction->setText(tr("About koviewer"));
     m_toolBar->setWindowTitle(tr("Tool bar"));
-    for (const CommandAction& entry : m_commandActions) {
-        entry.action->setIconText(entry.command->getText());
-        entry.action->setToolTip(
-            m_session.getBindings().withKey(entry.command->getDescription(), entry.command->name));
+    for (CommandAction& entry : m_commandActions) {
+        // Kept: the camera moves more often than texts change.
+        entry.text = entry.command->getText();
+        entry.key = m_session.getBindings().getKey(entry.command->name).toText();
+        entry.action->setIconText(entry.text);
+        entry.action->setToolTip(m_session.getBindings().withKey(entry.command->getDescription(), entry.command->name));
     }
     registerShortcuts();
     m_presenter->retranslate();
@@ -375,15 +378,20 @@ void MainWindow::updateActions()
         entry.action->setCheckable(commands.isSwitch(entry.command->name));
         entry.action->setChecked(commands.isChecked(entry.command->name));
         const QString current = commands.getText(entry.command->name);
-        const QString text = current.isEmpty() ? entry.command->getText() : current;
-        const QString key = m_session.getBindings().getKey(entry.command->name).toText();
-        entry.action->setText(key.isEmpty() ? text : text + QLatin1Char('\t') + key);
+        const QString& text = current.isEmpty() ? entry.text : current;
+        entry.action->setText(entry.key.isEmpty() ? text : text + QLatin1Char('\t') + entry.key);
     }
+}
+
+void MainWindow::countParts()
+{
+    m_partCount = m_session.countParts();
+    updateSummary();
 }
 
 void MainWindow::updateSummary()
 {
-    m_summary->setText(m_session.getModel() == osg::NullFC ? QString() : tr("%n parts", "", m_session.countParts()));
+    m_summary->setText(m_session.getModel() == osg::NullFC ? QString() : tr("%n parts", "", m_partCount));
 }
 
 void MainWindow::showAbout()

@@ -109,6 +109,8 @@ private:
     struct CommandAction {
         const Command* command;
         QAction* action;
+        QString text = {}; ///< in the user's language
+        QString key = {};  ///< as the user reads it, empty for none
     };
 
     void addFileMenu();
@@ -119,6 +121,7 @@ private:
     QDockWidget* addPanel(QWidget* panel, const QString& objectName, Qt::DockWidgetArea area, bool shown);
     void retranslate();
     void updateActions();
+    void countParts();
     void updateSummary();
     void updateSize();
     void askAndOpen();
@@ -157,6 +160,7 @@ private:
     QLabel* m_hovered;
     QLabel* m_size;
     QLabel* m_summary;
+    int m_partCount = 0; ///< of the model that is shown; to count them is to walk over all of it
     QString m_fileName;
     std::unique_ptr<PresenterMode> m_presenter;
     Settings* m_settings = nullptr;         ///< null until there are some
