@@ -1160,6 +1160,69 @@ TEST_F(SceneRendererSizeTest, MovingDrawsWhatThereIsTimeForAndTheLargeOnesFirst)
     EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
 }
 
+TEST_F(SceneRendererSizeTest, MovingDrawsPointsForWhatThereIsNoTimeFor)
+{
+    // Too many triangles in the left half, and smaller than those in the right half one of a colour of its own and one
+    // whose colour its vertices have.
+    std::vector<osg::Pnt3f> corners;
+    for (int i = 0; i < 102; ++i) {
+        corners.emplace_back(-1 + static_cast<float>(i) / 102, i % 2 == 0 ? -1.0F : 1.0F, 0.0F);
+    }
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    for (int i = 0; i < 500; ++i) {
+        add(makeGeometry(GL_TRIANGLE_STRIP, corners, {}, material));
+    }
+    add(makeRectangle(0.4F, -0.1F, 0.6F, 0.1F, 0, makePlainMaterial(Green)));
+    const osg::SimpleMaterialPtr coloured = makePlainMaterial(Red);
+    coloured->setColorMaterial(GL_DIFFUSE);
+    const osg::GeometryPtr blue = makeRectangle(0.4F, 0.4F, 0.6F, 0.6F, 0, coloured);
+    const osg::GeoColors3fPtr colours = osg::GeoColors3f::create();
+    for (int i = 0; i < 4; ++i) {
+        colours->addValue(Blue);
+    }
+    blue->setColors(colours);
+    add(blue);
+
+    m_renderer.setMovingTime(0);
+    for (int i = 0; i < 8; ++i) {
+        drawMoving();
+    }
+    const QImage picture = drawMoving();
+
+    const SceneRenderer::Statistics& statistics = m_renderer.getStatistics();
+    EXPECT_TRUE(statistics.simplified);
+    EXPECT_EQ(statistics.opaque + statistics.leftOut, 502U);
+    EXPECT_EQ(statistics.marked, statistics.leftOut);
+    EXPECT_LE(statistics.primitives, 20000U);
+    EXPECT_EQ(hex(picture.pixel(Size * 3 / 4, Size / 2)), hex(GreenPixel));
+    EXPECT_EQ(hex(picture.pixel(Size * 3 / 4, Size / 4)), hex(BluePixel));
+    EXPECT_EQ(hex(picture.pixel(Size * 3 / 4, Size * 3 / 4)), hex(BlackPixel));
+    draw();
+    EXPECT_FALSE(m_renderer.getStatistics().simplified);
+}
+
+TEST_F(SceneRendererSizeTest, MovingDrawsEverythingWithOneSampleWhereThatSuffices)
+{
+    add(makeGeometry(GL_TRIANGLES, {{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}}, {}, makePlainMaterial(Red)));
+    m_surface.setMultisampling(true);
+    const QImage full = draw();
+
+    m_renderer.setMovingTime(0);
+    drawMoving();
+    const QImage moving = drawMoving();
+
+    EXPECT_TRUE(m_renderer.getStatistics().simplified);
+    EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
+    EXPECT_NE(moving, full);
+    EXPECT_EQ(count(moving, RedPixel) + count(moving, BlackPixel), Size * Size);
+
+    // As soon as there is time again.
+    m_renderer.setMovingTime(1000);
+    drawMoving();
+    EXPECT_EQ(drawMoving(), full);
+    EXPECT_FALSE(m_renderer.getStatistics().simplified);
+}
+
 TEST_F(SceneRendererSizeTest, MovingDrawsEverythingWhereThereIsTime)
 {
     addRectangles(1000, makePlainMaterial(Red));

@@ -176,6 +176,27 @@ float vary(const std::uint32_t place)
     return 0.8F + 0.4F * static_cast<float>((place * 2654435761U) >> 16U) / 65536.0F;
 }
 
+Marker makeMarker(const DrawItem& item, const std::array<double, 3>& origin)
+{
+    Marker marker;
+    const osg::Pnt3f centre = item.getCentre();
+    for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+        marker.position.at(axis) = static_cast<float>(static_cast<double>(centre[axis]) - origin.at(axis));
+    }
+    // Seen from all sides a box covers a quarter of its surface on average.
+    const osg::Vec3f extent = item.maximum - item.minimum;
+    marker.size = std::sqrt((extent[0] * extent[1] + extent[1] * extent[2] + extent[2] * extent[0]) / 2);
+    const auto& colours = item.mesh->colours;
+    for (std::size_t component = 0; !colours.empty() && component < 4; ++component) {
+        std::size_t sum = 0;
+        for (const auto& colour : colours) {
+            sum += colour.at(component);
+        }
+        marker.colour.at(component) = static_cast<std::uint8_t>(sum / colours.size());
+    }
+    return marker;
+}
+
 /// Sets the world box of an item; false when it is too far out, or not a box.
 bool setBounds(DrawItem& item)
 {
@@ -460,6 +481,7 @@ void BatchList::tidy(const std::uint32_t groupIndex, const std::uint32_t batchIn
             }
             group.batches.erase(std::find(group.batches.begin(), group.batches.end(), batchIndex));
             batch.buffers.release(m_doomedBuffers);
+            batch.markers.release(m_doomedBuffers);
             m_batches[batchIndex] = nullptr;
             m_freeBatches.push_back(batchIndex);
         } else if (open == group.open.end() && batch.items.size() < MostItemsOfBatch / 2 &&
@@ -597,13 +619,16 @@ void BatchList::build(Batch& batch)
     m_data.vertices.reserve(batch.vertexCount * m_data.format.getSize());
     batch.ends.clear();
     batch.radii.clear();
+    m_markers.clear();
     for (const auto& [radius, place] : order) {
         const DrawItem& item = m_items[place];
         Baker(item.toWorld, batch.origin).addTo(m_data, *item.mesh);
         batch.ends.push_back({m_data.triangles.size(), m_data.lines.size(), m_data.points.size()});
         batch.radii.push_back(radius);
+        m_markers.push_back(makeMarker(item, batch.origin));
     }
     batch.buffers.fill(m_data);
+    batch.markers.fill(m_markers);
     batch.stale = false;
     ++m_buildCount;
 }

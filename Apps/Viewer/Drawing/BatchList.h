@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Drawing/MarkerBuffer.h"
 #include "Viewer/Drawing/VertexBuffers.h"
 #include "Viewer/Model/Matrix4.h"
 #include "Viewer/Model/SceneChanges.h"
@@ -79,6 +80,10 @@ struct Batch {
     std::array<double, 3> origin{};
     bool stale = true;
     VertexBuffers buffers;
+    MarkerBuffer markers; ///< by item
+
+    /** Whether nothing of it but lines and points is drawn. */
+    bool isThin() const { return ends.empty() || ends.back().triangles == 0; }
 };
 
 /** Everything that is drawn with one material and one vertex format and is of similar size. */
@@ -181,6 +186,7 @@ private:
     std::uint64_t m_nextRank = 0;
     std::vector<GLuint> m_doomedBuffers;
     VertexData m_data; ///< what is filled into buffers; kept for its memory
+    std::vector<Marker> m_markers;
     std::size_t m_readCount = 0;
     std::size_t m_buildCount = 0;
 };

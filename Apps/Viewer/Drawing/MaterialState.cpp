@@ -200,7 +200,7 @@ void MaterialState::reset()
 {
     for (const int capability :
          {GL_DEPTH_TEST, GL_BLEND, GL_ALPHA_TEST, GL_LINE_SMOOTH, GL_LINE_STIPPLE, GL_CULL_FACE, GL_POLYGON_SMOOTH,
-          GL_POLYGON_OFFSET_POINT, GL_POLYGON_OFFSET_LINE, GL_POLYGON_OFFSET_FILL}) {
+          GL_POLYGON_OFFSET_POINT, GL_POLYGON_OFFSET_LINE, GL_POLYGON_OFFSET_FILL, GL_VERTEX_PROGRAM_POINT_SIZE}) {
         glDisable(static_cast<GLenum>(capability));
     }
     glDepthFunc(GL_LESS);

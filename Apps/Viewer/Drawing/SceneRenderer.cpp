@@ -26,6 +26,19 @@ constexpr std::size_t MostSorted = 4096;
 constexpr double LeastPrimitives = 20000;
 constexpr double FirstPrimitives = 300000;
 
+// What drawing with several samples takes at most, compared with one.
+constexpr double SlowestSamples = 4;
+
+// The largest side of a marker in pixels of the user interface, of surfaces and of lines: what is seen through lines is
+// not to be hidden by what stands for them.
+constexpr double LargestMarker = 12;
+constexpr double LargestThinMarker = 3;
+
+// How far markers stand in front of the middle of what they stand for, in their own sizes: lines around a surface in
+// front of that surface's marker.
+constexpr double MarkerLift = 0.5;
+constexpr double ThinMarkerLift = 1;
+
 /** What is drawn with one pair of buffers: a batch, or a geometry by itself. */
 struct Unit {
     const DrawGroup* group = nullptr;
@@ -35,6 +48,7 @@ struct Unit {
     double pixels = 0;              ///< on the screen for one unit of length
     double depth = 0;               ///< of the middle, in front of the eye
     std::size_t itemCount = 0;      ///< how many are drawn: the first ones, which are the largest
+    std::size_t markedCount = 0;    ///< how many are drawn, as they are or as markers
 
     const VertexBuffers& getBuffers() const { return batch != nullptr ? batch->buffers : item->mesh->buffers; }
 
@@ -115,19 +129,23 @@ public:
         m_pixelsPerUnit = std::abs(projection(1, 1)) * height / 2;
         m_statistics = Statistics();
         collectUnits();
-        m_smoothLines = true;
         if (detail == Detail::Moving) {
             leaveOutSmall();
+            m_statistics.simplified = m_isSlow || m_statistics.leftOut > 0;
         }
         buildUnits();
 
         const auto start = std::chrono::steady_clock::now();
         glViewport(0, 0, width, height);
         resetState();
+        if (m_statistics.simplified) {
+            glDisable(GL_MULTISAMPLE);
+        }
         glClear(GL_DEPTH_BUFFER_BIT);
         m_programs->drawBackground(m_top, m_bottom);
         drawOpaque();
         drawTransparent();
+        glEnable(GL_MULTISAMPLE);
         resetState();
         if (detail == Detail::Moving) {
             glFinish();
@@ -154,7 +172,7 @@ public:
     osg::Color3f m_bottom;
     float m_pixelRatio = 1;
     osg::UInt32 m_travMask = 0xFFFFFFFF;
-    double m_movingSeconds = 0.1;
+    double m_movingSeconds = 0.15;
 
 private:
     void collectUnits()
@@ -192,7 +210,7 @@ private:
         unit.depth = getDepth(centre);
         const double w = m_worldToClip.transform(centre)[3];
         unit.pixels = m_pixelsPerUnit / std::max(w, 1e-6);
-        unit.itemCount = unit.getAllItems();
+        unit.itemCount = unit.markedCount = unit.getAllItems();
         m_units.push_back(unit);
     }
 
@@ -215,38 +233,67 @@ private:
             }
             return static_cast<double>(primitives);
         };
+        const auto countMarkers = [&](const double size) {
+            std::size_t items = 0;
+            for (const Unit& unit : m_units) {
+                items += unit.batch != nullptr ? unit.countLarger(size) : 0;
+            }
+            return static_cast<double>(items);
+        };
         if (countPrimitives(0) <= m_mostPrimitives) {
             return;
         }
-        double drawn = 1e6;
-        double tooMany = 0;
+        // A marker is one primitive; half of them at most are markers.
+        const double marked = findSize(countMarkers, m_mostPrimitives / 2);
+        const double allMarkers = countMarkers(marked);
+        const double drawn = findSize(
+            [&](const double size) { return countPrimitives(size) + std::max(0.0, allMarkers - countMarkers(size)); },
+            m_mostPrimitives);
+        for (Unit& unit : m_units) {
+            unit.itemCount = unit.countLarger(drawn);
+            unit.markedCount =
+                unit.batch != nullptr ? std::max(unit.itemCount, unit.countLarger(marked)) : unit.itemCount;
+            m_statistics.leftOut += unit.getAllItems() - unit.itemCount;
+            m_statistics.marked += unit.markedCount - unit.itemCount;
+        }
+    }
+
+    // The least size on the screen for which the count is small enough; about.
+    template <class Count>
+    static double findSize(const Count& count, const double most)
+    {
+        if (count(0) <= most) {
+            return 0;
+        }
+        double enough = 1e6;
+        double tooSmall = 0;
         for (int step = 0; step < 40; ++step) {
-            const double middle = tooMany == 0 ? drawn / 4 : std::sqrt(drawn * tooMany);
-            if (countPrimitives(middle) <= m_mostPrimitives) {
-                drawn = middle;
+            const double middle = tooSmall == 0 ? enough / 4 : std::sqrt(enough * tooSmall);
+            if (count(middle) <= most) {
+                enough = middle;
             } else {
-                tooMany = middle;
+                tooSmall = middle;
             }
-            if (tooMany > 0 && drawn < tooMany * 1.02) {
+            if (tooSmall > 0 && enough < tooSmall * 1.02) {
                 break;
             }
         }
-        for (Unit& unit : m_units) {
-            unit.itemCount = unit.countLarger(drawn);
-            m_statistics.leftOut += unit.getAllItems() - unit.itemCount;
-        }
-        m_smoothLines = false;
+        return enough;
     }
 
     void learn(const double seconds)
     {
+        if (!m_statistics.simplified) {
+            m_isSlow = seconds > m_movingSeconds;
+            return;
+        }
         // At most twice as much the next time: the first drawings of a context are slower than those that follow. What
         // is left is not asked: the geometries that fit may be few, for large ones come first.
         if (m_statistics.leftOut > 0 || seconds > m_movingSeconds) {
             const double share = m_movingSeconds / std::max(seconds, 1e-6);
-            m_mostPrimitives *= std::clamp(share, 0.5, 2.0);
+            m_mostPrimitives = std::max(m_mostPrimitives * std::clamp(share, 0.5, 2.0), LeastPrimitives);
         }
-        m_mostPrimitives = std::max(m_mostPrimitives, LeastPrimitives);
+        m_isSlow = m_statistics.leftOut > 0 || seconds * SlowestSamples > m_movingSeconds;
     }
 
     void buildUnits()
@@ -310,6 +357,7 @@ private:
             count += (*unit)->itemCount;
         }
         if (!orderless && count <= MostSorted) {
+            drawMarkers(begin, end);
             drawSorted(begin, end);
             return;
         }
@@ -328,6 +376,36 @@ private:
                 drawItems(**unit, 0, (*unit)->itemCount);
                 current = *unit;
             }
+        }
+        drawMarkers(begin, end);
+    }
+
+    void drawMarkers(const UnitIterator begin, const UnitIterator end)
+    {
+        const Unit* current = nullptr;
+        for (auto unit = begin; unit != end; ++unit) {
+            const std::size_t count = (*unit)->markedCount - (*unit)->itemCount;
+            if (count == 0) {
+                continue;
+            }
+            const MaterialState& state = *(*unit)->state;
+            if (current == nullptr || current->state != &state) {
+                state.apply(m_pixelRatio, !m_statistics.simplified);
+                glEnable(GL_VERTEX_PROGRAM_POINT_SIZE);
+                m_programs->use(state, isColoured(**unit), true);
+            }
+            m_programs->setMatrices(m_view * getToWorld(**unit), m_projection);
+            const bool isThin = (*unit)->batch->isThin() || state.frontMode != GL_FILL;
+            m_programs->setMarkerSizes(m_pixelsPerUnit, m_pixelRatio * (isThin ? LargestThinMarker : LargestMarker),
+                                       isThin ? ThinMarkerLift : MarkerLift);
+            (*unit)->batch->markers.draw((*unit)->itemCount, count);
+            ++m_statistics.drawCalls;
+            m_statistics.primitives += count;
+            current = *unit;
+        }
+        if (current != nullptr) {
+            VertexBuffers::unbind();
+            glDisable(GL_VERTEX_PROGRAM_POINT_SIZE);
         }
     }
 
@@ -367,19 +445,23 @@ private:
             return;
         }
         if (current == nullptr || current->state != unit.state) {
-            unit.state->apply(m_pixelRatio, m_smoothLines);
+            unit.state->apply(m_pixelRatio, !m_statistics.simplified);
             m_programs->use(*unit.state, isColoured(unit));
         }
-        Matrix4 toWorld;
-        if (unit.batch != nullptr) {
-            for (int axis = 0; axis < 3; ++axis) {
-                toWorld(axis, 3) = unit.batch->origin.at(static_cast<std::size_t>(axis));
-            }
-        } else {
-            toWorld = Matrix4(unit.item->toWorld);
-        }
-        m_programs->setMatrices(m_view * toWorld, m_projection);
+        m_programs->setMatrices(m_view * getToWorld(unit), m_projection);
         unit.getBuffers().bind();
+    }
+
+    static Matrix4 getToWorld(const Unit& unit)
+    {
+        if (unit.batch == nullptr) {
+            return Matrix4(unit.item->toWorld);
+        }
+        Matrix4 toWorld;
+        for (int axis = 0; axis < 3; ++axis) {
+            toWorld(axis, 3) = unit.batch->origin.at(static_cast<std::size_t>(axis));
+        }
+        return toWorld;
     }
 
     void drawItems(const Unit& unit, const std::size_t first, const std::size_t count)
@@ -400,11 +482,11 @@ private:
     Matrix4 m_view;
     Matrix4 m_projection;
     Matrix4 m_worldToClip;
-    double m_pixelsPerUnit = 1;          ///< at a distance of one
-    std::vector<MaterialState> m_states; ///< of the groups, in this frame
-    std::vector<Unit> m_units;           ///< what is in view
-    bool m_smoothLines = true;
+    double m_pixelsPerUnit = 1;                ///< at a distance of one
+    std::vector<MaterialState> m_states;       ///< of the groups, in this frame
+    std::vector<Unit> m_units;                 ///< what is in view
     double m_mostPrimitives = FirstPrimitives; ///< while the camera moves
+    bool m_isSlow = false;                     ///< no time for several samples while the camera moves
     Statistics m_statistics;
 };
 

@@ -48,8 +48,10 @@ class SceneRenderer : public SceneChangeListener {
 public:
     /** How much a drawing shows. */
     enum class Detail {
-        Full,   ///< everything, the same picture every time
-        Moving, ///< as much as there is time for, the larger geometries first: for a picture that another one follows
+        Full, ///< everything, the same picture every time
+        /// For a picture that another one follows: as much as there is time for, the larger geometries first. Others
+        /// are points of about their size and colour, as far as there is time for those.
+        Moving,
     };
 
     /** What the last draw() did. */
@@ -57,10 +59,12 @@ public:
         std::size_t opaque = 0;      ///< geometry nodes drawn in the opaque pass
         std::size_t transparent = 0; ///< geometry nodes drawn in the transparent pass
         std::size_t leftOut = 0;     ///< geometry nodes in view that there was no time for
-        std::size_t uploaded = 0;    ///< geometries read from the scene
-        std::size_t cached = 0;      ///< geometries kept afterwards
-        std::size_t batches = 0;     ///< batches kept afterwards
-        std::size_t built = 0;       ///< batches, and geometries drawn by themselves, copied into buffers
+        std::size_t marked = 0;      ///< how many of those were drawn as points
+        bool simplified = false;  ///< something is left out, or drawn with one sample and hard lines, for lack of time
+        std::size_t uploaded = 0; ///< geometries read from the scene
+        std::size_t cached = 0;   ///< geometries kept afterwards
+        std::size_t batches = 0;  ///< batches kept afterwards
+        std::size_t built = 0;    ///< batches, and geometries drawn by themselves, copied into buffers
         std::size_t drawCalls = 0;
         std::size_t primitives = 0; ///< triangles, lines and points drawn
     };
@@ -80,7 +84,7 @@ public:
     /** Nodes are drawn whose traversal mask has a bit in common with @p mask; all bits at first. */
     void setTravMask(osg::UInt32 mask);
 
-    /** How long a drawing with Detail::Moving should take, in seconds; a tenth at first. */
+    /** How long a drawing with Detail::Moving should take, in seconds; 0.15 at first. */
     void setMovingTime(double seconds);
 
     void sceneChanged(const SceneChanges& changes) override;
@@ -92,8 +96,8 @@ public:
      *
      * @param root null draws the background alone
      * @param width, height in physical pixels
-     * @param detail Moving waits until it is drawn, to learn how much can be drawn the next time, and draws lines
-     * without shades at their edges where it leaves something out
+     * @param detail Moving waits until it is drawn, to learn how much can be drawn the next time; where time is short
+     * it draws one sample for each pixel, and lines without shades at their edges, before it leaves anything out
      */
     void draw(const osg::NodePtr& root, const Matrix4& view, const Matrix4& projection, int width, int height,
               Detail detail = Detail::Full);

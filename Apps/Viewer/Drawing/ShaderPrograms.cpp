@@ -15,16 +15,27 @@ namespace quon::viewer {
 namespace {
 
 // In front of both shaders of a program: the version, and which of its kinds it is.
-constexpr std::array<const char*, 4> Preambles{"#version 120\n", "#version 120\n#define LIT\n",
+constexpr std::array<const char*, 8> Preambles{"#version 120\n",
+                                               "#version 120\n#define LIT\n",
                                                "#version 120\n#define COLOURED\n",
-                                               "#version 120\n#define LIT\n#define COLOURED\n"};
+                                               "#version 120\n#define LIT\n#define COLOURED\n",
+                                               "#version 120\n#define MARKER\n",
+                                               "#version 120\n#define MARKER\n#define LIT\n",
+                                               "#version 120\n#define MARKER\n#define COLOURED\n",
+                                               "#version 120\n#define MARKER\n#define LIT\n#define COLOURED\n"};
 
 const char* const VertexShader = R"(
+#ifdef MARKER
+attribute vec4 position;
+uniform vec3 markerSizes;
+#else
 attribute vec3 position;
 attribute vec3 normal;
+#endif
 attribute vec4 colour;
 uniform mat4 modelToEye;
 uniform mat4 modelToClip;
+uniform mat4 eyeToClip;
 uniform mat3 normalToEye;
 varying vec3 eyePosition;
 varying vec3 eyeNormal;
@@ -32,14 +43,20 @@ varying vec4 vertexColour;
 
 void main()
 {
-#ifdef LIT
-    eyePosition = (modelToEye * vec4(position, 1.0)).xyz;
-    eyeNormal = normalToEye * normal;
-#endif
 #ifdef COLOURED
     vertexColour = colour;
 #endif
-    gl_Position = modelToClip * vec4(position, 1.0);
+    gl_Position = modelToClip * vec4(position.xyz, 1.0);
+#ifdef MARKER
+    // Its middle says where it is to be seen; how deep, a place in front of that.
+    vec4 eye = modelToEye * vec4(position.xyz, 1.0);
+    vec4 front = eyeToClip * vec4(eye.xy, eye.z + position.w * markerSizes.z, 1.0);
+    gl_Position.z = front.w > 0.0 ? front.z / front.w * gl_Position.w : gl_Position.z;
+    gl_PointSize = clamp(position.w * markerSizes.x / gl_Position.w, 1.0, markerSizes.y);
+#elif defined(LIT)
+    eyePosition = (modelToEye * vec4(position, 1.0)).xyz;
+    eyeNormal = normalToEye * normal;
+#endif
 }
 )";
 
@@ -61,7 +78,10 @@ void main()
 #else
     vec4 base = diffuse;
 #endif
-#ifdef LIT
+#if defined(LIT) && defined(MARKER)
+    // What surfaces of all directions have of their colour on average.
+    gl_FragColor = vec4(emission + base.rgb * 0.7, base.a);
+#elif defined(LIT)
     vec3 toEye = normalize(-eyePosition);
     vec3 facing = cross(dFdx(eyePosition), dFdy(eyePosition));
     vec3 n = dot(eyeNormal, eyeNormal) > 0.0 ? eyeNormal : facing;
@@ -154,11 +174,13 @@ ShaderPrograms::ShaderPrograms()
             const auto find = [&](const char* name) { return glGetUniformLocation(program.name, name); };
             program.modelToEye = find("modelToEye");
             program.modelToClip = find("modelToClip");
+            program.eyeToClip = find("eyeToClip");
             program.normalToEye = find("normalToEye");
             program.diffuse = find("diffuse");
             program.emission = find("emission");
             program.specular = find("specular");
             program.shininess = find("shininess");
+            program.markerSizes = find("markerSizes");
         }
         m_background = linkProgram(Preambles.front(), BackgroundVertexShader, BackgroundFragmentShader);
     } catch (const ViewerError&) {
@@ -202,9 +224,9 @@ void ShaderPrograms::drawBackground(const osg::Color3f& top, const osg::Color3f&
     glUseProgram(0);
 }
 
-void ShaderPrograms::use(const MaterialState& material, const bool coloured)
+void ShaderPrograms::use(const MaterialState& material, const bool coloured, const bool markers)
 {
-    m_current = &m_programs.at((material.lit ? 1U : 0U) + (coloured ? 2U : 0U));
+    m_current = &m_programs.at((material.lit ? 1U : 0U) + (coloured ? 2U : 0U) + (markers ? 4U : 0U));
     glUseProgram(m_current->name);
     glUniform4fv(m_current->diffuse, 1, material.diffuse.getValuesRGBA());
     glUniform3fv(m_current->emission, 1, material.emission.getValuesRGB());
@@ -224,6 +246,13 @@ void ShaderPrograms::setMatrices(const Matrix4& modelToEye, const Matrix4& proje
     glUniformMatrix4fv(m_current->modelToEye, 1, GL_FALSE, modelToEye.toMatrix().getValues());
     glUniformMatrix4fv(m_current->modelToClip, 1, GL_FALSE, (projection * modelToEye).toMatrix().getValues());
     glUniformMatrix3fv(m_current->normalToEye, 1, GL_FALSE, normalToEye);
+    glUniformMatrix4fv(m_current->eyeToClip, 1, GL_FALSE, projection.toMatrix().getValues());
+}
+
+void ShaderPrograms::setMarkerSizes(const double pixels, const double mostPixels, const double lift) const
+{
+    glUniform3f(m_current->markerSizes, static_cast<GLfloat>(pixels), static_cast<GLfloat>(mostPixels),
+                static_cast<GLfloat>(lift));
 }
 
 } // namespace quon::viewer

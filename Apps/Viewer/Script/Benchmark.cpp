@@ -170,7 +170,7 @@ void Benchmark::measureOrbits(const int samples)
     using Detail = SceneRenderer::Detail;
     m_surface.setMultisampling(samples > 1);
     const std::string title = "Orbit, " + std::to_string(samples) + (samples > 1 ? " samples" : " sample");
-    printTitle(title.c_str(), "milliseconds, median and 95 %; frames a second; what share of the geometries");
+    printTitle(title.c_str(), "milliseconds, median and 95 %; frames a second; geometries drawn, and as points");
     measureOrbit("plain, everything", Detail::Full, "the model alone, as when the camera rests");
     measureOrbit("plain, moving", Detail::Moving, "as much as there is time for");
 
@@ -196,18 +196,22 @@ void Benchmark::measureOrbit(const char* name, const SceneRenderer::Detail detai
     }
     std::vector<double> times;
     double shown = 0;
+    double marked = 0;
     const double start = now();
     while (times.size() < FramesOfTurn && (times.size() < FewestFrames || now() - start < LongestOrbit)) {
         m_session.getCamera().orbit(static_cast<double>(Width) / FramesOfTurn, 0);
         times.push_back(drawFrame(detail));
         const SceneRenderer::Statistics& statistics = m_renderer.getStatistics();
         const auto drawn = static_cast<double>(statistics.opaque + statistics.transparent);
-        shown += drawn / std::max(1.0, drawn + static_cast<double>(statistics.leftOut));
+        const double all = std::max(1.0, drawn + static_cast<double>(statistics.leftOut));
+        shown += drawn / all;
+        marked += static_cast<double>(statistics.marked) / all;
     }
     const double median = quantile(times, 0.5);
-    std::fprintf(m_output, "  %-24s %10.3f %10.3f %8.1f   %3.0f %%   %s\n", name, median * 1e3,
+    std::fprintf(m_output, "  %-24s %10.3f %10.3f %8.1f   %3.0f %% + %3.0f %%   %s\n", name, median * 1e3,
                  quantile(times, 0.95) * 1e3, 1 / std::max(median, 1e-9),
-                 100 * shown / static_cast<double>(times.size()), meaning);
+                 100 * shown / static_cast<double>(times.size()), 100 * marked / static_cast<double>(times.size()),
+                 meaning);
     std::fflush(m_output);
 }
 

@@ -476,7 +476,7 @@ void Viewport::drawInWindow(const int width, const int height, const double pixe
         std::exit(2);
     }
     // What there was no time for follows as soon as nobody wants another picture for a moment.
-    if (m_renderer.getStatistics().leftOut > 0) {
+    if (m_renderer.getStatistics().simplified) {
         m_stillTimer.start();
     } else {
         m_stillTimer.stop();
