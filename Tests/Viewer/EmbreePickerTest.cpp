@@ -4,6 +4,7 @@
 #include "Support/SceneFixture.h"
 
 #include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/EmbreePicker.h"
 #include "Viewer/Tools/RegionOption.h"
@@ -20,6 +21,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -114,6 +116,29 @@ TEST_F(EmbreePickerTest, ThePointerHitsTheNearestNode)
 
     EXPECT_EQ(pick(), nearest);
     EXPECT_EQ(m_picker.getPickedPoint(nullptr).z(), 0.5F);
+}
+
+TEST_F(EmbreePickerTest, WhatWasPreparedCountsUntilTheGeometryChanges)
+{
+    const osg::GeometryPtr near = rectangle(0.5F);
+    const osg::RefPtr<osg::GeometryPtr> far(rectangle(-0.5F));
+    viewer::PreparedGeometries prepared;
+    prepared.add(near, std::make_shared<viewer::GeometryContent>(viewer::GeometryData::read(far.get())));
+    m_picker.setPrepared(&prepared);
+    add(near);
+    report();
+    ASSERT_EQ(m_picker.getPickedPoint(nullptr).z(), -0.5F);
+
+    const osg::GeoPositionsPtr positions = near->getPositions();
+    beginEditCP(positions);
+    positions->setValue(osg::Pnt3f(-0.5F, -0.5F, 0.5F), 0);
+    endEditCP(positions);
+    const SceneChanges changes = SceneChanges::take();
+    prepared.sceneChanged(changes);
+    m_picker.sceneChanged(changes);
+
+    EXPECT_EQ(m_picker.getPickedPoint(nullptr).z(), 0.5F);
+    m_picker.setPrepared(nullptr);
 }
 
 TEST_F(EmbreePickerTest, BesideEverythingNothingIsHit)

@@ -21,6 +21,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace quon::testing {
@@ -141,9 +142,68 @@ TEST_F(LoadJobTest, ProgressArrivesInTheOrderOfTheSteps)
     second.open();
     waitUntilSettled(job);
 
-    EXPECT_THAT(m_events, ElementsAre("Reading plate.obj", "Preparing plate.obj", "Building the scene: 2 of 2 parts",
-                                      "finished", "settled"));
-    EXPECT_THAT(shares, ElementsAre(0, 0.5, 0.5, 1));
+    EXPECT_THAT(m_events,
+                ElementsAre("Reading plate.obj", "Preparing plate.obj", "Preparing the selection in plate.obj",
+                            "Building the scene: 2 of 2 parts", "finished", "settled"));
+    ASSERT_GE(shares.size(), 5U);
+    EXPECT_THAT(std::vector<double>(shares.begin(), shares.begin() + 3), ElementsAre(0, 0.5, 0.5));
+    EXPECT_EQ(shares.back(), 1);
+}
+
+TEST_F(LoadJobTest, WhatChangesQuicklyIsNotToldEveryTime)
+{
+    constexpr int Reports = 1000;
+    int reports = 0;
+    LoadJob job("plates.obj", [&](const std::string&, const LoadControl& control) {
+        for (; reports < Reports; ++reports) {
+            control.report(Step::Reading, static_cast<double>(reports) / Reports);
+            std::this_thread::sleep_for(std::chrono::microseconds(100));
+        }
+        return makeData(1);
+    });
+    int told = 0;
+    QObject::connect(&job, &LoadJob::progressed, [&] { ++told; });
+
+    job.start();
+    waitUntilSettled(job);
+
+    EXPECT_EQ(reports, Reports);
+    EXPECT_LT(told, Reports / 2);
+    EXPECT_GT(told, 2);
+}
+
+TEST_F(LoadJobTest, TheModelComesWithTheContentsOfItsGeometries)
+{
+    LoadJob job("plates.obj", [&](const std::string&, const LoadControl&) { return makeData(3); });
+    listenTo(job);
+
+    job.start();
+    waitUntilSettled(job);
+
+    ASSERT_NE(m_model.root, osg::NullFC);
+    const osg::NodePtr part = m_model.root->getChild(0)->getChild(2);
+    const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(part->getChild(0)->getCore());
+    const auto content = viewer::PreparedGeometries::read(&m_model.prepared, geometry);
+    EXPECT_EQ(content, viewer::PreparedGeometries::read(&m_model.prepared, geometry));
+    EXPECT_NE(content, viewer::PreparedGeometries::read(nullptr, geometry));
+    EXPECT_THAT(content->getData().triangles, ElementsAre(0, 1, 2));
+}
+
+TEST_F(LoadJobTest, CancelledWhileTheSelectionIsPreparedItEnds)
+{
+    LoadJob job("plates.obj", [&](const std::string&, const LoadControl&) { return makeData(50000); });
+    listenTo(job);
+    QObject::connect(&job, &LoadJob::progressed, [&](const QString& text, double) {
+        if (text.startsWith(QStringLiteral("Preparing the selection"))) {
+            job.cancel();
+        }
+    });
+
+    job.start();
+    waitUntilSettled(job);
+
+    EXPECT_THAT(m_events,
+                ElementsAre("Reading plates.obj", "Preparing the selection in plates.obj", "cancelled", "settled"));
 }
 
 TEST_F(LoadJobTest, AFailureIsToldInOneLine)
@@ -275,7 +335,7 @@ TEST_F(LoadJobTest, DestroyedWhileBuildingItLeavesNothing)
         job.setSlice(std::chrono::milliseconds(0));
         listenTo(job);
         job.start();
-        waitUntil([&] { return m_events.size() > 1; });
+        waitUntil([&] { return QString::fromStdString(m_events.back()).startsWith(QStringLiteral("Building")); });
         EXPECT_GT(countLiveContainers(), before);
     }
     EXPECT_EQ(countLiveContainers(), before);
@@ -319,7 +379,8 @@ TEST_F(LoadJobTest, StartingTwiceAndCancellingOutOfTurnDoNothing)
     job.start();
     QCoreApplication::processEvents();
 
-    EXPECT_THAT(m_events, ElementsAre("Reading plate.obj", "Building the scene: 1 of 1 parts", "finished", "settled"));
+    EXPECT_THAT(m_events, ElementsAre("Reading plate.obj", "Preparing the selection in plate.obj",
+                                      "Building the scene: 1 of 1 parts", "finished", "settled"));
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <random>
 #include <vector>
 
 namespace quon::testing {
@@ -93,6 +94,39 @@ TEST_F(ModelOutlineTest, TurnedPartsCountByTheirCornersAndNotByTheirBoxes)
 
     EXPECT_NEAR(outline.maximum[1], 0.70711F, 1e-4F);
     EXPECT_NEAR(outline.maximum[0], 0.8F, 1e-6F);
+}
+
+TEST_F(ModelOutlineTest, AmongVeryManyPositionsThoseFarthestOutAreFound)
+{
+    // A cloud within a ball, in no order, and one corner that reaches out of it.
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> coordinate(-1, 1);
+    std::vector<osg::Pnt3f> corners;
+    std::vector<osg::UInt32> indices;
+    while (corners.size() < 20000) {
+        const osg::Pnt3f corner(coordinate(random), coordinate(random), coordinate(random));
+        if (corner.subZero().length() < 1) {
+            indices.push_back(static_cast<osg::UInt32>(corners.size()));
+            corners.push_back(corner);
+        }
+    }
+    corners[12345] = osg::Pnt3f(1, 1, 1);
+    m_root->addChild(makeNode(makeGeometry(GL_POINTS, corners, indices, osg::NullFC)));
+
+    const ModelOutline outline = ModelOutline::find(m_root.get());
+
+    osg::Pnt3f minimum = corners.front();
+    osg::Pnt3f maximum = corners.front();
+    for (const osg::Pnt3f& corner : corners) {
+        for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+            minimum[axis] = std::min(minimum[axis], corner[axis]);
+            maximum[axis] = std::max(maximum[axis], corner[axis]);
+        }
+    }
+    EXPECT_EQ(outline.minimum, minimum);
+    EXPECT_EQ(outline.maximum, maximum);
+    EXPECT_EQ(reach(outline, osg::Vec3f(1, 1, 1)), 3.0F);
+    EXPECT_GT(reach(outline, osg::Vec3f(-1, -1, -1)), 1.6F);
 }
 
 TEST_F(ModelOutlineTest, WhatIsHiddenDoesNotCount)

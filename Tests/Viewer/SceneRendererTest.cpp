@@ -1232,6 +1232,56 @@ TEST_F(SceneRendererSizeTest, MovingDrawsEverythingWhereThereIsTime)
     EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
 }
 
+TEST_F(SceneRendererSizeTest, WhatWasNeverDrawnComesIntoMovingPicturesLittleByLittle)
+{
+    const osg::SimpleMaterialPtr green = makePlainMaterial(Green);
+    add(makeRectangle(-1, -1, 0, 1, 0, makePlainMaterial(Red)));
+    add(makeRectangle(0, -1, 1, 0, 0, green));
+    add(makeRectangle(0, 0, 1, 1, 0, makePlainMaterial(Blue)));
+    m_renderer.setBuildingTime(0);
+
+    std::vector<std::size_t> waiting;
+    for (int i = 0; i < 3; ++i) {
+        drawMoving();
+        waiting.push_back(m_renderer.getStatistics().waiting);
+        EXPECT_EQ(m_renderer.getStatistics().built, 1U);
+    }
+
+    EXPECT_EQ(waiting, std::vector<std::size_t>({2, 1, 0}));
+    EXPECT_EQ(drawMoving(), draw());
+    EXPECT_EQ(m_renderer.getStatistics().built, 0U);
+}
+
+TEST_F(SceneRendererSizeTest, WhatWasDrawnBeforeDoesNotWaitAfterAnEdit)
+{
+    const osg::SimpleMaterialPtr materials[] = {makePlainMaterial(Red), makePlainMaterial(Green)};
+    for (const osg::SimpleMaterialPtr& material : materials) {
+        add(makeRectangle(-1, -1, 1, 1, 0, material));
+    }
+    m_renderer.setBuildingTime(0);
+    draw();
+
+    for (const osg::SimpleMaterialPtr& material : materials) {
+        add(makeRectangle(-1, -1, 1, 1, 0, material));
+    }
+    drawMoving();
+
+    EXPECT_EQ(m_renderer.getStatistics().waiting, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().built, 2U);
+}
+
+TEST_F(SceneRendererSizeTest, AStillPictureWaitsForNothing)
+{
+    add(makeRectangle(-1, -1, 0, 1, 0, makePlainMaterial(Red)));
+    add(makeRectangle(0, -1, 1, 0, 0, makePlainMaterial(Green)));
+    m_renderer.setBuildingTime(0);
+
+    draw();
+
+    EXPECT_EQ(m_renderer.getStatistics().waiting, 0U);
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 2U);
+}
+
 /** How the vertices of one kind of primitive become pixels. */
 struct Primitive {
     const char* name;

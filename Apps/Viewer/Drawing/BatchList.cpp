@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Drawing/BatchList.h"
 
-#include "Viewer/Model/GeometryData.h"
+#include "Viewer/Model/PreparedGeometries.h"
 
 #include <OpenSG/OSGAttachment.h>
 #include <OpenSG/OSGFieldContainerFactory.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -102,28 +103,31 @@ public:
         }
     }
 
-    void addTo(VertexData& data, const Mesh& mesh) const
+    void addTo(VertexData& data, const GeometryData& content) const
     {
         const auto first = static_cast<osg::UInt32>(data.vertexCount);
         const VertexFormat& format = data.format;
         const std::size_t size = format.getSize();
-        std::byte* vertex = data.addVertices(mesh.positions.size());
-        for (std::size_t i = 0; i < mesh.positions.size(); ++i, vertex += size) {
+        std::byte* vertex = data.addVertices(content.positions.size());
+        for (std::size_t i = 0; i < content.positions.size(); ++i, vertex += size) {
             float position[3];
-            transform(mesh.positions[i], position);
+            transform(content.positions[i], position);
             std::memcpy(vertex, position, sizeof position);
             if (format.hasNormals) {
                 std::int16_t normal[4] = {};
-                turn(mesh.normals[i], normal);
+                turn(content.normals[i], normal);
                 std::memcpy(vertex + format.getNormalOffset(), normal, sizeof normal);
             }
             if (format.hasColours) {
-                std::memcpy(vertex + format.getColourOffset(), mesh.colours[i].data(), 4);
+                const osg::Color4f& colour = content.colours[i];
+                const std::uint8_t bytes[4] = {toByte(colour.red()), toByte(colour.green()), toByte(colour.blue()),
+                                               toByte(colour.alpha())};
+                std::memcpy(vertex + format.getColourOffset(), bytes, sizeof bytes);
             }
         }
-        append(data.triangles, mesh.triangles, first);
-        append(data.lines, mesh.lines, first);
-        append(data.points, mesh.points, first);
+        append(data.triangles, content.triangles, first);
+        append(data.lines, content.lines, first);
+        append(data.points, content.points, first);
     }
 
 private:
@@ -186,11 +190,11 @@ Marker makeMarker(const DrawItem& item, const std::array<double, 3>& origin)
     // Seen from all sides a box covers a quarter of its surface on average.
     const osg::Vec3f extent = item.maximum - item.minimum;
     marker.size = std::sqrt((extent[0] * extent[1] + extent[1] * extent[2] + extent[2] * extent[0]) / 2);
-    const auto& colours = item.mesh->colours;
+    const std::vector<osg::Color4f>& colours = item.mesh->content->getData().colours;
     for (std::size_t component = 0; !colours.empty() && component < 4; ++component) {
         std::size_t sum = 0;
-        for (const auto& colour : colours) {
-            sum += colour.at(component);
+        for (const osg::Color4f& colour : colours) {
+            sum += toByte(colour.getValuesRGBA()[component]);
         }
         marker.colour.at(component) = static_cast<std::uint8_t>(sum / colours.size());
     }
@@ -375,23 +379,14 @@ Mesh& BatchList::getMesh(const osg::GeometryPtr& geometry)
 
 void BatchList::read(const osg::GeometryPtr& geometry, Mesh& mesh)
 {
-    GeometryData data = GeometryData::read(geometry);
-    data.getBounds(mesh.minimum, mesh.maximum);
+    mesh.content = PreparedGeometries::read(m_prepared, geometry);
+    const GeometryData& data = mesh.content->getData();
+    mesh.minimum = mesh.content->getMinimum();
+    mesh.maximum = mesh.content->getMaximum();
     mesh.vertexCount = data.positions.size();
     mesh.hasNormals = !data.normals.empty();
     mesh.hasColours = !data.colours.empty();
     mesh.counts = {data.triangles.size(), data.lines.size(), data.points.size()};
-    mesh.positions = std::move(data.positions);
-    mesh.normals = std::move(data.normals);
-    mesh.triangles = std::move(data.triangles);
-    mesh.lines = std::move(data.lines);
-    mesh.points = std::move(data.points);
-    mesh.colours.clear();
-    mesh.colours.reserve(data.colours.size());
-    for (const osg::Color4f& colour : data.colours) {
-        mesh.colours.push_back(
-            {toByte(colour.red()), toByte(colour.green()), toByte(colour.blue()), toByte(colour.alpha())});
-    }
     mesh.properties = getProperties(geometry);
     m_newestId = std::max(m_newestId, osg::getContainerId(geometry));
     m_newestId = std::max(m_newestId, *std::max_element(mesh.properties.begin(), mesh.properties.end()));
@@ -622,7 +617,7 @@ void BatchList::build(Batch& batch)
     m_markers.clear();
     for (const auto& [radius, place] : order) {
         const DrawItem& item = m_items[place];
-        Baker(item.toWorld, batch.origin).addTo(m_data, *item.mesh);
+        Baker(item.toWorld, batch.origin).addTo(m_data, item.mesh->content->getData());
         batch.ends.push_back({m_data.triangles.size(), m_data.lines.size(), m_data.points.size()});
         batch.radii.push_back(radius);
         m_markers.push_back(makeMarker(item, batch.origin));
@@ -637,18 +632,13 @@ void BatchList::build(Mesh& mesh)
 {
     m_data.clear();
     m_data.format = mesh.getFormat();
-    Baker(osg::Matrix(), {}).addTo(m_data, mesh);
+    Baker(osg::Matrix(), {}).addTo(m_data, mesh.content->getData());
     mesh.buffers.fill(m_data);
     mesh.buffersStale = false;
     ++m_buildCount;
     if (mesh.vertexCount > MostVerticesOfPiece) {
         // Nobody copies from it; it is read again when it changes.
-        mesh.positions = {};
-        mesh.normals = {};
-        mesh.colours = {};
-        mesh.triangles = {};
-        mesh.lines = {};
-        mesh.points = {};
+        mesh.content = nullptr;
         m_data = {};
     }
 }

@@ -25,18 +25,16 @@
 
 namespace quon::viewer {
 
+class GeometryContent;
+class PreparedGeometries;
+
 /** The content of one geometry core. */
 struct Mesh {
-    std::vector<osg::Pnt3f> positions;
-    std::vector<osg::Vec3f> normals;                  ///< empty, or as many as positions
-    std::vector<std::array<std::uint8_t, 4>> colours; ///< empty, or as many as positions
-    std::vector<osg::UInt32> triangles;
-    std::vector<osg::UInt32> lines;
-    std::vector<osg::UInt32> points;
+    std::shared_ptr<const GeometryContent> content; ///< a large mesh has none once it is in its buffers
     IndexCounts counts;
     osg::Pnt3f minimum;
     osg::Pnt3f maximum;
-    std::size_t vertexCount = 0;             ///< the positions of a large mesh go once they are in its buffers
+    std::size_t vertexCount = 0;
     std::array<osg::UInt32, 6> properties{}; ///< ids of what it was read from
     bool stale = true;                       ///< the geometry has changed since
     std::vector<std::uint32_t> users;        ///< places of the items that show it
@@ -123,6 +121,9 @@ public:
     BatchList(const BatchList&) = delete;
     BatchList& operator=(const BatchList&) = delete;
 
+    /** Takes contents of geometries that need not be read then; borrowed, null for none. */
+    void setPrepared(const PreparedGeometries* prepared) { m_prepared = prepared; }
+
     void sceneChanged(const SceneChanges& changes);
 
     /** Follows the scene, without touching any buffer. */
@@ -172,6 +173,7 @@ private:
     static bool fits(const Batch& batch, const DrawGroup& group, const DrawItem& item);
     void dropMesh(osg::UInt32 geometryId);
 
+    const PreparedGeometries* m_prepared = nullptr;
     SceneMirror m_mirror;
     std::vector<DrawItem> m_items;                  ///< by place
     std::unordered_map<osg::UInt32, Mesh> m_meshes; ///< by id of the geometry; ids are never reused

@@ -26,6 +26,8 @@ constexpr std::size_t MostSorted = 4096;
 constexpr double LeastPrimitives = 20000;
 constexpr double FirstPrimitives = 300000;
 
+using Clock = std::chrono::steady_clock;
+
 // What drawing with several samples takes at most, compared with one.
 constexpr double SlowestSamples = 4;
 
@@ -49,6 +51,8 @@ struct Unit {
     double depth = 0;               ///< of the middle, in front of the eye
     std::size_t itemCount = 0;      ///< how many are drawn: the first ones, which are the largest
     std::size_t markedCount = 0;    ///< how many are drawn, as they are or as markers
+
+    bool isStale() const { return batch != nullptr ? batch->stale : item->mesh->buffersStale; }
 
     const VertexBuffers& getBuffers() const { return batch != nullptr ? batch->buffers : item->mesh->buffers; }
 
@@ -129,13 +133,13 @@ public:
         m_pixelsPerUnit = std::abs(projection(1, 1)) * height / 2;
         m_statistics = Statistics();
         collectUnits();
+        buildUnits(detail == Detail::Moving ? Clock::now() + getBuildingTime() : Clock::time_point::max());
         if (detail == Detail::Moving) {
             leaveOutSmall();
             m_statistics.simplified = m_isSlow || m_statistics.leftOut > 0;
         }
-        buildUnits();
 
-        const auto start = std::chrono::steady_clock::now();
+        const auto start = Clock::now();
         glViewport(0, 0, width, height);
         resetState();
         if (m_statistics.simplified) {
@@ -149,7 +153,7 @@ public:
         resetState();
         if (detail == Detail::Moving) {
             glFinish();
-            learn(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+            learn(std::chrono::duration<double>(Clock::now() - start).count());
         }
 
         m_statistics.uploaded = m_batches.takeReadCount();
@@ -159,6 +163,8 @@ public:
         m_units.clear();
         return m_statistics;
     }
+
+    void setPrepared(const PreparedGeometries* prepared) { m_batches.setPrepared(prepared); }
 
     void sceneChanged(const SceneChanges& changes) { m_batches.sceneChanged(changes); }
 
@@ -173,8 +179,14 @@ public:
     float m_pixelRatio = 1;
     osg::UInt32 m_travMask = 0xFFFFFFFF;
     double m_movingSeconds = 0.15;
+    double m_buildingSeconds = 0.03;
 
 private:
+    Clock::duration getBuildingTime() const
+    {
+        return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(m_buildingSeconds));
+    }
+
     void collectUnits()
     {
         const std::vector<DrawGroup*> groups = m_batches.getGroups();
@@ -224,8 +236,6 @@ private:
     // The size on the screen below which geometries are left out, so that the rest can be drawn in time.
     void leaveOutSmall()
     {
-        // What is left out need not be known by its buffers, but how large it is has to be.
-        buildUnits();
         const auto countPrimitives = [&](const double size) {
             std::size_t primitives = 0;
             for (const Unit& unit : m_units) {
@@ -296,15 +306,28 @@ private:
         m_isSlow = m_statistics.leftOut > 0 || seconds * SlowestSamples > m_movingSeconds;
     }
 
-    void buildUnits()
+    // What is left out later need not be known by its buffers, but how large it is has to be. What was never drawn
+    // waits for the next picture once the time is up; what was drawn before must not vanish meanwhile.
+    void buildUnits(const Clock::time_point deadline)
     {
-        for (const Unit& unit : m_units) {
-            if (unit.batch != nullptr && unit.batch->stale) {
+        bool isAnyBuilt = false;
+        const auto waits = [&](const Unit& unit) {
+            if (!unit.isStale()) {
+                return false;
+            }
+            if (isAnyBuilt && !unit.getBuffers().isFilled() && Clock::now() >= deadline) {
+                ++m_statistics.waiting;
+                return true;
+            }
+            if (unit.batch != nullptr) {
                 m_batches.build(*unit.batch);
-            } else if (unit.item != nullptr && unit.item->mesh->buffersStale) {
+            } else {
                 m_batches.build(*unit.item->mesh);
             }
-        }
+            isAnyBuilt = true;
+            return false;
+        };
+        m_units.erase(std::remove_if(m_units.begin(), m_units.end(), waits), m_units.end());
     }
 
     void drawOpaque()
@@ -515,6 +538,16 @@ void SceneRenderer::setTravMask(const osg::UInt32 mask)
 void SceneRenderer::setMovingTime(const double seconds)
 {
     m_implementation->m_movingSeconds = seconds;
+}
+
+void SceneRenderer::setBuildingTime(const double seconds)
+{
+    m_implementation->m_buildingSeconds = seconds;
+}
+
+void SceneRenderer::setPrepared(const PreparedGeometries* prepared)
+{
+    m_implementation->setPrepared(prepared);
 }
 
 void SceneRenderer::sceneChanged(const SceneChanges& changes)

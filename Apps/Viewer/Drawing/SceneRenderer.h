@@ -14,6 +14,8 @@
 
 namespace quon::viewer {
 
+class PreparedGeometries;
+
 /**
  * Draws a scene graph with OpenGL.
  *
@@ -50,7 +52,8 @@ public:
     enum class Detail {
         Full, ///< everything, the same picture every time
         /// For a picture that another one follows: as much as there is time for, the larger geometries first. Others
-        /// are points of about their size and colour, as far as there is time for those.
+        /// are points of about their size and colour, as far as there is time for those. What was never drawn comes
+        /// into such pictures little by little, see Statistics::waiting.
         Moving,
     };
 
@@ -61,6 +64,7 @@ public:
         std::size_t leftOut = 0;     ///< geometry nodes in view that there was no time for
         std::size_t marked = 0;      ///< how many of those were drawn as points
         bool simplified = false;  ///< something is left out, or drawn with one sample and hard lines, for lack of time
+        std::size_t waiting = 0;  ///< batches, and geometries drawn by themselves, that have no buffers yet
         std::size_t uploaded = 0; ///< geometries read from the scene
         std::size_t cached = 0;   ///< geometries kept afterwards
         std::size_t batches = 0;  ///< batches kept afterwards
@@ -86,6 +90,15 @@ public:
 
     /** How long a drawing with Detail::Moving should take, in seconds; 0.15 at first. */
     void setMovingTime(double seconds);
+
+    /**
+     * How long a drawing with Detail::Moving copies into buffers what was never drawn before, in seconds; 0.03 at
+     * first. One batch is copied in any case.
+     */
+    void setBuildingTime(double seconds);
+
+    /** Takes contents of geometries that need not be read then; borrowed, null for none. */
+    void setPrepared(const PreparedGeometries* prepared);
 
     void sceneChanged(const SceneChanges& changes) override;
 

@@ -17,19 +17,33 @@ const void* offsetInBuffer(const std::size_t offset)
     return reinterpret_cast<const void*>(offset); // NOLINT(performance-no-int-to-ptr)
 }
 
-template <class Index>
-void fillIndices(const VertexData& data)
+constexpr std::size_t KindCount = 3;
+
+using Kinds = std::array<const std::vector<osg::UInt32>*, KindCount>;
+
+void fillShortIndices(const Kinds& kinds, const std::size_t count)
 {
-    const std::array<const std::vector<osg::UInt32>*, 3> kinds{&data.triangles, &data.lines, &data.points};
-    std::vector<Index> indices;
-    indices.reserve(data.triangles.size() + data.lines.size() + data.points.size());
+    std::vector<GLushort> indices;
+    indices.reserve(count);
     for (const std::vector<osg::UInt32>* kind : kinds) {
         for (const osg::UInt32 index : *kind) {
-            indices.push_back(static_cast<Index>(index));
+            indices.push_back(static_cast<GLushort>(index));
         }
     }
-    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(indices.size() * sizeof(Index)), indices.data(),
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(GLushort)), indices.data(),
                  GL_STATIC_DRAW);
+}
+
+// Large ones are handed over as they are.
+void fillLongIndices(const Kinds& kinds, const std::size_t count)
+{
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(GLuint)), nullptr, GL_STATIC_DRAW);
+    GLintptr offset = 0;
+    for (const std::vector<osg::UInt32>* kind : kinds) {
+        const auto size = static_cast<GLsizeiptr>(kind->size() * sizeof(GLuint));
+        glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, offset, size, kind->data());
+        offset += size;
+    }
 }
 
 } // namespace
@@ -71,10 +85,11 @@ void VertexBuffers::fill(const VertexData& data)
     glBindBuffer(GL_ARRAY_BUFFER, m_vertices);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(data.vertices.size()), data.vertices.data(), GL_STATIC_DRAW);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_indices);
+    const Kinds kinds{&data.triangles, &data.lines, &data.points};
     if (m_shortIndices) {
-        fillIndices<GLushort>(data);
+        fillShortIndices(kinds, m_counts.getSum());
     } else {
-        fillIndices<GLuint>(data);
+        fillLongIndices(kinds, m_counts.getSum());
     }
 }
 

@@ -190,6 +190,17 @@ GeometryData GeometryData::read(const osg::GeometryPtr& geometry)
     return data;
 }
 
+GeometryData GeometryData::read(const ModelData::Mesh& mesh)
+{
+    GeometryData data;
+    data.positions = mesh.positions;
+    data.normals = mesh.normals;
+    data.colours = mesh.colours;
+    data.texCoords = mesh.texCoords;
+    PrimitiveReader(data, mesh.indices).read(mesh.primitive, 0, mesh.indices.size());
+    return data;
+}
+
 bool GeometryData::getBounds(osg::Pnt3f& minimum, osg::Pnt3f& maximum) const
 {
     bool first = true;

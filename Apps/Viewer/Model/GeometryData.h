@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Model/ModelData.h"
+
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGColor.h>
@@ -26,6 +28,9 @@ struct GeometryData {
     std::vector<osg::UInt32> triangles; ///< three indices each
     std::vector<osg::UInt32> lines;     ///< two indices each
     std::vector<osg::UInt32> points;
+
+    /** Reads @p mesh: the same as reading the geometry that is built from it. */
+    static GeometryData read(const ModelData::Mesh& mesh);
 
     /** Reads @p geometry; a null handle or one without positions, types or lengths gives empty arrays. */
     static GeometryData read(const osg::GeometryPtr& geometry);

@@ -21,6 +21,7 @@ public:
     enum class Step {
         Reading,   ///< the file is being read
         Preparing, ///< what was read is being made fit to be drawn
+        Indexing,  ///< it is being sorted, to be picked in
         Building,  ///< the scene graph is being built
     };
 

@@ -4,6 +4,7 @@
 #include "Viewer/Model/ModelBuilder.h"
 #include "Viewer/Model/ModelLoader.h"
 #include "Viewer/Model/ModelReader.h"
+#include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/ViewerError.h"
 
@@ -15,6 +16,13 @@
 #include <utility>
 
 namespace quon::viewer {
+
+namespace {
+
+// Between two times that the same step is told: whoever shows it draws a window for each.
+constexpr std::chrono::milliseconds TellingInterval(50);
+
+} // namespace
 
 LoadJob::LoadJob(std::string file, Read read, QObject* parent)
     : QObject(parent)
@@ -59,6 +67,7 @@ void LoadJob::run()
 {
     try {
         const auto data = std::make_shared<ModelData>(m_read(getFile(), m_control));
+        prepareGeometries(*data, m_control);
         post([this, data] { build(data); });
     } catch (const LoadCancelled&) {
         // Whoever cancelled knows.
@@ -93,14 +102,35 @@ void LoadJob::tellProgress()
     double share = 0;
     {
         const std::lock_guard<std::mutex> lock(m_progressMutex);
+        if (const auto rest = getTellingRest(); m_step == m_toldStep && rest.count() > 0) {
+            QTimer::singleShot(rest, this, &LoadJob::tellProgress);
+            return;
+        }
         m_progressPosted = false;
         step = m_step;
         share = m_share;
     }
     if (m_state == State::Reading) {
-        emit progressed(step == LoadControl::Step::Reading ? tr("Reading %1").arg(getName())
-                                                           : tr("Preparing %1").arg(getName()),
-                        share);
+        m_toldStep = step;
+        m_lastTold = Clock::now();
+        emit progressed(describe(step).arg(getName()), share);
+    }
+}
+
+std::chrono::milliseconds LoadJob::getTellingRest() const
+{
+    return std::chrono::ceil<std::chrono::milliseconds>(m_lastTold + TellingInterval - Clock::now());
+}
+
+QString LoadJob::describe(const LoadControl::Step step)
+{
+    switch (step) {
+    case LoadControl::Step::Reading:
+        return tr("Reading %1");
+    case LoadControl::Step::Indexing:
+        return tr("Preparing the selection in %1");
+    default:
+        return tr("Preparing %1");
     }
 }
 
@@ -110,6 +140,7 @@ void LoadJob::build(const std::shared_ptr<ModelData>& data)
         return;
     }
     m_state = State::Building;
+    m_lastTold = Clock::time_point();
     const std::string file = getFile();
     m_model = ModelLoader::describe(file, *data);
     m_builder = std::make_unique<ModelBuilder>(std::move(*data));
@@ -126,22 +157,31 @@ void LoadJob::buildSlice()
         fail(QString::fromStdString(ViewerError(getFile(), error.what()).what()));
         return;
     }
-    const QLocale locale;
-    const std::size_t built = m_builder->countBuiltParts();
-    const std::size_t total = m_builder->countParts();
-    emit progressed(tr("Building the scene: %1 of %Ln parts", nullptr, static_cast<int>(total))
-                        .arg(locale.toString(static_cast<qulonglong>(built))),
-                    total == 0 ? 1 : static_cast<double>(built) / static_cast<double>(total));
+    if (complete || getTellingRest().count() <= 0) {
+        tellBuilt();
+    }
     // Whoever heard that may have cancelled.
     if (!complete || m_state != State::Building) {
         return;
     }
+    m_model.prepared = m_builder->takePrepared();
     ModelLoader::finish(m_model, m_builder->getRoot());
     end();
     // The receiver's from here on: the job does not keep a model alive that nobody shows any more.
     const LoadedModel model = std::exchange(m_model, LoadedModel());
     m_model.file = model.file;
     emit finished(model);
+}
+
+void LoadJob::tellBuilt()
+{
+    m_lastTold = Clock::now();
+    const QLocale locale;
+    const std::size_t built = m_builder->countBuiltParts();
+    const std::size_t total = m_builder->countParts();
+    emit progressed(tr("Building the scene: %1 of %Ln parts", nullptr, static_cast<int>(total))
+                        .arg(locale.toString(static_cast<qulonglong>(built))),
+                    total == 0 ? 1 : static_cast<double>(built) / static_cast<double>(total));
 }
 
 void LoadJob::fail(const QString& line)

@@ -21,8 +21,9 @@ namespace quon::viewer {
 class ModelBuilder;
 
 /**
- * Loads one model without keeping anybody waiting: the file is read in a thread of its own, the scene graph is built in
- * the thread of this object, in slices of a few milliseconds from its event loop.
+ * Loads one model without keeping anybody waiting: the file is read in a thread of its own, and so is made what those
+ * who show the model would have to make first; the scene graph is built in the thread of this object, in slices of a
+ * few milliseconds from its event loop.
  *
  * A job ends once, with finished(), failed() or cancelled(), and tells nothing but settled() afterwards. Cancelling
  * ends it at once for everybody else; the thread may need some time to notice, see ModelReader. settled() comes when it
@@ -83,6 +84,8 @@ signals:
     void settled();
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     enum class State { Waiting, Reading, Building, Ended };
 
     void run();
@@ -90,8 +93,11 @@ private:
     void post(Function function);
     void noteProgress(LoadControl::Step step, double share);
     void tellProgress();
+    std::chrono::milliseconds getTellingRest() const;
+    static QString describe(LoadControl::Step step);
     void build(const std::shared_ptr<ModelData>& data);
     void buildSlice();
+    void tellBuilt();
     void fail(const QString& line);
     void end();
     void threadEnded();
@@ -105,6 +111,8 @@ private:
     State m_state = State::Waiting;
     QTimer m_slices;
     std::unique_ptr<ModelBuilder> m_builder;
+    LoadControl::Step m_toldStep = LoadControl::Step::Reading;
+    Clock::time_point m_lastTold;
 
     // What the thread noted last; one message at a time is on its way.
     std::mutex m_progressMutex;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Viewer/Model/ModelPlacement.h"
+#include "Viewer/Model/PreparedGeometries.h"
 
 #include <OpenSG/OSGConfig.h>
 
@@ -24,6 +25,8 @@ struct LoadedModel {
      * child is the root of what the file holds.
      */
     osg::RefPtr<osg::NodePtr> root;
+
+    PreparedGeometries prepared; ///< contents of its geometries; empty when it was loaded without
 
     QStringList missing; ///< what the file names or should hold and what is not shown, a sentence each
 

@@ -137,6 +137,7 @@ void ModelBuilder::addMesh()
         }
         m_geometries[index] = m_filling.geometry;
         m_filling = Filling();
+        m_prepared.add(m_geometries[index].get(), std::exchange(mesh.content, nullptr));
     }
     addPiece(m_geometries[index].get());
     ++m_nextMesh;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Viewer/Model/ModelData.h"
+#include "Viewer/Model/PreparedGeometries.h"
 
 #include <OpenSG/OSGConfig.h>
 
@@ -13,6 +14,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace quon::viewer {
@@ -47,6 +49,9 @@ public:
     /** Returns the root of what was built so far; null before the first advance(). */
     osg::NodePtr getRoot() const { return m_root.get(); }
 
+    /** Returns the contents of the geometries built so far, as far as the data came with them; leaves none. */
+    PreparedGeometries takePrepared() { return std::exchange(m_prepared, {}); }
+
     /** How many parts there are so far, and how many there will be. */
     std::size_t countBuiltParts() const { return m_builtParts; }
     std::size_t countParts() const { return m_parts; }
@@ -76,6 +81,7 @@ private:
     std::vector<osg::RefPtr<osg::MaterialPtr>> m_materials;
     std::vector<osg::RefPtr<osg::GeometryPtr>> m_geometries; ///< complete ones
     Filling m_filling;
+    PreparedGeometries m_prepared;
     std::vector<osg::NodePtr> m_nodes; ///< built so far, kept by their root
     osg::RefPtr<osg::NodePtr> m_root;
     std::size_t m_nextMesh = 0; ///< place among the meshes of the newest node

@@ -13,10 +13,13 @@
 #include <QStringList>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace quon::viewer {
+
+class GeometryContent;
 
 /**
  * The content of a model file as plain arrays, between the file and the scene graph.
@@ -42,6 +45,9 @@ struct ModelData {
         std::vector<osg::Color4f> colours; ///< empty, or as many as positions
         std::vector<osg::Vec2f> texCoords; ///< empty, or as many as positions
         std::vector<osg::UInt32> indices;  ///< each below the number of positions
+
+        /** What the geometry will be read as; null unless prepareGeometries() was called. */
+        std::shared_ptr<const GeometryContent> content;
     };
 
     struct Node {

@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Model/ModelOutline.h"
 
-#include "Viewer/Model/GeometryData.h"
+#include "Viewer/Model/GeometryContent.h"
 #include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Model/SceneTraversal.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <unordered_map>
+#include <vector>
 
 namespace quon::viewer {
 
@@ -37,8 +40,9 @@ std::array<osg::Vec3f, DirectionCount> makeDirections()
 
 class OutlineVisitor : public SceneVisitor {
 public:
-    explicit OutlineVisitor(ModelOutline& outline)
+    OutlineVisitor(ModelOutline& outline, const PreparedGeometries* prepared)
         : m_outline(outline)
+        , m_prepared(prepared)
         , m_directions(makeDirections())
     {
         m_reach.fill(-std::numeric_limits<float>::infinity());
@@ -48,75 +52,49 @@ public:
 
     void visitGeometry(const GeometryInstance& instance) override
     {
-        const osg::UInt32 id = osg::getContainerId(instance.geometry);
-        const auto [found, isNew] = m_data.try_emplace(id);
-        Data& data = found->second;
-        if (isNew) {
-            data = usedPositions(instance.geometry);
+        std::shared_ptr<const GeometryContent>& content = m_contents[osg::getContainerId(instance.geometry)];
+        if (content == nullptr) {
+            content = PreparedGeometries::read(m_prepared, instance.geometry);
         }
         const Matrix4 toWorld(instance.toWorld);
-        if (isWithin(data, toWorld)) {
+        if (isWithin(content->getMinimum(), content->getMaximum(), toWorld)) {
             return;
         }
-        for (const osg::Pnt3f& position : data.positions) {
-            const Vector4 place = toWorld.transform(position);
-            if (std::isfinite(place[0] + place[1] + place[2])) {
-                include(osg::Pnt3f(static_cast<float>(place[0]), static_cast<float>(place[1]),
-                                   static_cast<float>(place[2])));
+        const std::vector<GeometryContent::Block>& blocks = content->getBlocks();
+        // A few of all first: then most of the rest is known to be inside.
+        for (const GeometryContent::Block& block : blocks) {
+            include(*content, block.begin, block.begin + 1, toWorld);
+        }
+        for (const GeometryContent::Block& block : blocks) {
+            if (!isWithin(block.minimum, block.maximum, toWorld)) {
+                include(*content, block.begin, block.end, toWorld);
             }
         }
     }
 
 private:
-    struct Data {
-        std::vector<osg::Pnt3f> positions;
-        osg::Pnt3f minimum;
-        osg::Pnt3f maximum;
-    };
-
-    static Data usedPositions(const osg::GeometryPtr& geometry)
+    // Whether nothing of a box can reach further than what is known: most parts of a large model are inside. Notes in
+    // which directions it may.
+    bool isWithin(const osg::Pnt3f& minimum, const osg::Pnt3f& maximum, const Matrix4& toWorld)
     {
-        const GeometryData data = GeometryData::read(geometry);
-        std::vector<bool> used(data.positions.size(), false);
-        for (const std::vector<osg::UInt32>* indices : {&data.triangles, &data.lines, &data.points}) {
-            for (const osg::UInt32 index : *indices) {
-                used[index] = true;
-            }
-        }
-        Data result;
-        data.getBounds(result.minimum, result.maximum);
-        for (std::size_t i = 0; i < used.size(); ++i) {
-            if (used[i]) {
-                result.positions.push_back(data.positions[i]);
-            }
-        }
-        return result;
-    }
-
-    // Whether nothing of a geometry can reach further than what is known: most parts of a large model are inside.
-    bool isWithin(const Data& data, const Matrix4& toWorld) const
-    {
-        if (m_outline.points.empty()) {
-            return false;
-        }
+        m_farther.clear();
         double centre[3];
         double extent[3];
+        bool isInBox = !m_outline.points.empty();
         for (int axis = 0; axis < 3; ++axis) {
             centre[axis] = toWorld(axis, 3);
             extent[axis] = 0;
             for (int i = 0; i < 3; ++i) {
-                const auto minimum = static_cast<double>(data.minimum[static_cast<osg::UInt32>(i)]);
-                const auto maximum = static_cast<double>(data.maximum[static_cast<osg::UInt32>(i)]);
-                centre[axis] += toWorld(axis, i) * (minimum + maximum) / 2;
-                extent[axis] += std::abs(toWorld(axis, i)) * (maximum - minimum) / 2;
+                const auto least = static_cast<double>(minimum[static_cast<osg::UInt32>(i)]);
+                const auto most = static_cast<double>(maximum[static_cast<osg::UInt32>(i)]);
+                centre[axis] += toWorld(axis, i) * (least + most) / 2;
+                extent[axis] += std::abs(toWorld(axis, i)) * (most - least) / 2;
             }
             // A little more, for what single precision makes of it. Written so that a NaN fails.
             extent[axis] += Slack * (std::abs(centre[axis]) + extent[axis]);
             const auto index = static_cast<osg::UInt32>(axis);
-            if (!(centre[axis] - extent[axis] >= static_cast<double>(m_outline.minimum[index]) &&
-                  centre[axis] + extent[axis] <= static_cast<double>(m_outline.maximum[index]))) {
-                return false;
-            }
+            isInBox = isInBox && centre[axis] - extent[axis] >= static_cast<double>(m_outline.minimum[index]) &&
+                      centre[axis] + extent[axis] <= static_cast<double>(m_outline.maximum[index]);
         }
         for (std::size_t i = 0; i < DirectionCount; ++i) {
             double reach = 0;
@@ -125,10 +103,24 @@ private:
                 reach += share * centre[axis] + std::abs(share) * extent[axis];
             }
             if (!(reach <= static_cast<double>(m_reach[i]))) {
-                return false;
+                m_farther.push_back(i);
             }
         }
-        return true;
+        return isInBox && m_farther.empty();
+    }
+
+    void include(const GeometryContent& content, const std::size_t begin, const std::size_t end, const Matrix4& toWorld)
+    {
+        for (std::size_t i = begin; i < end; ++i) {
+            if (!content.isUsed(i)) {
+                continue;
+            }
+            const Vector4 place = toWorld.transform(content.getData().positions[i]);
+            if (std::isfinite(place[0] + place[1] + place[2])) {
+                include(osg::Pnt3f(static_cast<float>(place[0]), static_cast<float>(place[1]),
+                                   static_cast<float>(place[2])));
+            }
+        }
     }
 
     void include(const osg::Pnt3f& place)
@@ -141,7 +133,7 @@ private:
             m_outline.minimum[axis] = std::min(m_outline.minimum[axis], place[axis]);
             m_outline.maximum[axis] = std::max(m_outline.maximum[axis], place[axis]);
         }
-        for (std::size_t i = 0; i < DirectionCount; ++i) {
+        for (const std::size_t i : m_farther) {
             const float reach = m_directions[i].dot(place.subZero());
             if (reach > m_reach[i]) {
                 m_reach[i] = reach;
@@ -151,17 +143,19 @@ private:
     }
 
     ModelOutline& m_outline;
+    const PreparedGeometries* m_prepared;
     std::array<osg::Vec3f, DirectionCount> m_directions;
     std::array<float, DirectionCount> m_reach{};
-    std::unordered_map<osg::UInt32, Data> m_data; ///< by id of the geometry
+    std::unordered_map<osg::UInt32, std::shared_ptr<const GeometryContent>> m_contents; ///< by id of the geometry
+    std::vector<std::size_t> m_farther; ///< directions in which a box reaches farther than what is known
 };
 
 } // namespace
 
-ModelOutline ModelOutline::find(const osg::NodePtr& model)
+ModelOutline ModelOutline::find(const osg::NodePtr& model, const PreparedGeometries* prepared)
 {
     ModelOutline outline;
-    OutlineVisitor visitor(outline);
+    OutlineVisitor visitor(outline, prepared);
     traverseScene(model, 0xFFFFFFFF, visitor);
     return outline;
 }

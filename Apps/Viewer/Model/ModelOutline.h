@@ -10,6 +10,8 @@
 
 namespace quon::viewer {
 
+class PreparedGeometries;
+
 /**
  * The extent of what is to be seen of a model, in world space.
  *
@@ -20,8 +22,11 @@ struct ModelOutline {
     osg::Pnt3f maximum;
     std::vector<osg::Pnt3f> points; ///< those farthest out in many directions; empty when nothing is to be seen
 
-    /** @param model null has no outline */
-    static ModelOutline find(const osg::NodePtr& model);
+    /**
+     * @param model null has no outline
+     * @param prepared contents of geometries that need not be read; may be null
+     */
+    static ModelOutline find(const osg::NodePtr& model, const PreparedGeometries* prepared = nullptr);
 };
 
 } // namespace quon::viewer

@@ -74,7 +74,7 @@ void ModelSettings::show(const LoadedModel& model)
     if (m_placement != model.placement) {
         m_placement.applyTo(model.root.get());
     }
-    m_session.setModel(model.root.get());
+    m_session.setModel(model.root.get(), model.prepared);
     emit changed();
 }
 

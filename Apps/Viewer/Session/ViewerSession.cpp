@@ -82,6 +82,7 @@ ViewerSession::ViewerSession()
     , m_status(nullptr)
 {
     SceneChanges::startRecording();
+    m_picker.setPrepared(&m_prepared);
     koNodeUtils::setIsAuxiliaryNode(m_visualisations.get(), true);
     addChild(m_scene.get(), m_visualisations.get());
     m_display.setModel(m_selection);
@@ -152,7 +153,7 @@ ViewerSession::~ViewerSession()
     m_interactionManager->setVisualisationRoot(osg::NullFC);
 }
 
-void ViewerSession::setModel(const osg::NodePtr& model)
+void ViewerSession::setModel(const osg::NodePtr& model, const PreparedGeometries& prepared)
 {
     emit modelAboutToChange();
     if (ViewerTool* tool = m_toolContext.getCurrentTool(); tool != nullptr) {
@@ -167,6 +168,7 @@ void ViewerSession::setModel(const osg::NodePtr& model)
         m_scene->subChild(old);
         endEditCP(m_scene, osg::Node::ChildrenFieldMask);
     }
+    m_prepared = prepared;
     m_picker.setRoot(model);
     m_shownParts.setRoot(model);
     m_editor.setRoot(model);
@@ -188,6 +190,8 @@ void ViewerSession::modelMoved()
     if (m_model == osg::NullFC) {
         return;
     }
+    // Before geometries are looked at: what was prepared of them may no longer be true.
+    processSceneChanges();
     m_measureTool.clear();
     m_selection->updateVisualisations();
     lookAtModel();
@@ -197,7 +201,7 @@ void ViewerSession::modelMoved()
 
 void ViewerSession::lookAtModel()
 {
-    const ModelOutline outline = ModelOutline::find(m_model.get());
+    const ModelOutline outline = ModelOutline::find(m_model.get(), &m_prepared);
     m_modelMinimum = outline.minimum;
     m_modelMaximum = outline.maximum;
     m_camera.changeAtOnce([&] {
@@ -243,6 +247,7 @@ void ViewerSession::processSceneChanges()
         // Before anybody looks at what is selected.
         m_selectionKeeper->sceneChanged(changes);
         m_sets.sceneChanged(changes);
+        m_prepared.sceneChanged(changes);
         m_picker.sceneChanged(changes);
         m_shownParts.sceneChanged(changes);
         for (SceneChangeListener* listener : m_listeners) {

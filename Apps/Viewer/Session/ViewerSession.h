@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Viewer/Drawing/AxisCross.h"
+#include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/ShownParts.h"
 #include "Viewer/Session/InputBindings.h"
@@ -76,8 +77,9 @@ public:
      * Shows another model: clears the selection, replaces the old model and looks at the new one.
      *
      * @param model root of the model; null shows none
+     * @param prepared contents of its geometries, which need not be read then
      */
-    void setModel(const osg::NodePtr& model);
+    void setModel(const osg::NodePtr& model, const PreparedGeometries& prepared = {});
 
     /**
      * Has to be told when the transform of the model's root was edited: looks at the model anew, with everything of it
@@ -87,6 +89,9 @@ public:
 
     /** Returns the model, null when none is shown. */
     osg::NodePtr getModel() const { return m_model.get(); }
+
+    /** What is known of the model's geometries without reading them. */
+    const PreparedGeometries& getPrepared() const { return m_prepared; }
 
     /** Returns the root of everything that is drawn. */
     osg::NodePtr getScene() const { return m_scene.get(); }
@@ -230,6 +235,7 @@ private:
     osg::Pnt3f m_modelMinimum;
     osg::Pnt3f m_modelMaximum;
     CameraController m_camera;
+    PreparedGeometries m_prepared;
     EmbreePicker m_picker;
     ShownParts m_shownParts;
     SelectionDisplay m_display;

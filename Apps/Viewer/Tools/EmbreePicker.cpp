@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Tools/EmbreePicker.h"
 
-#include "Viewer/Model/GeometryData.h"
+#include "Viewer/Model/GeometryContent.h"
 #include "Viewer/Model/Matrix4.h"
 #include "Viewer/Model/Part.h"
+#include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Model/SceneMirror.h"
 #include "Viewer/Model/SceneTraversal.h"
 
@@ -18,8 +19,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <limits>
+#include <memory>
 #include <set>
 #include <unordered_map>
 #include <utility>
@@ -113,15 +114,14 @@ void clip(ClippedPolygon& polygon, const std::array<Vector4, 6>& planes)
 
 } // namespace
 
-/** A geometry core as Embree wants it. */
+/** A geometry core. */
 struct EmbreePicker::Mesh {
-    GeometryData data;
-    RTCScene scene = nullptr;
-    osg::Pnt3f minimum;
-    osg::Pnt3f maximum;
+    std::shared_ptr<const GeometryContent> content;
     std::array<osg::UInt32, 5> properties{}; ///< ids of what it was read from
     bool stale = false;                      ///< the geometry has changed since
     std::vector<std::size_t> users;          ///< places of the instances
+
+    const GeometryData& getData() const { return content->getData(); }
 };
 
 /**
@@ -143,8 +143,8 @@ public:
     };
 
     Scene()
-        : m_device(rtcNewDevice(nullptr))
-        , m_top(rtcNewScene(m_device))
+        : m_device(TriangleTree::getDevice())
+        , m_top(rtcNewScene(m_device.get()))
         , m_mirror(*this)
     {
         rtcSetSceneFlags(m_top, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
@@ -157,7 +157,6 @@ public:
     {
         clear();
         rtcReleaseScene(m_top);
-        rtcReleaseDevice(m_device);
     }
 
     Scene(const Scene&) = delete;
@@ -182,14 +181,13 @@ public:
     void clear()
     {
         m_mirror.clear();
-        for (auto& [id, mesh] : m_meshes) {
-            rtcReleaseScene(mesh.scene);
-        }
         m_meshes.clear();
         m_staleMeshes.clear();
         m_instances.clear();
         m_materials.clear();
     }
+
+    void setPrepared(const PreparedGeometries* prepared) { m_prepared = prepared; }
 
     void sceneChanged(const SceneChanges& changes)
     {
@@ -375,11 +373,11 @@ private:
     void attach(const std::size_t place)
     {
         Instance& instance = m_instances[place];
-        if (instance.mesh->data.triangles.empty() || !instance.toWorld.isFinite()) {
+        if (instance.mesh->getData().triangles.empty() || !instance.toWorld.isFinite()) {
             return;
         }
-        RTCGeometry geometry = rtcNewGeometry(m_device, RTC_GEOMETRY_TYPE_INSTANCE);
-        rtcSetGeometryInstancedScene(geometry, instance.mesh->scene);
+        RTCGeometry geometry = rtcNewGeometry(m_device.get(), RTC_GEOMETRY_TYPE_INSTANCE);
+        rtcSetGeometryInstancedScene(geometry, instance.mesh->content->getTree().getScene());
         rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, instance.matrix.getValues());
         rtcCommitGeometry(geometry);
         rtcAttachGeometryByID(m_top, geometry, static_cast<unsigned>(place));
@@ -400,7 +398,7 @@ private:
     Mesh& getMesh(const osg::GeometryPtr& geometry)
     {
         Mesh& mesh = m_meshes[osg::getContainerId(geometry)];
-        if (mesh.scene == nullptr) {
+        if (mesh.content == nullptr) {
             read(geometry, mesh);
         } else if (!mesh.stale && mesh.properties != getProperties(geometry)) {
             markStale(osg::getContainerId(geometry));
@@ -419,34 +417,12 @@ private:
 
     void read(const osg::GeometryPtr& geometry, Mesh& mesh)
     {
-        if (mesh.scene != nullptr) {
-            // The instances hold it until they are attached again.
-            rtcReleaseScene(mesh.scene);
-        }
-        mesh.data = GeometryData::read(geometry);
-        mesh.data.getBounds(mesh.minimum, mesh.maximum);
+        // The instances hold the old tree until they are attached again.
+        mesh.content = PreparedGeometries::read(m_prepared, geometry);
         mesh.properties = getProperties(geometry);
         m_newestId = std::max(m_newestId, osg::getContainerId(geometry));
         m_newestId = std::max(m_newestId, *std::max_element(mesh.properties.begin(), mesh.properties.end()));
         mesh.stale = false;
-        mesh.scene = rtcNewScene(m_device);
-        rtcSetSceneFlags(mesh.scene, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
-        if (!mesh.data.triangles.empty()) {
-            RTCGeometry triangles = rtcNewGeometry(m_device, RTC_GEOMETRY_TYPE_TRIANGLE);
-            void* vertices = rtcSetNewGeometryBuffer(triangles, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                                     3 * sizeof(float), mesh.data.positions.size());
-            auto* coordinate = static_cast<float*>(vertices);
-            for (const osg::Pnt3f& position : mesh.data.positions) {
-                coordinate = std::copy_n(position.getValues(), 3, coordinate);
-            }
-            void* indices = rtcSetNewGeometryBuffer(triangles, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                                    3 * sizeof(unsigned), mesh.data.triangles.size() / 3);
-            std::memcpy(indices, mesh.data.triangles.data(), mesh.data.triangles.size() * sizeof(osg::UInt32));
-            rtcCommitGeometry(triangles);
-            rtcAttachGeometryByID(mesh.scene, triangles, 0);
-            rtcReleaseGeometry(triangles);
-        }
-        rtcCommitScene(mesh.scene);
     }
 
     void dropMesh(const osg::UInt32 id)
@@ -458,12 +434,12 @@ private:
         while (!mesh->second.users.empty()) {
             geometryGone(mesh->second.users.back());
         }
-        rtcReleaseScene(mesh->second.scene);
         m_meshes.erase(mesh);
     }
 
-    RTCDevice m_device;
+    std::shared_ptr<RTCDeviceTy> m_device;
     RTCScene m_top;
+    const PreparedGeometries* m_prepared = nullptr;
     SceneMirror m_mirror;
     std::vector<Instance> m_instances;
     std::unordered_map<osg::UInt32, Mesh> m_meshes;
@@ -490,11 +466,13 @@ bool EmbreePicker::Key::equals(const Key& other) const
 /** Whether all of an instance is on the outer side of one of the planes. */
 bool EmbreePicker::isOutside(const Mesh& mesh, const Matrix4& toClip, const RegionPlanes& planes)
 {
+    const osg::Pnt3f& minimum = mesh.content->getMinimum();
+    const osg::Pnt3f& maximum = mesh.content->getMaximum();
     std::array<bool, 6> outside{true, true, true, true, true, true};
     for (unsigned corner = 0; corner < 8; ++corner) {
-        const Vector4 clip = toClip.transform(osg::Pnt3f((corner & 1U) != 0 ? mesh.maximum[0] : mesh.minimum[0],
-                                                         (corner & 2U) != 0 ? mesh.maximum[1] : mesh.minimum[1],
-                                                         (corner & 4U) != 0 ? mesh.maximum[2] : mesh.minimum[2]));
+        const Vector4 clip = toClip.transform(osg::Pnt3f((corner & 1U) != 0 ? maximum[0] : minimum[0],
+                                                         (corner & 2U) != 0 ? maximum[1] : minimum[1],
+                                                         (corner & 4U) != 0 ? maximum[2] : minimum[2]));
         for (std::size_t i = 0; i < planes.size(); ++i) {
             // Not a number is outside of nothing.
             outside.at(i) = outside.at(i) && product(planes.at(i), clip) < 0;
@@ -548,6 +526,11 @@ void EmbreePicker::setRoot(const osg::NodePtr& root)
     LazyPicker::setRoot(root);
     m_rootChanged = true;
     ++m_revision;
+}
+
+void EmbreePicker::setPrepared(const PreparedGeometries* prepared)
+{
+    m_scene->setPrepared(prepared);
 }
 
 void EmbreePicker::invalidate()
@@ -706,7 +689,7 @@ std::vector<EmbreePicker::Hit> EmbreePicker::pickRay(const osg::Pnt2f& position,
             continue;
         }
         const Scene::Instance& instance = m_scene->getInstances()[raw.instance];
-        const GeometryData& data = instance.mesh->data;
+        const GeometryData& data = instance.mesh->getData();
         const double weights[3] = {1.0 - static_cast<double>(raw.u) - static_cast<double>(raw.v),
                                    static_cast<double>(raw.u), static_cast<double>(raw.v)};
         Vector4 corners[3];
@@ -785,7 +768,7 @@ std::vector<EmbreePicker::Hit> EmbreePicker::pickRegion()
             (getTransparencyEvaluationEnabled() && isWhollyTransparent(instance.material))) {
             continue;
         }
-        const GeometryData& data = instance.mesh->data;
+        const GeometryData& data = instance.mesh->getData();
         Hit hit;
         double nearest = std::numeric_limits<double>::infinity();
         bool enclosed = true;
@@ -890,7 +873,7 @@ void EmbreePicker::updateRegionIndex()
     m_regionIndex.clear();
     for (const Scene::Instance* instance : m_scene->findInstancesInOrder()) {
         if (!key.transparency || !isWhollyTransparent(instance->material)) {
-            m_regionIndex.add(instance->node, instance->toWorld, instance->mesh->data);
+            m_regionIndex.add(instance->node, instance->toWorld, instance->mesh->getData());
         }
     }
     m_regionIndexKey = key;

@@ -17,6 +17,8 @@
 
 namespace quon::viewer {
 
+class PreparedGeometries;
+
 /**
  * Picks in the scene with Embree's ray queries.
  *
@@ -73,6 +75,9 @@ public:
     const std::vector<osg::NodePtr>& getPickedNodes(osg::SelectionOption* option) override;
     void setRoot(const osg::NodePtr& root) override;
     void invalidate() override;
+
+    /** Takes contents of geometries that need not be read and sorted then; borrowed, null for none. */
+    void setPrepared(const PreparedGeometries* prepared);
 
     /**
      * Notes what changed, and brings what is searched up to date before the next answer; edits elsewhere leave the

@@ -821,6 +821,10 @@
             <numerusform>Szene wird aufgebaut: %1 von %Ln Teilen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Preparing the selection in %1</source>
+        <translation>Auswahl in %1 wird vorbereitet</translation>
+    </message>
 </context>
 <context>
     <name>quon::viewer::LoadProgress</name>

@@ -128,6 +128,7 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
         m_detail = SceneRenderer::Detail::Full;
         redraw();
     });
+    m_renderer.setPrepared(&m_session.getPrepared());
     m_session.addSceneChangeListener(&m_renderer);
     connect(&m_session, &ViewerSession::redrawNeeded, this, &Viewport::redraw);
     connect(&m_session, &ViewerSession::overlaysChanged, this, &Viewport::redrawOverlays);
@@ -476,7 +477,10 @@ void Viewport::drawInWindow(const int width, const int height, const double pixe
         std::exit(2);
     }
     // What there was no time for follows as soon as nobody wants another picture for a moment.
-    if (m_renderer.getStatistics().simplified) {
+    if (m_renderer.getStatistics().waiting > 0) {
+        m_stillTimer.stop();
+        redraw();
+    } else if (m_renderer.getStatistics().simplified) {
         m_stillTimer.start();
     } else {
         m_stillTimer.stop();
