@@ -9,6 +9,7 @@
 #include "Viewer/Script/OutputFolder.h"
 #include "Viewer/Script/Script.h"
 #include "Viewer/Script/ScriptRunner.h"
+#include "Viewer/Session/ModelSettings.h"
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
@@ -71,17 +72,29 @@ int report(const std::exception& error)
 }
 
 // What is missing of a model is no reason not to show the rest.
-osg::RefPtr<osg::NodePtr> makeModel(const CommandLine& line)
+quon::viewer::LoadedModel loadModel(const CommandLine& line)
 {
-    if (line.partCount > 0) {
-        return quon::viewer::AssemblyGenerator::generate(line.partCount);
-    }
-    const quon::viewer::LoadedModel model = quon::viewer::ModelLoader().load(line.model);
+    quon::viewer::LoadedModel model = quon::viewer::ModelLoader().load(line.model);
     if (!model.missing.isEmpty()) {
         const ViewerError warning(line.model, model.missing.join(QLatin1Char(' ')).toStdString());
         std::fprintf(stderr, "koviewer: %s\n", warning.what());
     }
-    return model.root;
+    return model;
+}
+
+osg::RefPtr<osg::NodePtr> makeModel(const CommandLine& line)
+{
+    return line.partCount > 0 ? quon::viewer::AssemblyGenerator::generate(line.partCount) : loadModel(line).root;
+}
+
+// With its unit, which measurements are written in.
+void showModel(const CommandLine& line, quon::viewer::ModelSettings& settings)
+{
+    if (line.partCount > 0) {
+        settings.show(quon::viewer::AssemblyGenerator::generate(line.partCount).get());
+    } else {
+        settings.show(loadModel(line));
+    }
 }
 
 void runBenchmark(const CommandLine& line, int& argc, char** argv)
@@ -116,7 +129,8 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     viewport.show();
     // Ends before what it watches does, also where the script does not reach its end.
     const std::unique_ptr<InputRecorder> recorder = std::move(openedRecorder);
-    session.setModel(makeModel(line).get());
+    quon::viewer::ModelSettings modelSettings(session);
+    showModel(line, modelSettings);
     if (recorder != nullptr) {
         recorder->start(session, viewport, getModelName(line));
     }

@@ -138,6 +138,24 @@ TEST_F(ModelSettingsTest, WithoutAModelNothingHappens)
     EXPECT_EQ(m_session.getModel(), osg::NullFC);
 }
 
+TEST_F(ModelSettingsTest, MeasurementsAreWrittenInTheUnitOfTheModelWithoutAnyWindow)
+{
+    const auto written = [this] { return m_session.getMeasureTool().getLengthFormat().format(2).toStdString(); };
+
+    show("plate.gltf", Gltf);
+    EXPECT_EQ(written(), "2.000 m");
+
+    show("wedge.obj", Wedge);
+    EXPECT_EQ(written(), "2.000 units");
+
+    m_settings.setMetresPerUnit(1);
+    m_settings.setLengthUnit(viewer::LengthUnit::Millimetre);
+    EXPECT_EQ(written(), "2,000 mm");
+
+    m_settings.show(osg::NodePtr(osg::NullFC));
+    EXPECT_EQ(written(), "2,000 mm");
+}
+
 TEST_F(ModelSettingsTest, AMadeUpModelStaysAsItWasMade)
 {
     show("wedge.obj", Wedge);

@@ -20,6 +20,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDockWidget>
+#include <QHoverEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -130,12 +131,28 @@ protected:
         return m_panel.findChild<QMenu*>();
     }
 
+    // Moves the pointer, as events of the viewport below the rows.
+    void hover(const QPoint& place)
+    {
+        QHoverEvent event(m_pointer.isNull() ? QEvent::HoverEnter : QEvent::HoverMove, place, m_pointer);
+        m_pointer = place;
+        QApplication::sendEvent(m_view.viewport(), &event);
+    }
+
+    void leave()
+    {
+        QHoverEvent event(QEvent::HoverLeave, QPoint(-1, -1), m_pointer);
+        QApplication::sendEvent(m_view.viewport(), &event);
+    }
+
+    const std::set<osg::NodePtr>& preselected() { return m_session.getPreselection().getModel().getSelection(); }
     const std::set<osg::NodePtr>& selected() { return m_session.getSelection().getSelection(); }
     int countSteps() { return m_session.getEditor().getHistory().count(); }
 
     NodeRef m_model;
     osg::NodePtr m_box, m_gear1, m_gear2, m_pin, m_shaft;
     int m_fits = 0;
+    QPoint m_pointer;
     viewer::ViewerSession m_session;
     viewer::MainWindow m_window;
     viewer::SceneTreePanel& m_panel;
@@ -174,6 +191,87 @@ TEST_F(SceneTreePanelTest, AClickSelectsThePartAndNothingElse)
     EXPECT_EQ(countSteps(), 2);
     EXPECT_TRUE(m_view.selectionModel()->isSelected(indexOf(m_pin)));
     EXPECT_FALSE(m_view.selectionModel()->isSelected(indexOf(m_gear1)));
+}
+
+TEST_F(SceneTreePanelTest, TheRowUnderThePointerIsPreselectedInTheViewFromTheNextFrameOn)
+{
+    hover(placeOf(m_gear1));
+    EXPECT_THAT(preselected(), IsEmpty());
+    m_session.beginFrame();
+    EXPECT_THAT(preselected(), ElementsAre(m_gear1));
+
+    hover(placeOf(m_pin, SceneTreeModel::Lock));
+    hover(placeOf(m_shaft));
+    EXPECT_THAT(preselected(), ElementsAre(m_gear1));
+    m_session.beginFrame();
+    EXPECT_THAT(preselected(), ElementsAre(m_shaft));
+    m_session.beginFrame();
+    EXPECT_THAT(preselected(), ElementsAre(m_shaft));
+    EXPECT_THAT(selected(), IsEmpty());
+}
+
+TEST_F(SceneTreePanelTest, PointingAtARowAsksForAFrame)
+{
+    hover(placeOf(m_gear1));
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return preselected().count(m_gear1) != 0; }));
+}
+
+TEST_F(SceneTreePanelTest, NothingIsPreselectedOnceThePointerHasLeftTheTree)
+{
+    hover(placeOf(m_gear1));
+    m_session.beginFrame();
+
+    leave();
+    m_session.beginFrame();
+
+    EXPECT_THAT(preselected(), IsEmpty());
+}
+
+TEST_F(SceneTreePanelTest, BelowTheLastRowNothingIsPreselected)
+{
+    hover(placeOf(m_shaft));
+    m_session.beginFrame();
+
+    hover(placeOf(m_shaft) + QPoint(0, 60));
+    m_session.beginFrame();
+
+    EXPECT_THAT(preselected(), IsEmpty());
+}
+
+TEST_F(SceneTreePanelTest, APreselectionEndsWhenTheTreeGoesAwayUnderThePointer)
+{
+    hover(placeOf(m_gear1));
+    m_session.beginFrame();
+
+    m_panel.hide();
+    m_session.beginFrame();
+
+    EXPECT_THAT(preselected(), IsEmpty());
+}
+
+TEST_F(SceneTreePanelTest, APartThatIsTakenOutUnderThePointerIsNotPreselectedAnyMore)
+{
+    hover(placeOf(m_pin));
+    m_session.beginFrame();
+
+    beginEditCP(m_box, osg::Node::ChildrenFieldMask);
+    m_box->subChild(m_pin);
+    endEditCP(m_box, osg::Node::ChildrenFieldMask);
+    m_session.beginFrame();
+
+    EXPECT_THAT(preselected(), IsEmpty());
+}
+
+TEST_F(SceneTreePanelTest, OverTheViewThePartThereCountsAndNotTheRow)
+{
+    auto& viewport = *m_window.findChild<viewer::Viewport*>();
+    hover(placeOf(m_gear1));
+
+    UserInput(viewport).move(QPoint(1, 1));
+    m_session.beginFrame();
+
+    EXPECT_THAT(preselected(), IsEmpty());
 }
 
 TEST_F(SceneTreePanelTest, ControlClicksAddARowAndTakeItOut)

@@ -91,6 +91,20 @@ TEST_F(SettingsWindowTest, AKeyThatTheUserChangesIsThereAtTheNextStart)
     EXPECT_TRUE(second.session().isDark());
 }
 
+TEST_F(SettingsWindowTest, WhatLightsUpAndWhatARectangleSelectsAreAsTheyWereLeft)
+{
+    for (const char* name : {"preselection", "visible-only"}) {
+        const auto isOn = [&](Viewer& viewer) { return viewer.session().getCommands().isChecked(name); };
+        const bool standard = isOn(start());
+
+        m_viewer->session().sendCommand(name);
+        EXPECT_EQ(isOn(start()), !standard) << name;
+
+        m_viewer->session().sendCommand(name);
+        EXPECT_EQ(isOn(start()), standard) << name;
+    }
+}
+
 TEST_F(SettingsWindowTest, TheBackgroundIsAsItWasLeft)
 {
     QTest::keyClick(&start().viewport(), Qt::Key_D);

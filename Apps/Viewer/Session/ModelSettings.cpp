@@ -53,7 +53,7 @@ void ModelSettings::useSettings(QSettings* settings)
     m_settings = settings;
     if (m_settings != nullptr) {
         m_lengthUnit = unitOf(m_settings->value(LengthUnitKey).toString());
-        emit changed();
+        tellChanged();
     }
 }
 
@@ -75,7 +75,7 @@ void ModelSettings::show(const LoadedModel& model)
         m_placement.applyTo(model.root.get());
     }
     m_session.setModel(model.root.get(), model.prepared);
-    emit changed();
+    tellChanged();
 }
 
 void ModelSettings::show(const osg::NodePtr& model)
@@ -86,7 +86,7 @@ void ModelSettings::show(const osg::NodePtr& model)
     m_isUnitStated = true;
     m_placement = {UpAxis::Y, 1};
     m_session.setModel(model);
-    emit changed();
+    tellChanged();
 }
 
 void ModelSettings::setUpAxis(const UpAxis upAxis)
@@ -124,7 +124,7 @@ void ModelSettings::setLengthUnit(const LengthUnit unit)
     if (m_settings != nullptr) {
         m_settings->setValue(LengthUnitKey, nameOf(unit));
     }
-    emit changed();
+    tellChanged();
 }
 
 LengthFormat ModelSettings::getLengthFormat() const
@@ -140,6 +140,12 @@ QString ModelSettings::describeSize() const
     return getLengthFormat().formatSize(m_session.getModelMaximum() - m_session.getModelMinimum());
 }
 
+void ModelSettings::tellChanged()
+{
+    m_session.getMeasureTool().setLengthFormat(getLengthFormat());
+    emit changed();
+}
+
 void ModelSettings::place(const ModelPlacement& placement)
 {
     if (placement == m_placement) {
@@ -148,7 +154,7 @@ void ModelSettings::place(const ModelPlacement& placement)
     m_placement = placement;
     m_placement.applyTo(m_session.getModel());
     m_session.modelMoved();
-    emit changed();
+    tellChanged();
 }
 
 QString ModelSettings::keyOf(const char* what) const

@@ -64,6 +64,7 @@ signals:
     void changed();
 
 private:
+    void tellChanged();
     void place(const ModelPlacement& placement);
     QString keyOf(const char* what) const;
     void remember(const char* what, const QVariant& value);

@@ -269,6 +269,14 @@ void ViewerSession::beginFrame()
     processSceneChanges();
 }
 
+void ViewerSession::pointAt(const osg::NodePtr& node)
+{
+    m_selectionTool.pointAt(node);
+    if (!m_frameTimer.isActive()) {
+        m_frameTimer.start();
+    }
+}
+
 void ViewerSession::focusLost()
 {
     // The events that end a pending press are those of a click: the tool must not take them for one.
@@ -454,10 +462,16 @@ void ViewerSession::addSelectionCommands()
                         {[this] { m_editor.select(findParents(getSelectedNodes(), m_model.get())); }, {}, anySelected});
     commands.setCommand("select-children",
                         {[this] { m_editor.select(viewer::findChildren(getSelectedNodes())); }, {}, anySelected});
-    commands.setCommand("preselection", {[this] { m_preselection.setEnabled(!m_preselection.isEnabled()); },
+    commands.setCommand("preselection", {[this] {
+                                             m_preselection.setEnabled(!m_preselection.isEnabled());
+                                             emit redrawNeeded();
+                                         },
                                          [this] { return m_preselection.isEnabled(); },
                                          {}});
-    commands.setCommand("visible-only", {[this] { m_selectionTool.setVisibleOnly(!m_selectionTool.isVisibleOnly()); },
+    commands.setCommand("visible-only", {[this] {
+                                             m_selectionTool.setVisibleOnly(!m_selectionTool.isVisibleOnly());
+                                             emit redrawNeeded();
+                                         },
                                          [this] { return m_selectionTool.isVisibleOnly(); },
                                          {}});
 }

@@ -145,6 +145,14 @@ public:
      */
     void beginFrame();
 
+    /**
+     * Preselects a node as if the pointer were over it, from the next frame on: the pointer is over its name elsewhere.
+     * Over the view, what is under the pointer there counts.
+     *
+     * @param node null when the pointer is over none any more
+     */
+    void pointAt(const osg::NodePtr& node);
+
     /** Ends everything pending without selecting anything. */
     void focusLost();
 

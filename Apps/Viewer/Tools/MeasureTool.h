@@ -46,6 +46,7 @@ public:
 
     /** Sets how lengths are written, also those that are shown. At first the unit of the scene is not known. */
     void setLengthFormat(const LengthFormat& format);
+    const LengthFormat& getLengthFormat() const { return m_format; }
 
     /** What is drawn over the scene. */
     MeasureLine& getLine() { return m_line; }

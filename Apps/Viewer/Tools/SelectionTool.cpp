@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Tools/SelectionTool.h"
 
+#include "Viewer/Model/NodeIds.h"
 #include "Viewer/Model/Part.h"
 #include "Viewer/Session/Preselection.h"
 #include "Viewer/Session/SceneEditor.h"
@@ -35,6 +36,12 @@ SelectionTool::SelectionTool(SceneEditor& editor, Preselection& preselection)
 void SelectionTool::setHovered(std::function<void(const osg::NodePtr&)> hovered)
 {
     m_hovered = std::move(hovered);
+}
+
+void SelectionTool::pointAt(const osg::NodePtr& node)
+{
+    // By its id: nobody says here when the scene destroys it.
+    m_pointedId = node == osg::NullFC ? 0 : osg::getContainerId(node);
 }
 
 bool SelectionTool::leaveStep()
@@ -94,7 +101,7 @@ void SelectionTool::beginFrame(interaction::ToolInteractionContext* context)
         m_preselection.show(parts);
     } else {
         // The picker knows whether anything moved since it was asked last.
-        hover(m_hovering ? findPart(picker->getPickedNode(nullptr)) : osg::NodePtr(osg::NullFC));
+        hover(m_hovering ? findPart(picker->getPickedNode(nullptr)) : findNodeById(m_pointedId));
     }
 }
 

@@ -60,6 +60,12 @@ public:
     void setVisibleOnly(bool visibleOnly) { m_visibleOnly = visibleOnly; }
     bool isVisibleOnly() const { return m_visibleOnly; }
 
+    /**
+     * Notes a node that the user points at outside of the view: it is preselected from the next frame on, as long as
+     * the pointer is not over the view. Null for none.
+     */
+    void pointAt(const osg::NodePtr& node);
+
     bool leaveStep() override;
     void cancel() override;
     void retranslate() override;
@@ -86,10 +92,11 @@ private:
     RubberBand m_band;
     bool m_visibleOnly = false;
     osg::Pnt2f m_pressed;
-    bool m_click = false;       ///< pressed, not moved away since
-    bool m_drawsBand = false;   ///< the press draws a rectangle once it is a drag
-    bool m_hovering = false;    ///< the last movement was one without a button
-    osg::NodePtr m_hoveredPart; ///< reported last; only compared
+    bool m_click = false;        ///< pressed, not moved away since
+    bool m_drawsBand = false;    ///< the press draws a rectangle once it is a drag
+    bool m_hovering = false;     ///< the last movement was one without a button
+    osg::UInt32 m_pointedId = 0; ///< of the node pointed at elsewhere; 0 for none
+    osg::NodePtr m_hoveredPart;  ///< reported last; only compared
 };
 
 } // namespace quon::viewer

@@ -51,7 +51,7 @@ namespace quon::viewer {
 namespace {
 
 // Switches that stay as they were when the viewer was closed.
-constexpr const char* KeptSwitches[] = {"dark", "parallel"};
+constexpr const char* KeptSwitches[] = {"dark", "parallel", "preselection", "visible-only"};
 
 constexpr int GroupCount = 6;
 
@@ -413,7 +413,6 @@ void MainWindow::showAbout()
 
 void MainWindow::updateSize()
 {
-    m_session.getMeasureTool().setLengthFormat(m_modelSettings.getLengthFormat());
     m_size->setText(m_modelSettings.describeSize());
     m_size->setToolTip(m_modelSettings.getLengthFormat().isMetric()
                            ? tr("Width, height and depth of the model")

@@ -66,6 +66,7 @@ SceneTreePanel::SceneTreePanel(ViewerSession& session, QWidget* parent)
 
 SceneTreePanel::~SceneTreePanel()
 {
+    m_session.pointAt(osg::NullFC);
     m_session.removeSceneChangeListener(this);
     // Before the models that it shows; it may still end a gesture.
     delete m_view;
@@ -151,6 +152,8 @@ void SceneTreePanel::addView()
     connect(m_view, &SceneTreeView::gestureEnded, this, [this] { m_session.getEditor().endGesture(); });
     connect(m_view, &SceneTreeView::stateClicked, this, &SceneTreePanel::toggleState);
     connect(m_view, &SceneTreeView::rowChosen, this, &SceneTreePanel::fitRow);
+    connect(m_view, &SceneTreeView::rowPointedAt, this,
+            [this](const QModelIndex& index) { m_session.pointAt(m_model.getNode(index)); });
     connect(m_view, &SceneTreeView::menuWanted, this, &SceneTreePanel::showMenu);
     connect(m_view, &QTreeView::expanded, this, [this](const QModelIndex& index) {
         if (!m_restoring && m_model.getFilter().isEmpty()) {
@@ -197,6 +200,8 @@ void SceneTreePanel::readModel()
 
 void SceneTreePanel::restoreView()
 {
+    // The rows are others, and the pointer may not move for long.
+    m_session.pointAt(osg::NullFC);
     if (m_model.getTotalCount() > 0 && m_fresh) {
         m_fresh = false;
         expandFirstRows();

@@ -26,8 +26,9 @@ class ViewerSession;
  *
  * The selected rows and the selected parts are the same; a part that was selected elsewhere, alone, is scrolled to.
  * Double-clicking a row, or the enter key, fits its part into the view; the eye and the padlock of a row hide and lock
- * it; the menu has the commands for what is selected. Searching leaves the rows with the text in their names and what
- * is above them; the enter key goes to the next one, with Shift to the previous one, Escape ends the search.
+ * it; the menu has the commands for what is selected. The part of the row under the pointer is preselected in the view.
+ * Searching leaves the rows with the text in their names and what is above them; the enter key goes to the next one,
+ * with Shift to the previous one, Escape ends the search.
  *
  * While the panel is not to be seen it follows nothing; it looks at the scene anew when it is shown.
  */

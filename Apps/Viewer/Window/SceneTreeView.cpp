@@ -6,6 +6,7 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QHoverEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -137,6 +138,7 @@ void SceneTreeView::focusOutEvent(QFocusEvent* event)
 
 void SceneTreeView::hideEvent(QHideEvent* event)
 {
+    pointAt(QModelIndex());
     endGesture();
     QTreeView::hideEvent(event);
 }
@@ -150,6 +152,23 @@ void SceneTreeView::paintEvent(QPaintEvent* event)
         painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
                          Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyText);
     }
+}
+
+bool SceneTreeView::viewportEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::HoverEnter:
+    case QEvent::HoverMove:
+        pointAt(indexAt(static_cast<QHoverEvent*>(event)->pos()));
+        break;
+    case QEvent::HoverLeave:
+    case QEvent::Leave:
+        pointAt(QModelIndex());
+        break;
+    default:
+        break;
+    }
+    return QTreeView::viewportEvent(event);
 }
 
 QRegion SceneTreeView::visualRegionForSelection(const QItemSelection& selection) const
@@ -167,6 +186,15 @@ bool SceneTreeView::clickState(QMouseEvent* event)
     m_stateClick = true;
     emit stateClicked(index);
     return true;
+}
+
+void SceneTreeView::pointAt(const QModelIndex& index)
+{
+    const QModelIndex row = index.siblingAtColumn(SceneTreeModel::Name);
+    if (m_pointedAt != row) {
+        m_pointedAt = row;
+        emit rowPointedAt(row);
+    }
 }
 
 void SceneTreeView::endGesture()

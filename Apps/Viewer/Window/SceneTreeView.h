@@ -39,6 +39,9 @@ signals:
     /** A row was double-clicked, or chosen with the enter key. */
     void rowChosen(const QModelIndex& index);
 
+    /** The pointer is over another row; no index when it is over none, or has left. */
+    void rowPointedAt(const QModelIndex& index);
+
     /** A menu is wanted, at a place of the screen. */
     void menuWanted(const QPoint& place);
 
@@ -51,13 +54,16 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
     QRegion visualRegionForSelection(const QItemSelection& selection) const override;
 
 private:
     bool clickState(QMouseEvent* event);
     void endGesture();
+    void pointAt(const QModelIndex& index);
 
     QString m_emptyText;
+    QPersistentModelIndex m_pointedAt; ///< first column
     bool m_inGesture = false;
     bool m_stateClick = false; ///< the button went down on an eye or a padlock
 };
