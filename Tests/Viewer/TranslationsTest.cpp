@@ -96,20 +96,22 @@ QStringList placeholdersIn(const QString& text)
 }
 
 struct Translation {
-    const char* language;
+    const char* name;
+    const char* file;
+    QStringList arguments; ///< that tell lupdate where the texts are
     bool pluralOnly;
 };
 
 class TranslationsTest : public ::testing::TestWithParam<Translation> {
 protected:
-    std::string file() const { return std::string(KO_TRANSLATIONS) + "/koviewer_" + GetParam().language + ".ts"; }
+    static std::string file() { return std::string(KO_SOURCES) + "/" + GetParam().file; }
 
     // What lupdate makes of the translations with the sources as they are.
     Messages updated() const
     {
-        const std::string copy = m_folder.path("koviewer.ts");
+        const std::string copy = m_folder.path("copy.ts");
         EXPECT_TRUE(QFile::copy(QString::fromStdString(file()), QString::fromStdString(copy)));
-        QStringList arguments{KO_LUPDATE_ARGUMENTS};
+        QStringList arguments = GetParam().arguments;
         if (GetParam().pluralOnly) {
             arguments << QStringLiteral("-pluralonly");
         }
@@ -130,7 +132,8 @@ TEST_P(TranslationsTest, AllTextsOfTheSourcesAreTranslatedAndNoOthers)
     const Messages wanted = updated();
 
     EXPECT_THAT(keysOf(translated), ::testing::ElementsAreArray(keysOf(wanted)))
-        << "build the target koviewer_update_translations and translate what is unfinished then";
+        << "build the target koviewer_update_translations or kointeraction_update_translations and translate what is "
+           "unfinished then";
     EXPECT_FALSE(wanted.empty());
 }
 
@@ -165,9 +168,13 @@ TEST_P(TranslationsTest, PlaceholdersDotsAndMnemonicsAreThoseOfTheSource)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, TranslationsTest,
-                         ::testing::Values(Translation{"de", false}, Translation{"en", true}),
-                         [](const auto& each) { return std::string(each.param.language); });
+const Translation AllTranslations[] = {
+    {"german", "Apps/Viewer/Translations/koviewer_de.ts", {KO_LUPDATE_VIEWER}, false},
+    {"english", "Apps/Viewer/Translations/koviewer_en.ts", {KO_LUPDATE_VIEWER}, true},
+    {"germanOfTheLibrary", "Libs/Translations/kointeraction_de.ts", {KO_LUPDATE_LIBRARY}, false}};
+
+INSTANTIATE_TEST_SUITE_P(Languages, TranslationsTest, ::testing::ValuesIn(AllTranslations),
+                         [](const auto& each) { return std::string(each.param.name); });
 
 /** Notes the texts that are asked for and that no translator below it has. */
 class MissingTexts : public QTranslator {

@@ -117,7 +117,7 @@ const char* CommandLine::getHelp()
            "Shows a model of any format that Assimp reads and lets its parts be selected.\n"
            "\n"
            "  --headless     draws without any display and follows a script instead of the user\n"
-           "  --script FILE  the script: one command a line, see Apps/Viewer/README.md\n"
+           "  --script FILE  the script: one command a line, see README.md of koviewer\n"
            "  --out FOLDER   where the script's pictures go; made where it is missing\n"
            "  --record FILE  writes the input as a script that does the same again\n"
            "  --replay FILE  follows a script in the window, then hands over to the user\n"

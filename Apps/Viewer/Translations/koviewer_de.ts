@@ -585,13 +585,6 @@
     </message>
 </context>
 <context>
-    <name>QtEventMapper</name>
-    <message>
-        <source>Interaction</source>
-        <translation>Interaktion</translation>
-    </message>
-</context>
-<context>
     <name>RubberBand</name>
     <message>
         <source>Touched: %1</source>
@@ -607,37 +600,6 @@
     <message>
         <source>Click selects a part, Ctrl+click adds it or takes it out, Shift+drag selects with a rectangle</source>
         <translation>Klicken wählt ein Teil aus, Strg+Klicken fügt es hinzu oder nimmt es heraus, Umschalt+Ziehen wählt mit einem Rechteck</translation>
-    </message>
-</context>
-<context>
-    <name>koShortcut</name>
-    <message>
-        <source>Left button</source>
-        <translation>Linke Maustaste</translation>
-    </message>
-    <message>
-        <source>Right button</source>
-        <translation>Rechte Maustaste</translation>
-    </message>
-    <message>
-        <source>Middle button</source>
-        <translation>Mittlere Maustaste</translation>
-    </message>
-    <message>
-        <source>Back button</source>
-        <translation>Zurück-Taste</translation>
-    </message>
-    <message>
-        <source>Forward button</source>
-        <translation>Vorwärts-Taste</translation>
-    </message>
-    <message>
-        <source>Task button</source>
-        <translation>Task-Taste</translation>
-    </message>
-    <message>
-        <source>Button 0x%1</source>
-        <translation>Maustaste 0x%1</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,71 @@
+# SPDX-License-Identifier: MIT
+#
+# What finds an installation: a CMake package, and a file for pkg-config for each library.
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/koInteractionConfig.cmake.in" koInteractionConfig.cmake
+    INSTALL_DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
+    PATH_VARS KOINTERACTION_INSTALL_INCLUDEDIR KOINTERACTION_INSTALL_TRANSLATIONSDIR)
+write_basic_package_version_file(koInteractionConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+        "${CMAKE_CURRENT_BINARY_DIR}/koInteractionConfig.cmake"
+        "${CMAKE_CURRENT_BINARY_DIR}/koInteractionConfigVersion.cmake"
+    DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
+    COMPONENT InteractionDevelopment)
+if(KOINTERACTION_OPENSG STREQUAL "system")
+    install(FILES "${CMAKE_CURRENT_LIST_DIR}/FindOpenSG.cmake"
+        DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
+        COMPONENT InteractionDevelopment)
+endif()
+
+# ko_install_pkg_config(<name> <component> DESCRIPTION <text> [REQUIRES <package>...] [FLAGS <flag>...]
+#                       [LIBRARIES <flag>...])
+function(ko_install_pkg_config name component)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "DESCRIPTION" "REQUIRES;FLAGS;LIBRARIES")
+    set(folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    file(RELATIVE_PATH koPrefixFromPkgConfig "/prefix/${folder}" "/prefix")
+    string(REGEX REPLACE "/$" "" koPrefixFromPkgConfig "${koPrefixFromPkgConfig}")
+    set(koPackageName ${name})
+    set(koPackageDescription "${arg_DESCRIPTION}")
+    list(JOIN arg_REQUIRES ", " koPackageRequires)
+    list(JOIN arg_FLAGS " " koPackageFlags)
+    list(JOIN arg_LIBRARIES " " koPackageLibraries)
+    configure_file("${CMAKE_CURRENT_FUNCTION_LIST_DIR}/koInteraction.pc.in" ${name}.pc @ONLY)
+    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc" DESTINATION "${folder}" COMPONENT ${component}Development)
+endfunction()
+
+if(KOINTERACTION_OPENSG STREQUAL "system")
+    set(sceneGraphFlags "")
+    get_target_property(folders OpenSG::OpenSG INTERFACE_INCLUDE_DIRECTORIES)
+    foreach(folder ${folders})
+        list(APPEND sceneGraphFlags "-isystem ${folder}")
+    endforeach()
+    get_target_property(definitions OpenSG::OpenSG INTERFACE_COMPILE_DEFINITIONS)
+    foreach(definition ${definitions})
+        list(APPEND sceneGraphFlags "-D${definition}")
+    endforeach()
+    ko_install_pkg_config(koInteractionSceneGraph SceneGraph
+        DESCRIPTION "OpenSG and what it lacks of the host's extensions"
+        FLAGS "-I\${includedir}" ${sceneGraphFlags}
+        LIBRARIES -lkoOpenSGExtensions "${OpenSG_SYSTEM_LIBRARY}" "${OpenSG_BASE_LIBRARY}" -lGL -lpthread)
+else()
+    ko_install_pkg_config(koInteractionSceneGraph SceneGraph
+        DESCRIPTION "Scene graph that is source compatible with OpenSG 1.x"
+        FLAGS "-I\${includedir}"
+        LIBRARIES -lkoSceneGraph)
+endif()
+
+set(interactionRequires koInteractionSceneGraph "Qt${KOINTERACTION_QT}Gui")
+if(NOT KOINTERACTION_HOST STREQUAL "external")
+    ko_install_pkg_config(koInteractionHost Host
+        DESCRIPTION "Host services that koInteraction calls: notifications, shortcuts, utilities of scenes"
+        REQUIRES koInteractionSceneGraph "Qt${KOINTERACTION_QT}Gui"
+        FLAGS "-I\${includedir}"
+        LIBRARIES -lkoHost)
+    if(KOINTERACTION_HOST STREQUAL "static")
+        list(PREPEND interactionRequires koInteractionHost)
+    endif()
+endif()
+ko_install_pkg_config(koInteraction Interaction
+    DESCRIPTION "${PROJECT_DESCRIPTION}"
+    REQUIRES ${interactionRequires}
+    FLAGS "-I\${includedir}"
+    LIBRARIES -lkoInteraction)
