@@ -21,6 +21,8 @@ packages=(
     libegl1 libegl-mesa0 libgl1-mesa-dri xvfb xauth fonts-dejavu-core
     # tests and the model of the demonstration
     libgtest-dev libgmock-dev librapidcheck-dev assimp-testmodels
+    # how the package is found, and what its binary interface is
+    pkgconf abigail-tools
 )
 
 if [ "${1:-}" = "--list" ]; then
