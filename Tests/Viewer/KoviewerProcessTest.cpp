@@ -248,7 +248,7 @@ TEST_F(KoviewerProcessTest, ABenchmarkPrintsARowForEverythingItMeasures)
             const std::size_t first = outcome.output.find(row);
             ASSERT_NE(first, std::string::npos) << row;
             EXPECT_NE(outcome.output.find(row, first + 1), std::string::npos) << row;
-            EXPECT_THAT(outcome.output, ContainsRegex(row + number + number + number + "[0-9]+ % +[a-z]"));
+            EXPECT_THAT(outcome.output, ContainsRegex(row + number + number + number + "[0-9]+ % +[+] +[0-9]+ % +[a-z]"));
         }
     }
 }
