@@ -29,6 +29,7 @@ namespace quon::testing {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using viewer::EmbreePicker;
@@ -641,6 +642,67 @@ TEST_F(EmbreePickerTest, ASceneAndACameraThatAreNotNumbersHitNothing)
     m_picker.setCamera(osg::Matrix());
     m_picker.setPointer(osg::Pnt2f(nan, nan));
     EXPECT_EQ(pick(), osg::NullFC);
+}
+
+TEST_F(EmbreePickerTest, WhatATransformMakesFlatIsHitWhereItIsSeen)
+{
+    const auto scaled = [](const float x, const float y, const float z) {
+        osg::Matrix matrix;
+        matrix.setScale(x, y, z);
+        return matrix;
+    };
+    osg::Matrix tilted;
+    tilted.setRotate(osg::Quaternion(osg::Vec3f(1, 1, 0), 0.3F));
+    tilted.mult(scaled(1, 1, 0));
+    const osg::GeometryPtr box = makeBox(osg::Pnt3f(-0.2F, -0.2F, 1), osg::Pnt3f(0.2F, 0.2F, 4), osg::NullFC);
+    const osg::NodePtr flat = makeNode(box);
+    const osg::NodePtr slanting = makeNode(box);
+    add(makeTransform(translation(-0.5F, 0, 0), {makeTransform(scaled(1, 1, 0), {flat})}));
+    add(makeTransform(translation(0.5F, 0, 0), {makeTransform(tilted, {slanting})}));
+    add(makeTransform(scaled(0, 0, 0), {makeNode(box)}));
+    add(makeTransform(scaled(1e-30F, 1e-30F, 1e-30F), {makeNode(box)}));
+
+    pointAt(-0.4F, 0.1F);
+    EXPECT_EQ(pick(), flat);
+    EXPECT_EQ(m_picker.getPickedPoint(nullptr).z(), 0);
+    EXPECT_EQ(std::abs(m_picker.getPickedNormal(nullptr).z()), 1);
+    EXPECT_THAT(multiPick(EmbreePicker::AllHits), Contains(flat));
+    pointAt(0.6F, 0.1F);
+    EXPECT_EQ(pick(), slanting);
+    pointAt(0, 0);
+    EXPECT_EQ(pick(), osg::NullFC);
+    pointAt(-0.4F, 0.3F);
+    EXPECT_EQ(pick(), osg::NullFC);
+
+    // It follows the scene as all others do.
+    beginEditCP(box->getPositions());
+    box->getPositions()->setValue(osg::Pnt3f(-0.2F, 0.6F, 4), 0);
+    endEditCP(box->getPositions());
+    pointAt(-0.68F, 0.3F);
+    EXPECT_EQ(pick(), flat);
+}
+
+TEST_F(EmbreePickerTest, FromFartherAwayThanRaysReachNothingIsHit)
+{
+    const osg::NodePtr node = add(rectangle());
+    osg::Matrix camera;
+    camera.setScale(1, 1, 1e-10F);
+    m_picker.setCamera(camera);
+    EXPECT_EQ(pick(), node);
+
+    camera.setScale(1, 1, 1e-25F);
+    m_picker.setCamera(camera);
+    EXPECT_EQ(pick(), osg::NullFC);
+
+    m_picker.setCamera(osg::Matrix());
+    osg::Matrix small;
+    small.setScale(1e-8F);
+    const osg::NodePtr far = makeNode(rectangle());
+    add(makeTransform(small, {far}));
+    EXPECT_EQ(pick(), node);
+    camera.setScale(1, 1, 1e-10F);
+    m_picker.setCamera(camera);
+    EXPECT_EQ(pick(), osg::NullFC) << "the small one is as far away as rays reach";
 }
 
 TEST_F(EmbreePickerTest, ARootBelowATransformIsPickedInItsPlace)

@@ -7,6 +7,7 @@
 #include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Model/SceneMirror.h"
 #include "Viewer/Model/SceneTraversal.h"
+#include "Viewer/Model/TriangleTree.h"
 
 #include <SceneUtilities/koNodeUtils.h>
 
@@ -33,6 +34,34 @@ constexpr osg::UInt32 AllBits = 0xFFFFFFFF;
 
 // From here on nothing of a surface is to be seen.
 constexpr float WhollyTransparent = 0.9999F;
+
+// Embree ends the process when it gets a ray with larger numbers, also when it has turned one into an instance's space.
+constexpr double LargestRayNumber = 1e18;
+
+// What is flatter or smaller cannot be turned back in single precision.
+constexpr double WorstCondition = 1e5;
+constexpr double LargestInverse = 1e9;
+
+/** How large numbers become on the way from the world into the space of a node. */
+struct WayBack {
+    bool exists = false; ///< in single precision
+    double scale = 0;    ///< largest element that is multiplied
+    double shift = 0;    ///< largest element that is added
+
+    explicit WayBack(const Matrix4& toWorld)
+    {
+        const Matrix4 inverse = toWorld.inverted(&exists);
+        double forth = 0;
+        for (int row = 0; row < 3; ++row) {
+            for (int column = 0; column < 3; ++column) {
+                forth = std::max(forth, std::abs(toWorld(row, column)));
+                scale = std::max(scale, std::abs(inverse(row, column)));
+            }
+            shift = std::max(shift, std::abs(inverse(row, 3)));
+        }
+        exists = exists && inverse.isFinite() && forth * scale < WorstCondition && scale < LargestInverse;
+    }
+};
 
 bool isWhollyTransparent(const osg::MaterialPtr& material)
 {
@@ -140,6 +169,7 @@ public:
         Mesh* mesh = nullptr;
         std::size_t user = 0; ///< among the users of the mesh
         bool attached = false;
+        std::unique_ptr<TriangleTree> ownTree; ///< in world space, of what is too flat for an instance
     };
 
     Scene()
@@ -185,6 +215,8 @@ public:
         m_staleMeshes.clear();
         m_instances.clear();
         m_materials.clear();
+        m_largestScaleBack = 1;
+        m_largestShiftBack = 0;
     }
 
     void setPrepared(const PreparedGeometries* prepared) { m_prepared = prepared; }
@@ -213,6 +245,9 @@ public:
     std::vector<RawHit> intersect(const Ray& ray, const bool nearestOnly) const
     {
         std::vector<RawHit> hits;
+        if (!isBearable(ray)) {
+            return hits;
+        }
         RTCRayHit query{};
         query.ray.org_x = ray.origin[0];
         query.ray.org_y = ray.origin[1];
@@ -376,9 +411,20 @@ private:
         if (instance.mesh->getData().triangles.empty() || !instance.toWorld.isFinite()) {
             return;
         }
+        RTCScene tree = instance.mesh->content->getTree().getScene();
+        osg::Matrix matrix = instance.matrix;
+        if (const WayBack wayBack(instance.toWorld); wayBack.exists) {
+            m_largestScaleBack = std::max(m_largestScaleBack, wayBack.scale);
+            m_largestShiftBack = std::max(m_largestShiftBack, wayBack.shift);
+        } else {
+            // No ray gets into its space. What is flat can be seen all the same, and be selected.
+            instance.ownTree = makeTreeInWorld(instance);
+            tree = instance.ownTree->getScene();
+            matrix.setIdentity();
+        }
         RTCGeometry geometry = rtcNewGeometry(m_device.get(), RTC_GEOMETRY_TYPE_INSTANCE);
-        rtcSetGeometryInstancedScene(geometry, instance.mesh->content->getTree().getScene());
-        rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, instance.matrix.getValues());
+        rtcSetGeometryInstancedScene(geometry, tree);
+        rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, matrix.getValues());
         rtcCommitGeometry(geometry);
         rtcAttachGeometryByID(m_top, geometry, static_cast<unsigned>(place));
         rtcReleaseGeometry(geometry);
@@ -386,11 +432,26 @@ private:
         m_topStale = true;
     }
 
+    static std::unique_ptr<TriangleTree> makeTreeInWorld(const Instance& instance)
+    {
+        const GeometryData& data = instance.mesh->getData();
+        GeometryData moved;
+        moved.triangles = data.triangles;
+        moved.positions.reserve(data.positions.size());
+        for (const osg::Pnt3f& position : data.positions) {
+            const Vector4 place = instance.toWorld.transform(position);
+            moved.positions.emplace_back(static_cast<float>(place[0]), static_cast<float>(place[1]),
+                                         static_cast<float>(place[2]));
+        }
+        return std::make_unique<TriangleTree>(moved);
+    }
+
     void detach(const std::size_t place)
     {
         if (m_instances[place].attached) {
             rtcDetachGeometry(m_top, static_cast<unsigned>(place));
             m_instances[place].attached = false;
+            m_instances[place].ownTree = nullptr;
             m_topStale = true;
         }
     }
@@ -425,6 +486,16 @@ private:
         mesh.stale = false;
     }
 
+    // Whether Embree can take a ray, and turn it into the space of every instance.
+    bool isBearable(const Ray& ray) const
+    {
+        double farthest = 1;
+        for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+            farthest = std::max(farthest, std::abs(static_cast<double>(ray.origin[axis])));
+        }
+        return farthest < LargestRayNumber && 3 * farthest * m_largestScaleBack + m_largestShiftBack < LargestRayNumber;
+    }
+
     void dropMesh(const osg::UInt32 id)
     {
         const auto mesh = m_meshes.find(id);
@@ -446,6 +517,8 @@ private:
     std::vector<osg::UInt32> m_staleMeshes;
     osg::UInt32 m_newestId = 0; ///< of all geometries, properties and materials that were ever met
     std::unordered_map<osg::UInt32, std::size_t> m_materials; ///< how many instances are seen with it, by its id
+    double m_largestScaleBack = 1;                            ///< of all instances that ever were, see WayBack
+    double m_largestShiftBack = 0;
     bool m_topStale = false;
     bool m_changed = false; ///< since the last update
 };

@@ -28,7 +28,8 @@ class PreparedGeometries;
  * near to the far plane. It needs the size of the viewport, see setViewportSize().
  * @par What is picked
  * Triangles of the visible geometry nodes below the root. Nodes marked auxiliary are left out with all that is below
- * them: selection boxes cannot be selected. Lines and points are not hit.
+ * them: selection boxes cannot be selected. Lines and points are not hit. What a transform has made flat is hit like
+ * everything else; from more than some 1e18 units away nothing is.
  * @par Settings
  * The selection region is half the edge length, in pixels, of a square around the pointer; 0 is the pointer's pixel.
  * Fully enclosed asks for nodes that lie in the region as a whole. Depth selection off leaves only what is in front at
