@@ -188,6 +188,19 @@ TEST_F(InputRecorderTest, AViewThatIsSqueezedOutHasASizeThatScriptsKnow)
     EXPECT_NO_THROW(viewer::Script::load(m_file));
 }
 
+TEST_F(InputRecorderTest, TheLongestTurnOfTheWheelOfAScriptIsOneThatScriptsKnow)
+{
+    setSmallModel();
+    record();
+
+    viewer::ScriptRunner(m_stage->session, m_stage->viewport, nullptr)
+        .run(viewer::Script::parse("wheel 10 20 -1000", "script"));
+    m_recorder->stop();
+
+    EXPECT_THAT(lines(), Contains(StartsWith("scroll 10 20 0 -120000 ")));
+    EXPECT_NO_THROW(viewer::Script::load(m_file));
+}
+
 TEST_F(InputRecorderTest, EachQtEventIsALineWithTheEventsThatItBecame)
 {
     setSmallModel();

@@ -28,10 +28,10 @@ using Kind = ScriptCommand::Kind;
 
 /**
  * What follows a command. One letter each: s a size, p a pixel, f a fraction or any number, a a number of any size, l a
- * length above 0, u degrees up or down, n a rank, w a number of steps, v a view, t a text, d a picture's name, k a key,
- * c a command, e a verb, g a gesture, h a phase of scrolling, o on or off, x a digest; at the end N for any number of
- * nodes, H for any number of buttons, q for "fitted" or nothing, b for a button and modifiers, all optional, m for
- * modifiers alone, r for modifiers and "repeat", i for modifiers and "inverted".
+ * length above 0, u degrees up or down, z a way to scroll, n a rank, w a number of steps, v a view, t a text, d a
+ * picture's name, k a key, c a command, e a verb, g a gesture, h a phase of scrolling, o on or off, x a digest; at the
+ * end N for any number of nodes, H for any number of buttons, q for "fitted" or nothing, b for a button and modifiers,
+ * all optional, m for modifiers alone, r for modifiers and "repeat", i for modifiers and "inverted".
  */
 struct Grammar {
     const char* name;
@@ -55,7 +55,7 @@ constexpr Grammar Grammars[] = {
     {"drag", Kind::Drag, "ppppb", "X1 Y1 X2 Y2 [BUTTON] [MODIFIER...]"},
     {"held", Kind::Held, "H", "[BUTTON...]"},
     {"wheel", Kind::Wheel, "ppwm", "X Y STEPS [MODIFIER...]"},
-    {"scroll", Kind::Scroll, "ffpppphi",
+    {"scroll", Kind::Scroll, "ffzzzzhi",
      "X Y ANGLE-X ANGLE-Y PIXEL-X PIXEL-Y none|begin|update|end|momentum [inverted] [MODIFIER...]"},
     {"gesture", Kind::Gesture, "gfffm", "begin|end|pan|zoom|smart-zoom|rotate|swipe X Y VALUE [MODIFIER...]"},
     {"leave", Kind::Leave, "", ""},
@@ -155,6 +155,7 @@ int findKey(const std::string& name)
 constexpr int LargestSize = 8192;
 constexpr int LargestPixel = 100000;
 constexpr int LargestSteps = 1000;
+constexpr int LargestScroll = 1000000; // more than that many steps in eighths of a degree
 constexpr double LargestCoordinate = 1e30;
 constexpr double SmallestLength = 1e-30;
 constexpr double LargestCount = 1e9;
@@ -264,6 +265,9 @@ private:
             break;
         case 'l':
             command.numbers.push_back(takeNumber(SmallestLength, LargestCoordinate, false));
+            break;
+        case 'z':
+            command.numbers.push_back(takeNumber(-LargestScroll, LargestScroll, true));
             break;
         case 'u':
             command.numbers.push_back(takeNumber(-90, 90, false));
