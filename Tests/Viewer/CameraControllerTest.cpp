@@ -122,6 +122,17 @@ TEST_F(CameraControllerTest, PanningTakesTheSceneAlongWithThePointer)
     EXPECT_NEAR(after[1] - before[1], -20, 0.5);
 }
 
+TEST_F(CameraControllerTest, WhatWouldLeadBeyondAllNumbersMovesNothing)
+{
+    m_camera.setPose({{1, 2, 3}, 1e30, 10, 20, false});
+    const viewer::CameraController::Pose before = m_camera.getPose();
+
+    m_camera.pan(1e300, 1e300);
+
+    EXPECT_EQ(m_camera.getPose(), before);
+    EXPECT_TRUE(m_camera.getView().isFinite());
+}
+
 TEST_F(CameraControllerTest, OrbitingTurnsNearThingsWithThePointer)
 {
     m_camera.setStandardView("front");

@@ -386,8 +386,13 @@ double CameraController::limitDistance(const double distance) const
 
 void CameraController::moveInterest(const Axes& axes, const double right, const double up, const double back)
 {
+    Vector3 moved = m_interest;
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        m_interest[axis] += axes.right[axis] * right + axes.up[axis] * up + axes.back[axis] * back;
+        moved[axis] += axes.right[axis] * right + axes.up[axis] * up + axes.back[axis] * back;
+    }
+    // From beyond all numbers there is no way back.
+    if (isFinite(moved)) {
+        m_interest = moved;
     }
 }
 
