@@ -68,6 +68,25 @@ TEST_F(NodePathTest, EveryNodeIsFoundAtItsPath)
     EXPECT_EQ(node("/1/17"), child);
 }
 
+TEST_F(NodePathTest, FewNodesAndManyHaveTheSamePaths)
+{
+    const osg::RefPtr<osg::NodePtr> other(makeGroup());
+    std::vector<osg::NodePtr> some{m_root->getChild(1), osg::NullFC, other.get(), m_root.get()};
+    const std::vector<std::string> expected{"/1", "", "", "/"};
+
+    EXPECT_EQ(NodePath::getAll(m_root.get(), some), expected);
+
+    std::vector<std::string> all = expected;
+    for (osg::UInt32 i = Children; i > 0; --i) {
+        some.push_back(m_root->getChild(1)->getChild(i - 1));
+        all.push_back("/1/" + std::to_string(i - 1));
+    }
+    some.push_back(m_root.get());
+    all.emplace_back("/");
+    EXPECT_EQ(NodePath::getAll(m_root.get(), some), all);
+    EXPECT_EQ(NodePath::getAll(osg::NullFC, {}), std::vector<std::string>());
+}
+
 TEST_F(NodePathTest, WhatIsNotWithinTheRootHasNoPath)
 {
     const osg::RefPtr<osg::NodePtr> other(makeGroup());

@@ -5,8 +5,8 @@
 #include <SceneUtilities/koNodeUtils.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace quon::viewer {
 
@@ -72,6 +72,39 @@ std::string NodePath::get(const osg::NodePtr& root, const osg::NodePtr& node)
         path += "/" + std::to_string(place);
     }
     return path.empty() ? "/" : path;
+}
+
+std::vector<std::string> NodePath::getAll(const osg::NodePtr& root, const std::vector<osg::NodePtr>& nodes)
+{
+    std::unordered_map<osg::UInt32, std::string> known;
+    if (nodes.size() > FewNodes) {
+        for (const osg::NodePtr& node : nodes) {
+            if (node != osg::NullFC) {
+                known.try_emplace(osg::getContainerId(node));
+            }
+        }
+        std::vector<std::pair<osg::NodePtr, std::string>> pending;
+        if (root != osg::NullFC) {
+            pending.emplace_back(root, std::string());
+        }
+        while (!pending.empty()) {
+            const auto [node, path] = std::move(pending.back());
+            pending.pop_back();
+            if (const auto wanted = known.find(osg::getContainerId(node)); wanted != known.end()) {
+                wanted->second = path.empty() ? "/" : path;
+            }
+            for (osg::UInt32 place = 0; place < node->getNChildren(); ++place) {
+                pending.emplace_back(node->getChild(place), path + "/" + std::to_string(place));
+            }
+        }
+    }
+    std::vector<std::string> paths;
+    paths.reserve(nodes.size());
+    for (const osg::NodePtr& node : nodes) {
+        const auto found = node == osg::NullFC ? known.end() : known.find(osg::getContainerId(node));
+        paths.push_back(found != known.end() ? found->second : get(root, node));
+    }
+    return paths;
 }
 
 osg::NodePtr NodePath::find(const osg::NodePtr& root, const std::string& path)

@@ -10,6 +10,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace quon::viewer {
 
@@ -27,6 +28,9 @@ public:
      * @return empty when the node is null or not within the root
      */
     static std::string get(const osg::NodePtr& root, const osg::NodePtr& node);
+
+    /** Returns the way to each of @p nodes, in their order; many of them cost no more than one walk over the model. */
+    static std::vector<std::string> getAll(const osg::NodePtr& root, const std::vector<osg::NodePtr>& nodes);
 
     /** Returns the node at a path; null when there is none, or when @p path is none. */
     static osg::NodePtr find(const osg::NodePtr& root, const std::string& path);

@@ -407,11 +407,11 @@ void InputRecorder::writeEdit(const char* command, const std::vector<osg::NodePt
 {
     std::string line = command;
     std::vector<osg::NodePtr> within;
-    for (const osg::NodePtr& node : nodes) {
-        const std::string path = NodePath::get(m_session->getModel(), node);
-        if (!path.empty()) {
-            line += " " + path;
-            within.push_back(node);
+    const std::vector<std::string> paths = NodePath::getAll(m_session->getModel(), nodes);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (!paths[i].empty()) {
+            line += " " + paths[i];
+            within.push_back(nodes[i]);
         }
     }
     beginLine(line);
