@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -47,6 +48,17 @@ int ownModifier(int key)
     default:
         return 0;
     }
+}
+
+// Halves go towards positive infinity, whatever Qt does: Qt 6 rounds them away from zero.
+QPoint pixelOf(const QMouseEvent& event)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return event.pos();
+#else
+    const QPointF position = event.position();
+    return QPoint(static_cast<int>(std::floor(position.x() + 0.5)), static_cast<int>(std::floor(position.y() + 0.5)));
+#endif
 }
 
 // With Control held some platforms report the control character instead of the key.
@@ -258,7 +270,7 @@ bool QtEventMapper::mousePressed(const QMouseEvent* event)
     if (m_interactionManager == nullptr) {
         return false;
     }
-    updatePointer(event->pos());
+    updatePointer(pixelOf(*event));
 
     const int modifiers = relevantModifiers(event->modifiers());
     bool consumed = false;
@@ -276,7 +288,7 @@ bool QtEventMapper::mouseReleased(const QMouseEvent* event)
     if (m_interactionManager == nullptr) {
         return false;
     }
-    updatePointer(event->pos());
+    updatePointer(pixelOf(*event));
     return endBindings(m_mouseMappings, static_cast<int>(event->button()), m_activeMouseEvents);
 }
 
@@ -285,7 +297,7 @@ bool QtEventMapper::mouseMoved(const QMouseEvent* event, bool dragging)
     if (m_interactionManager == nullptr) {
         return false;
     }
-    updatePointer(event->pos());
+    updatePointer(pixelOf(*event));
 
     // Dragging looks up all held buttons as one value and does not ask what was started: with a second button or other
     // modifiers the "process" of a binding pauses, while its release still ends it.

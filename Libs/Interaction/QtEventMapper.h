@@ -116,9 +116,9 @@ public:
     /**
      * Reports the pointer, then sends "start" for each binding of the button with exactly the modifiers held.
      *
-     * The pointer is reported with InteractionManager::pointerMoved(), in the rounded pixels of QMouseEvent::pos(), and
-     * only when it differs from the last one reported (at first (0, 0)). The categories become active even when nobody
-     * consumed their "start".
+     * The pointer is reported with InteractionManager::pointerMoved(), in whole pixels, halves rounded towards positive
+     * infinity, and only when it differs from the last one reported (at first (0, 0)). The categories become active even
+     * when nobody consumed their "start".
      *
      * @param event must not be null (not checked)
      * @return true when a "start" was consumed
