@@ -84,7 +84,7 @@ int main(int argc, char** argv)
         //! [set-up]
 
         const auto mouseEvent = [](QEvent::Type type, Qt::MouseButtons held) {
-            return QMouseEvent(type, QPointF(10, 20), Qt::LeftButton, held, Qt::NoModifier);
+            return QMouseEvent(type, QPointF(10, 20), QPointF(10, 20), Qt::LeftButton, held, Qt::NoModifier);
         };
         const QMouseEvent press = mouseEvent(QEvent::MouseButtonPress, Qt::LeftButton);
         const QMouseEvent release = mouseEvent(QEvent::MouseButtonRelease, Qt::NoButton);

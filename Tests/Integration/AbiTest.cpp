@@ -68,10 +68,10 @@ std::ptrdiff_t slotCount()
 }
 
 // The operations in the order given fill the slots from first on without a gap.
-std::vector<Slot> consecutive(const std::vector<Slot>& slots, std::ptrdiff_t first = 0)
+std::vector<Slot> consecutive(const std::vector<Slot>& operations, std::ptrdiff_t first = 0)
 {
     std::vector<Slot> expected;
-    for (const Slot& slot : slots) {
+    for (const Slot& slot : operations) {
         expected.push_back({slot.operation, first});
         ++first;
     }
@@ -209,35 +209,35 @@ void expectDestructorAt(std::size_t slot)
 
 TEST(AbiTest, InteractionContextHasFourteenVirtualOperationsInOrder)
 {
-    const std::vector<Slot> slots = contextSlots<InteractionContext>();
+    const std::vector<Slot> operations = contextSlots<InteractionContext>();
 
-    EXPECT_EQ(slots.size(), 14u);
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations.size(), 14u);
+    EXPECT_EQ(operations, consecutive(operations));
     EXPECT_EQ(slotCount<InteractionContext>(), 14);
 }
 
 TEST(AbiTest, AbstractInteractionContextKeepsTheOrderAndAddsNoVirtualOperation)
 {
-    const std::vector<Slot> slots = contextSlots<AbstractInteractionContext>();
+    const std::vector<Slot> operations = contextSlots<AbstractInteractionContext>();
 
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations, consecutive(operations));
     EXPECT_EQ(slotCount<AbstractInteractionContext>(), 14);
 }
 
 TEST(AbiTest, MultimodeInteractionContextAddsSelectModeBehindItsBase)
 {
-    const std::vector<Slot> slots = contextSlots<MultimodeInteractionContext>();
+    const std::vector<Slot> operations = contextSlots<MultimodeInteractionContext>();
 
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations, consecutive(operations));
     EXPECT_EQ(testing::virtualSlot(&MultimodeInteractionContext::selectMode), 14);
     EXPECT_EQ(slotCount<MultimodeInteractionContext>(), 15);
 }
 
 TEST(AbiTest, ToolInteractionContextAddsSetPickerBehindItsBase)
 {
-    const std::vector<Slot> slots = contextSlots<ToolInteractionContext>();
+    const std::vector<Slot> operations = contextSlots<ToolInteractionContext>();
 
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations, consecutive(operations));
     EXPECT_EQ(testing::virtualSlot(&ToolInteractionContext::selectMode), 14);
     EXPECT_EQ(testing::virtualSlot(&ToolInteractionContext::setPicker), 15);
     EXPECT_EQ(slotCount<ToolInteractionContext>(), 16);
@@ -245,34 +245,34 @@ TEST(AbiTest, ToolInteractionContextAddsSetPickerBehindItsBase)
 
 TEST(AbiTest, InteractionToolHasElevenVirtualOperationsInOrder)
 {
-    const std::vector<Slot> slots = toolSlots<InteractionTool>();
+    const std::vector<Slot> operations = toolSlots<InteractionTool>();
 
-    EXPECT_EQ(slots.size(), 11u);
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations.size(), 11u);
+    EXPECT_EQ(operations, consecutive(operations));
     EXPECT_EQ(slotCount<InteractionTool>(), 11);
 }
 
 TEST(AbiTest, AbstractInteractionToolKeepsTheOrderAndAddsNoVirtualOperation)
 {
-    const std::vector<Slot> slots = toolSlots<AbstractInteractionTool>();
+    const std::vector<Slot> operations = toolSlots<AbstractInteractionTool>();
 
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations, consecutive(operations));
     EXPECT_EQ(slotCount<AbstractInteractionTool>(), 11);
 }
 
 TEST(AbiTest, PickerHasTwentyFourVirtualOperationsInOrder)
 {
-    const std::vector<Slot> slots = pickerSlots<Picker>();
+    const std::vector<Slot> operations = pickerSlots<Picker>();
 
-    EXPECT_EQ(slots.size(), 24u);
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations.size(), 24u);
+    EXPECT_EQ(operations, consecutive(operations));
 }
 
 TEST(AbiTest, LazyPickerKeepsTheOrderOfPicker)
 {
-    const std::vector<Slot> slots = pickerSlots<LazyPicker>();
+    const std::vector<Slot> operations = pickerSlots<LazyPicker>();
 
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations, consecutive(operations));
 }
 
 TEST(AbiTest, LazyPickerHasItsDestructorBehindTheOperationsOfPicker)
@@ -283,26 +283,26 @@ TEST(AbiTest, LazyPickerHasItsDestructorBehindTheOperationsOfPicker)
 
 TEST(AbiTest, LazyPickerHasItsOwnVirtualOperationsBehindItsDestructor)
 {
-    const std::vector<Slot> slots = {KO_SLOT(PickerProbe, invalidate),
-                                     KO_SLOT(PickerProbe, getMaterialLayerEvaluationEnabled),
-                                     KO_SLOT(PickerProbe, getTransparencyEvaluationEnabled),
-                                     KO_SLOT(PickerProbe, isCacheValid),
-                                     KO_SLOT(PickerProbe, computePicked),
-                                     KO_SLOT(PickerProbe, computePickedNodes),
-                                     KO_SLOT(PickerProbe, computeMultiPicked),
-                                     KO_SLOT(PickerProbe, updateSelectionOption)};
+    const std::vector<Slot> operations = {KO_SLOT(PickerProbe, invalidate),
+                                          KO_SLOT(PickerProbe, getMaterialLayerEvaluationEnabled),
+                                          KO_SLOT(PickerProbe, getTransparencyEvaluationEnabled),
+                                          KO_SLOT(PickerProbe, isCacheValid),
+                                          KO_SLOT(PickerProbe, computePicked),
+                                          KO_SLOT(PickerProbe, computePickedNodes),
+                                          KO_SLOT(PickerProbe, computeMultiPicked),
+                                          KO_SLOT(PickerProbe, updateSelectionOption)};
 
     // Slots 24 and 25 are the destructor's.
-    EXPECT_EQ(slots, consecutive(slots, 26));
+    EXPECT_EQ(operations, consecutive(operations, 26));
     EXPECT_EQ(slotCount<LazyPicker>(), 34);
 }
 
 TEST(AbiTest, SelectionVisualisationHasNineVirtualOperationsInOrder)
 {
-    const std::vector<Slot> slots = visualisationSlots<SelectionVisualisation>();
+    const std::vector<Slot> operations = visualisationSlots<SelectionVisualisation>();
 
-    EXPECT_EQ(slots.size(), 9u);
-    EXPECT_EQ(slots, consecutive(slots));
+    EXPECT_EQ(operations.size(), 9u);
+    EXPECT_EQ(operations, consecutive(operations));
 }
 
 TEST(AbiTest, SelectionVisualisationHasItsDestructorLast)

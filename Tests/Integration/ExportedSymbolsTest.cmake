@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 #
 # What libkoInteraction shows to the linker: run with -DLIBRARY=<file> -DNM=<nm> -DREADELF=<readelf>
-# -DSCENE_GRAPH=<library>,...
+# -DSCENE_GRAPH=<library>,... -DQT=<major version>
 cmake_policy(VERSION 3.25)
 
 set(failures "")
@@ -120,14 +120,14 @@ if(NOT soname STREQUAL "libkoInteraction.so.1")
 endif()
 string(REPLACE "," ";" sceneGraph "${SCENE_GRAPH}")
 list(JOIN sceneGraph "|" sceneGraphPattern)
-set(own "libQt5Core|libQt5Gui|libkoHost|${sceneGraphPattern}")
+set(own "libQt${QT}Core|libQt${QT}Gui|libkoHost|${sceneGraphPattern}")
 set(runtime "libstdc\\+\\+|libc\\+\\+|libc\\+\\+abi|libm|libgcc_s|libc|ld-linux[-a-z0-9_]*|libasan|libubsan|libgcov")
 foreach(entry IN LISTS needed)
     if(NOT entry MATCHES "^(${own}|${runtime})\\.so(\\.[0-9]+)*$")
         report("needs ${entry}")
     endif()
 endforeach()
-foreach(expected libQt5Core libkoHost ${sceneGraph})
+foreach(expected libQt${QT}Core libkoHost ${sceneGraph})
     if(NOT needed MATCHES "(^|;)${expected}\\.so")
         report("does not need ${expected}, which it calls")
     endif()

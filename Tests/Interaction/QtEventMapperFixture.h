@@ -113,20 +113,25 @@ protected:
                         : key == Qt::Key_Control ? control
                         : key == Qt::Key_Alt     ? alt
                                                  : none;
-        const QKeyEvent event(type, key, Qt::KeyboardModifiers(modifiers ^ own), QString(), isAutoRepeat);
+        return QKeyEvent(type, key, Qt::KeyboardModifiers(modifiers ^ own), QString(), isAutoRepeat);
+    }
+
+    static void expectReported(const QKeyEvent& event, int modifiers)
+    {
         EXPECT_EQ(static_cast<int>(event.modifiers()) & ~meta, modifiers & ~meta);
-        return event;
     }
 
     bool pressKey(int key, int modifiers = none, bool isAutoRepeat = false)
     {
         const QKeyEvent event = keyEvent(QEvent::KeyPress, key, modifiers, isAutoRepeat);
+        expectReported(event, modifiers);
         return m_mapper.keyPressed(&event);
     }
 
     bool releaseKey(int key, int modifiers = none, bool isAutoRepeat = false)
     {
         const QKeyEvent event = keyEvent(QEvent::KeyRelease, key, modifiers, isAutoRepeat);
+        expectReported(event, modifiers);
         return m_mapper.keyReleased(&event);
     }
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 #
-# cmake -DBUILD=... -DPREFIX=... -P InstallAndMove.cmake
+# cmake -DBUILD=... -DPREFIX=... -DVIEWER=... -P InstallAndMove.cmake
 #
 # Installs to a folder that is renamed then: nothing that is installed may name it.
 file(REMOVE_RECURSE "${PREFIX}" "${PREFIX}.before")
@@ -20,4 +20,6 @@ foreach(text ${texts})
 endforeach()
 
 # Its own libraries are found beside it.
-execute_process(COMMAND "${PREFIX}/bin/koviewer" --version COMMAND_ERROR_IS_FATAL ANY)
+if(VIEWER)
+    execute_process(COMMAND "${PREFIX}/bin/koviewer" --version COMMAND_ERROR_IS_FATAL ANY)
+endif()
