@@ -32,10 +32,18 @@ set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "interaction library for OpenSG scenes in Q
  This package contains the shared libraries: the library itself, the host
  services and the embedded scene graph.")
 
+if(KOINTERACTION_QT EQUAL 5)
+    set(koQtDevelopment qtbase5-dev)
+    set(koQtTranslations qttranslations5-l10n)
+else()
+    set(koQtDevelopment qt6-base-dev)
+    set(koQtTranslations qt6-translations-l10n)
+endif()
+
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkointeraction-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-    "libkointeraction${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), qtbase5-dev, libgl-dev, libgtest-dev, libgmock-dev")
+    "libkointeraction${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), ${koQtDevelopment}, libgl-dev, libgtest-dev, libgmock-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "interaction library for OpenSG scenes - development files
  Headers, the package for CMake, files for pkg-config and the test kit for
  hosts of koInteraction, the interaction library for OpenSG scenes in Qt
@@ -44,7 +52,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "interaction library for OpenSG scenes 
 set(CPACK_DEBIAN_VIEWER_PACKAGE_NAME koviewer)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_DEPENDS "libkointeraction${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_VIEWER_PACKAGE_RECOMMENDS "qttranslations5-l10n")
+set(CPACK_DEBIAN_VIEWER_PACKAGE_RECOMMENDS "${koQtTranslations}")
 set(CPACK_DEBIAN_VIEWER_DESCRIPTION "viewer for 3D models with selection sets and measuring
  Shows models of all formats that Assimp reads. Parts can be selected by clicks
  and rectangles, kept as named sets, hidden, isolated, locked and measured.

@@ -4,7 +4,7 @@
 # Builds and runs all tests.
 #
 #   scripts/test.sh            everything: gcc 12, clang 14, and both sanitizers over the whole suite
-#   scripts/test.sh PRESET...  only these presets of CMakePresets.json (dev, ci, ci-clang, asan)
+#   scripts/test.sh PRESET...  only these presets of CMakePresets.json (dev, qt6, ci, ci-clang, asan)
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
