@@ -47,6 +47,7 @@ public:
      */
     void setDescription(const std::string& text);
 
+    /** Returns the text shown in the notification area, shown or not. */
     std::string getDescription() const;
 
     /** Changes the stacking key for later additions; a context already in a stack stays where it is. */

@@ -121,6 +121,7 @@ public:
     /** Stores the presenter mode, which the translation of key events consults; nobody is told. */
     void setPresenterMode(bool on);
 
+    /** Returns what setPresenterMode() stored last, false at first. */
     bool getPresenterMode();
 
 private:

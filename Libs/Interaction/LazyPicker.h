@@ -99,7 +99,10 @@ public:
      */
     virtual void invalidate();
 
+    /** Returns whether the layers of a material are looked into for the material that is hit. */
     virtual bool getMaterialLayerEvaluationEnabled() const;
+
+    /** Returns whether a pick passes through what is transparent at the hit. */
     virtual bool getTransparencyEvaluationEnabled() const;
 
 protected:

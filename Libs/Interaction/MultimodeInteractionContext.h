@@ -24,6 +24,7 @@ public:
     /** Sets the tool part of the categories whose events start and stop modes. */
     void setModeCategory(const std::string& category);
 
+    /** Returns the tool part of the categories whose events start and stop modes. */
     const std::string& getModeCategory() const;
 
     /**

@@ -37,8 +37,10 @@ class SelectionVisualisation;
  */
 class INTERACTION_EXPORT NodeSelectionModel {
 public:
+    /** Creates a model without nodes and visualisations. */
     explicit NodeSelectionModel(const std::string& name);
 
+    /** Returns the name that the model was created with; the model does not use it. */
     const std::string& getName() const { return m_name; }
 
     /** Returns the selected nodes, ordered by handle: neither in order of selection nor of the scene. */

@@ -91,14 +91,20 @@ public:
 
     /** Sets whether a region picks only what lies in it as a whole. */
     virtual void setFullyEnclosed(bool fullyEnclosed) = 0;
+
+    /** Returns whether a region picks only what lies in it as a whole. */
     virtual bool getFullyEnclosed() const = 0;
 
     /** Sets whether a region picks what is hidden behind something else, too. */
     virtual void setDepthSelection(bool depthSelection) = 0;
+
+    /** Returns whether a region picks what is hidden behind something else, too. */
     virtual bool getDepthSelection() const = 0;
 
     /** Sets the size of the selection region around the pointer, in the unit of the back end. */
     virtual void setSelectionRegion(int selectionRegion) = 0;
+
+    /** Returns the size of the selection region around the pointer, in the unit of the back end. */
     virtual int getSelectionRegion() const = 0;
 
     /**
@@ -115,10 +121,14 @@ public:
      * @param root referenced while it is the root; null: nothing to pick in
      */
     virtual void setRoot(const osg::NodePtr& root) = 0;
+
+    /** Returns the root of the subtree that is picked in; no reference is added. */
     virtual osg::NodePtr getRoot() const = 0;
 
     /** Sets whether normals are turned towards the viewer. */
     virtual void setMakeNormalsConsistent(bool makeNormalsConsistent) = 0;
+
+    /** Returns whether normals are turned towards the viewer. */
     virtual bool getMakeNormalsConsistent() const = 0;
 
     /** Sets whether the layers of a material are looked into for the material that is hit. */
@@ -133,6 +143,8 @@ public:
      * @param position in viewport pixels, as InteractionContext::pointerMoved() reports it
      */
     virtual void setPointer(const osg::Pnt2f& position) = 0;
+
+    /** Returns the place of the pointer in viewport pixels. */
     virtual osg::Pnt2f getPointer() const = 0;
 
     /**
@@ -141,6 +153,8 @@ public:
      * @param camera as InteractionContext::cameraMoved() reports it
      */
     virtual void setCamera(const osg::Matrix& camera) = 0;
+
+    /** Returns the camera that looks at the scene. */
     virtual osg::Matrix getCamera() const = 0;
 
 protected:

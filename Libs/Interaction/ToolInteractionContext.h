@@ -38,11 +38,13 @@ public:
      */
     void setTool(InteractionTool* tool);
 
+    /** Returns the tool that the context drives, null without one. */
     InteractionTool* getTool() const;
 
     /** Sets the tool part of the categories whose events go to the tool. */
     void setToolCategory(const std::string& category);
 
+    /** Returns the tool part of the categories whose events go to the tool. */
     const std::string& getToolCategory() const;
 
     /**
@@ -52,6 +54,7 @@ public:
      */
     virtual void setPicker(Picker* picker);
 
+    /** Returns the picker that was stored last, null without one. */
     Picker* getPicker() const;
 
     /** Does what the base does, then activates the tool. */

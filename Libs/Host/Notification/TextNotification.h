@@ -18,6 +18,8 @@ public:
      * The text it has already changes nothing and tells nobody.
      */
     void setText(const std::string& text);
+
+    /** Returns the text that is shown. */
     const std::string& getText() const { return m_text; }
 
 private:

@@ -16,6 +16,7 @@
  */
 class koShortcut {
 public:
+    /** What an entry is bound to. */
     enum Kind {
         Key,         ///< the code is a Qt::Key
         MouseButton, ///< the code is a Qt::MouseButton
@@ -23,11 +24,11 @@ public:
 
     /** One registration, as it was passed. */
     struct Entry {
-        QString group; ///< translated heading under which the shortcut is listed
-        Kind kind;
-        int code;
-        int modifiers; ///< Qt::KeyboardModifiers
-        QString description;
+        QString group;       ///< translated heading under which the shortcut is listed
+        Kind kind;           ///< what the code is
+        int code;            ///< a Qt::Key or a Qt::MouseButton
+        int modifiers;       ///< Qt::KeyboardModifiers
+        QString description; ///< what the shortcut does, in the user's language
     };
 
     /**

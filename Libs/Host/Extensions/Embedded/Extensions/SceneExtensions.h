@@ -40,6 +40,7 @@ inline void setHostFlags(const osg::NodePtr& node, osg::UInt32 flags)
     node->setHostFlags(flags);
 }
 
+/** Returns the host's 32 flags of a node, 0 unless set. */
 inline osg::UInt32 getHostFlags(const osg::NodePtr& node)
 {
     return node->getHostFlags();
@@ -51,6 +52,7 @@ inline void setHostOption(const osg::SimpleMaterialPtr& material, bool option)
     material->setHostOption(option);
 }
 
+/** Returns the host's option of a simple material. */
 inline bool getHostOption(const osg::SimpleMaterialPtr& material)
 {
     return material->getHostOption();
@@ -68,6 +70,7 @@ inline void setOverwriteMaterial(const osg::GeometryPtr& geometry, bool overwrit
     geometry->setOverwriteMaterial(overwrite);
 }
 
+/** Returns whether the material of @p geometry beats that of a material group above it; false unless set. */
 inline bool getOverwriteMaterial(const osg::GeometryPtr& geometry)
 {
     return geometry->getOverwriteMaterial();
