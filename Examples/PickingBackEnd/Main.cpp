@@ -44,6 +44,7 @@ protected:
     // Asked before each answer from the cache. A real host compares a stamp of its scene.
     bool isCacheValid() override { return true; }
 
+    //! [query]
     void computePicked(osg::NodePtr& node, osg::Pnt3f& point, osg::Vec3f& normal, osg::Vec2f& uv,
                        osg::MaterialPtr& material, osg::SelectionOption*) override
     {
@@ -62,10 +63,12 @@ protected:
             }
         }
     }
+    //! [query]
 
     void computePickedNodes(std::vector<osg::NodePtr>* nodes, osg::SelectionOption*) override
     {
         ++m_queries;
+        nodes->clear(); // it still holds the list of the last call
         for (const Hit& hit : findHits()) {
             nodes->push_back(hit.node);
         }
