@@ -17,6 +17,7 @@
 
 using namespace quon::interaction;
 
+//! [context]
 class GreetingContext : public AbstractInteractionContext {
 public:
     GreetingContext()
@@ -34,7 +35,9 @@ public:
         return true;
     }
 };
+//! [context]
 
+//! [main]
 int main(int argc, char** argv)
 {
     osg::osgInit(argc, argv);
@@ -51,3 +54,4 @@ int main(int argc, char** argv)
     InteractionManager::getInstance()->removeContext(&context);
     return greeted ? 0 : 1;
 }
+//! [main]
