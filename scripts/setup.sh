@@ -25,6 +25,8 @@ packages=(
     libgtest-dev libgmock-dev librapidcheck-dev assimp-testmodels
     # how the package is found, and what its binary interface is
     pkgconf abigail-tools
+    # the manual
+    doxygen graphviz
 )
 
 if [ "${1:-}" = "--list" ]; then
