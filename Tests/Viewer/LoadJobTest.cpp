@@ -29,7 +29,6 @@ namespace quon::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using viewer::LoadCancelled;
 using viewer::LoadControl;
@@ -352,16 +351,30 @@ TEST_F(LoadJobTest, AModelThatNobodyTakesIsGone)
     EXPECT_EQ(countLiveContainers(), before);
 }
 
-TEST_F(LoadJobTest, AReaderThatThrowsFailsTheJob)
+TEST_F(LoadJobTest, AReaderThatThrowsFailsTheJobWithTheNameOfTheFile)
 {
-    LoadJob job("plate.obj",
-                [&](const std::string&, const LoadControl&) -> ModelData { throw std::runtime_error("out of paper"); });
+    LoadJob job("plate.obj", [&](const std::string&, const LoadControl&) -> ModelData {
+        throw std::runtime_error("out of\npaper");
+    });
     listenTo(job);
 
     job.start();
     waitUntilSettled(job);
 
-    EXPECT_THAT(m_events, ElementsAre("Reading plate.obj", HasSubstr("out of paper"), "settled"));
+    EXPECT_THAT(m_events, ElementsAre("Reading plate.obj", "failed: plate.obj: out of paper", "settled"));
+}
+
+TEST_F(LoadJobTest, AReaderThatNamesTheFileItselfIsQuoted)
+{
+    LoadJob job("plate.obj", [&](const std::string& file, const LoadControl&) -> ModelData {
+        throw viewer::ViewerError(file, "line 3: no number");
+    });
+    listenTo(job);
+
+    job.start();
+    waitUntilSettled(job);
+
+    EXPECT_THAT(m_events, ElementsAre("Reading plate.obj", "failed: plate.obj: line 3: no number", "settled"));
 }
 
 TEST_F(LoadJobTest, StartingTwiceAndCancellingOutOfTurnDoNothing)

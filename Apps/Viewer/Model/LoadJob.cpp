@@ -71,8 +71,12 @@ void LoadJob::run()
         post([this, data] { build(data); });
     } catch (const LoadCancelled&) {
         // Whoever cancelled knows.
-    } catch (const std::exception& error) {
+    } catch (const ViewerError& error) {
         post([this, line = QString::fromStdString(error.what())] { fail(line); });
+    } catch (const std::exception& error) {
+        // No room or a quarrel of the reader's: neither knows of which file.
+        const ViewerError named(getFile(), error.what());
+        post([this, line = QString::fromStdString(named.what())] { fail(line); });
     }
     post([this] { threadEnded(); });
 }
