@@ -34,6 +34,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -69,6 +70,20 @@ int report(const std::exception& error)
 {
     std::fprintf(stderr, "koviewer: %s\n", ViewerError::oneLine(error.what()).c_str());
     return dynamic_cast<const DivergenceError*>(&error) != nullptr ? Diverged : BadInput;
+}
+
+// A recording never takes the place of what it is made from.
+void checkRecording(const CommandLine& line)
+{
+    const std::pair<const std::string&, const char*> inputs[] = {
+        {line.model, "model"}, {line.script, "script"}, {line.replay, "script"}};
+    for (const auto& [input, name] : inputs) {
+        // One that is not there is refused elsewhere.
+        std::error_code error;
+        if (!line.record.empty() && !input.empty() && std::filesystem::equivalent(line.record, input, error)) {
+            throw ViewerError(line.record, std::string("is the ") + name + ", which --record would replace");
+        }
+    }
 }
 
 // What is missing of a model is no reason not to show the rest.
@@ -238,6 +253,7 @@ int run(int argc, char** argv)
         std::puts("koviewer " KOVIEWER_VERSION);
         return EXIT_SUCCESS;
     }
+    checkRecording(line);
     if (line.headless) {
         runHeadless(line, argc, argv);
         return EXIT_SUCCESS;

@@ -208,6 +208,32 @@ TEST_F(KoviewerProcessTest, ARecordingThatCannotBeWrittenIsRefusedBeforeAnything
                   blocked + ": cannot be written: No such file or directory");
 }
 
+TEST_F(KoviewerProcessTest, ARecordingNeverReplacesWhatItIsMadeFrom)
+{
+    const std::string modelText = "o plate\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+    const std::string model = m_folder.write("plate.obj", modelText);
+    const std::string file = script();
+    const std::string scriptText = m_folder.read("script.txt");
+    // Other names of the same files.
+    const std::string link = m_folder.path("link.txt");
+    std::filesystem::create_symlink(file, link);
+    const std::string detour = m_folder.path("./plate.obj");
+    const std::string reason = ", which --record would replace";
+    const auto headless = [&](const std::string& record) {
+        return run({"--headless", "--script", file, "--out", m_folder.path("out"), "--record", record, model});
+    };
+
+    expectRefused(headless(model), model + ": is the model" + reason);
+    expectRefused(headless(detour), detour + ": is the model" + reason);
+    expectRefused(headless(link), link + ": is the script" + reason);
+    m_platform = "offscreen";
+    expectRefused(run({"--record", detour, model}), detour + ": is the model" + reason);
+    expectRefused(run({"--record", link, "--replay", file, model}), link + ": is the script" + reason);
+
+    EXPECT_EQ(m_folder.read("plate.obj"), modelText);
+    EXPECT_EQ(m_folder.read("script.txt"), scriptText);
+}
+
 TEST_F(KoviewerProcessTest, ARecordingOnAFullDiskIsReportedAtTheEnd)
 {
     const Outcome outcome = runAssembly(20, script(), {"--record", "/dev/full"});
@@ -248,7 +274,8 @@ TEST_F(KoviewerProcessTest, ABenchmarkPrintsARowForEverythingItMeasures)
             const std::size_t first = outcome.output.find(row);
             ASSERT_NE(first, std::string::npos) << row;
             EXPECT_NE(outcome.output.find(row, first + 1), std::string::npos) << row;
-            EXPECT_THAT(outcome.output, ContainsRegex(row + number + number + number + "[0-9]+ % +[+] +[0-9]+ % +[a-z]"));
+            EXPECT_THAT(outcome.output,
+                        ContainsRegex(row + number + number + number + "[0-9]+ % +[+] +[0-9]+ % +[a-z]"));
         }
     }
 }
