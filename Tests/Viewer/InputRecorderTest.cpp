@@ -300,6 +300,32 @@ TEST_F(InputRecorderTest, CommandsEventsAndEditsFromElsewhereAreLines)
     EXPECT_EQ(written[8], "expect-hidden 0 0000000000000000");
 }
 
+TEST_F(InputRecorderTest, AGroupThatAScriptAddsIsThereWhenTheRecordingIsReplayed)
+{
+    setSmallModel();
+    record();
+    const auto script = viewer::Script::parse("add-empty-group \"empty group\" 0.25 1.5 -2\n"
+                                              "toggle-node \"empty group\"\n",
+                                              "script.txt");
+    viewer::ScriptRunner(m_stage->session, m_stage->viewport, nullptr).run(script);
+    const osg::Matrix place = m_stage->session.findNode("empty group")->getToWorld();
+    const viewer::NodeDigest selection = m_stage->getSelection();
+    m_recorder.reset();
+
+    ASSERT_GE(commands().size(), 2U);
+    EXPECT_EQ(commands()[0], "add-empty-group \"empty group\" 0.25 1.5 -2");
+    EXPECT_EQ(commands()[1], "select-more /2");
+    m_stage.reset();
+    m_stage = std::make_unique<Stage>();
+    setSmallModel();
+    replay(*m_stage);
+
+    EXPECT_EQ(m_stage->getSelection(), selection);
+    const osg::NodePtr group = m_stage->session.findNode("empty group");
+    ASSERT_NE(group, osg::NullFC);
+    EXPECT_TRUE(group->getToWorld().equals(place, 1e-5F));
+}
+
 TEST_F(InputRecorderTest, EditsWithinAGestureAreNoLinesAndTheirOutcomeIsExpectedAtTheEnd)
 {
     setSmallModel();

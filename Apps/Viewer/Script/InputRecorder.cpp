@@ -137,6 +137,7 @@ void InputRecorder::start(ViewerSession& session, Viewport& viewport, const std:
         [this](const SceneEditor::Edit edit, const std::vector<osg::NodePtr>& nodes) { sceneEdited(edit, nodes); });
     connect(&session, &ViewerSession::selectionChanged, this, &InputRecorder::selectionChanged);
     connect(&session, &ViewerSession::stateChanged, this, &InputRecorder::stateChanged);
+    connect(&session, &ViewerSession::groupAboutToBeAdded, this, &InputRecorder::groupAdded);
     connect(&session, &ViewerSession::modelAboutToChange, this, [this] {
         expectChanges();
         beginLine("# another model is opened: the recording ends");
@@ -401,6 +402,20 @@ void InputRecorder::sceneEdited(const SceneEditor::Edit edit, const std::vector<
         writeEdit(getCommandOf(edit), nodes);
         m_explained = true;
     }
+}
+
+void InputRecorder::groupAdded(const std::string& name, const osg::Pnt3f& place)
+{
+    const osg::Pnt3f& minimum = m_session->getModelMinimum();
+    const osg::Pnt3f& maximum = m_session->getModelMaximum();
+    std::string line = "add-empty-group " + Script::writeWord(name);
+    for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+        const double low = static_cast<double>(minimum[axis]);
+        const double extent = static_cast<double>(maximum[axis]) - low;
+        // In what has no extent, every share of it is the same place.
+        line += " " + Script::writeNumber(extent > 0 ? (static_cast<double>(place[axis]) - low) / extent : 0);
+    }
+    beginLine(line);
 }
 
 void InputRecorder::writeEdit(const char* command, const std::vector<osg::NodePtr>& nodes)

@@ -84,6 +84,8 @@ private:
     void eventTraced(const TracedEvent& event) override;
     void sceneEdited(SceneEditor::Edit edit, const std::vector<osg::NodePtr>& nodes);
 
+    void groupAdded(const std::string& name, const osg::Pnt3f& place);
+
     void writeBeginning(const std::string& model);
     void writeInput(const QEvent& event);
     void writeMouse(const char* command, const QMouseEvent& event, bool moved);

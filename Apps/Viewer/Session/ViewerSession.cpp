@@ -338,6 +338,7 @@ osg::NodePtr ViewerSession::addEmptyGroup(const std::string& name, const osg::Pn
     if (m_model == osg::NullFC) {
         return osg::NullFC;
     }
+    emit groupAboutToBeAdded(name, place);
     osg::Matrix toModel = m_model->getToWorld();
     toModel.invert();
     osg::Matrix matrix;

@@ -199,6 +199,9 @@ signals:
     /** Another model, or none, is there. */
     void modelChanged();
 
+    /** A group without extent is about to be added to the model, see addEmptyGroup(). */
+    void groupAboutToBeAdded(const std::string& name, const osg::Pnt3f& place);
+
     /** Nodes were selected or deselected; once for all changes of one operation. */
     void selectionChanged();
 
