@@ -410,11 +410,46 @@ TEST_F(SelectionSetsPanelTest, TheMarkerSizeIsMeasuredByTheModel)
     EXPECT_LT(field->maximum(), 20.0);
 }
 
+TEST_F(SelectionSetsPanelTest, WhatIsTypedOutlastsAnotherSelection)
+{
+    addThreeSets();
+    clickRow(1);
+    auto* field = find<QDoubleSpinBox>("markerSize");
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(field, QLocale().toString(0.5, 'f', 1));
+
+    select({m_parts[2]});
+    EXPECT_EQ(field->text(), QLocale().toString(0.5, 'f', 1));
+    QTest::keyClick(field, Qt::Key_Return);
+
+    EXPECT_FLOAT_EQ(lookOfRow(1).markerSize, 0.5F);
+}
+
+TEST_F(SelectionSetsPanelTest, WhatIsTypedForASetThatGoesIsNotThatOfTheNext)
+{
+    addThreeSets();
+    clickRow(3);
+    auto* field = find<QDoubleSpinBox>("markerSize");
+    const QString before = field->text();
+    const SelectionLook second = lookOfRow(2);
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(field, QLocale().toString(0.5, 'f', 1));
+
+    m_session.getEditor().undo();
+    EXPECT_EQ(field->text(), before);
+    QTest::keyClick(field, Qt::Key_Return);
+
+    EXPECT_EQ(lookOfRow(2), second);
+}
+
 TEST_F(SelectionSetsPanelTest, AColourShowsWhileItIsChosenAndStaysWhenItIsTaken)
 {
     addThreeSets();
     clickRow(1);
-    const osg::Color3f before = lookOfRow(1).colour;
+    // Not one of those that the dialog has.
+    SelectionLook look = lookOfRow(1);
+    look.colour = osg::Color3f(0.1F, 0.2F, 0.3F);
+    m_sets.setLook(m_sets.getAll().front().id, look);
     const auto openDialog = [&] {
         clickButton("colour");
         return m_panel.findChild<QColorDialog*>();
@@ -425,7 +460,7 @@ TEST_F(SelectionSetsPanelTest, AColourShowsWhileItIsChosenAndStaysWhenItIsTaken)
     dialog->setCurrentColor(QColor(0, 255, 0));
     EXPECT_EQ(lookOfRow(1).colour, osg::Color3f(0, 1, 0));
     QTest::keyClick(dialog, Qt::Key_Escape);
-    EXPECT_TRUE(lookOfRow(1).colour.equals(before, 0.001F));
+    EXPECT_EQ(lookOfRow(1), look);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
     dialog = openDialog();

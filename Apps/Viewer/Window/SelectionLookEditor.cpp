@@ -126,9 +126,14 @@ void SelectionLookEditor::setLook(const SelectionLook& look)
 
 void SelectionLookEditor::setSceneRadius(const double radius)
 {
-    const QSignalBlocker blocker(m_marker);
     // Two hundredths are what a marker begins with; a step is about a tenth to a whole of that.
     const double usual = radius > 0 && std::isfinite(radius) ? radius * 0.02 : 0.02;
+    if (usual == m_usualMarkerSize) {
+        return;
+    }
+    m_usualMarkerSize = usual;
+    m_shownMarkerSize.reset();
+    const QSignalBlocker blocker(m_marker);
     const int magnitude = static_cast<int>(std::floor(std::log10(usual)));
     m_marker->setDecimals(std::clamp(2 - magnitude, 0, 12));
     m_marker->setRange(usual / 100, usual * 50);
@@ -136,8 +141,10 @@ void SelectionLookEditor::setSceneRadius(const double radius)
     updateFields();
 }
 
-void SelectionLookEditor::closeDialog()
+void SelectionLookEditor::dropUnfinished()
 {
+    m_shownMarkerSize.reset();
+    updateFields();
     if (m_dialog != nullptr) {
         // Its refusal would give the old colour to whatever is shown by then.
         disconnect(m_dialog, nullptr, this, nullptr);
@@ -184,14 +191,15 @@ void SelectionLookEditor::setColour(const QColor& colour)
 
 void SelectionLookEditor::askForColour()
 {
-    closeDialog();
-    const QColor before = toQColor(m_look.colour);
-    m_dialog = new QColorDialog(before, this);
+    dropUnfinished();
+    // As it is: the dialog's colours are rounded.
+    const osg::Color3f before = m_look.colour;
+    m_dialog = new QColorDialog(toQColor(before), this);
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     m_dialog->setWindowTitle(tr("Colour"));
     // Shown in the scene while it is chosen.
     connect(m_dialog, &QColorDialog::currentColorChanged, this, &SelectionLookEditor::setColour);
-    connect(m_dialog, &QDialog::rejected, this, [this, before] { setColour(before); });
+    connect(m_dialog, &QDialog::rejected, this, [this, before] { change([&] { m_look.colour = before; }); });
     m_dialog->open();
 }
 
@@ -205,7 +213,11 @@ void SelectionLookEditor::updateFields()
     m_overlay->setChecked(m_look.overlay);
     m_transparency->setValue(static_cast<int>(std::lround(m_look.transparency * 100)));
     m_percent->setText(tr("%1 %").arg(m_transparency->value()));
-    m_marker->setValue(static_cast<double>(m_look.markerSize));
+    // What somebody is typing stays there until the size is another.
+    if (m_shownMarkerSize != m_look.markerSize) {
+        m_shownMarkerSize = m_look.markerSize;
+        m_marker->setValue(static_cast<double>(m_look.markerSize));
+    }
     // A wireframe needs no markers: it has nothing to draw of a group without extent.
     m_marker->setEnabled(m_look.kind == Kind::Boxes);
     m_markerLabel->setEnabled(m_look.kind == Kind::Boxes);

@@ -9,6 +9,8 @@
 #include <QSize>
 #include <QWidget>
 
+#include <optional>
+
 class QCheckBox;
 class QColorDialog;
 class QComboBox;
@@ -33,8 +35,11 @@ public:
     /** Sets half the extent of the model in world units: what the size of markers is measured by. */
     void setSceneRadius(double radius);
 
-    /** Closes the colour dialog, before another look is shown; what it showed last stays. */
-    void closeDialog();
+    /**
+     * Ends what the user has not finished, before another look is shown: closes the colour dialog, where what it showed
+     * last stays, and drops a size that is half typed.
+     */
+    void dropUnfinished();
 
 signals:
     /** The user changed the look. */
@@ -62,6 +67,8 @@ private:
     QLabel* m_percent;
     QLabel* m_markerLabel;
     QDoubleSpinBox* m_marker;
+    double m_usualMarkerSize = 0;
+    std::optional<float> m_shownMarkerSize; ///< what the field was given last, whatever is typed there since
     QPointer<QColorDialog> m_dialog;
 };
 

@@ -325,7 +325,7 @@ void SelectionSetsPanel::rebuildItems(const std::vector<SelectionSets::Info>& se
 
 void SelectionSetsPanel::currentChanged()
 {
-    m_look->closeDialog();
+    m_look->dropUnfinished();
     showProblem({});
     refresh();
 }
