@@ -86,6 +86,21 @@ TEST(ScriptTest, AQuotedWordMayHoldBlanksAndHashes)
     EXPECT_THAT(command.numbers, ElementsAre(0.5, -100, 2));
 }
 
+TEST(ScriptTest, AMarkOfTheEncodingAtTheBeginningIsNoPartOfTheFirstLine)
+{
+    const Script script = Script::parse("\xEF\xBB\xBF"
+                                        "size 80 60\nfit\n",
+                                        "script.txt");
+
+    ASSERT_EQ(script.getCommands().size(), 2U);
+    EXPECT_EQ(script.getCommands()[0].kind, Kind::Size);
+    EXPECT_EQ(script.getCommands()[0].line, 1);
+    EXPECT_THROW(Script::parse("fit\n\xEF\xBB\xBF"
+                               "fit\n",
+                               "script.txt"),
+                 ViewerError);
+}
+
 TEST(ScriptTest, TryBeforeACommandMakesItOptional)
 {
     EXPECT_FALSE(parseLine("click-visible 3").optional);

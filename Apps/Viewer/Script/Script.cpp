@@ -522,7 +522,9 @@ Script Script::parse(const std::string& text, const std::string& file)
 {
     Script script;
     script.m_file = file;
-    std::istringstream stream(text);
+    // Some editors mark the encoding at the beginning.
+    const std::string mark = "\xEF\xBB\xBF";
+    std::istringstream stream(text.compare(0, mark.size(), mark) == 0 ? text.substr(mark.size()) : text);
     std::string line;
     for (int number = 1; std::getline(stream, line); ++number) {
         const std::string place = file + ":" + std::to_string(number);
