@@ -3,6 +3,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Session/InputBindings.h"
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/LanguageMenu.h"
@@ -144,6 +145,15 @@ TEST_F(LanguagesTest, TheRegistryHoldsTheNewLanguageAndNothingOfTheOldOne)
     EXPECT_EQ(koShortcut::getEntries().size(), count);
     EXPECT_THAT(groups(), Not(Contains("Interaktion")));
     EXPECT_THAT(groups(), Not(Contains("Datei")));
+}
+
+TEST_F(LanguagesTest, TheBindingsAreAddedAgainOnce)
+{
+    const QSignalSpy rebuilt(&m_session.getBindings(), &viewer::InputBindings::changed);
+
+    choose("Deutsch");
+
+    EXPECT_EQ(rebuilt.count(), 1);
 }
 
 TEST_F(LanguagesTest, KeysWorkAsBefore)

@@ -229,7 +229,7 @@ void MainWindow::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::LanguageChange) {
-        m_session.retranslate();
+        // The session's texts have changed already, see Languages.
         m_recording->retranslate();
         m_player->retranslate();
         retranslate();
