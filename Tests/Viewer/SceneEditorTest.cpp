@@ -439,6 +439,23 @@ TEST_F(SceneEditorTest, ShowingAPartOfAGroupThatTheHostHidKeepsTheRestOutOfSight
     EXPECT_THAT(hidden(), IsEmpty());
 }
 
+TEST_F(SceneEditorTest, ShowingAPartShowsNothingElseOfTheGroupsWithinAHiddenOne)
+{
+    setMask(m_root.get(), Hidden);
+
+    m_editor.show({m_wheel});
+    std::set<osg::NodePtr> expected = withGeometry({m_seat, m_oar, m_sign});
+    expected.insert(m_boat);
+    EXPECT_EQ(hidden(), expected);
+    m_editor.undo();
+    EXPECT_EQ(hidden(), (std::set<osg::NodePtr>{m_root.get()}));
+
+    m_editor.show({m_wheel, m_seat});
+    expected = withGeometry({m_oar, m_sign});
+    expected.insert(m_boat);
+    EXPECT_EQ(hidden(), expected);
+}
+
 TEST_F(SceneEditorTest, IsolatingShowsAPartAndTheWayToItOnly)
 {
     m_editor.isolate({m_wheel});
@@ -694,6 +711,36 @@ TEST_F(SceneEditorTest, StepsOfWhichNothingIsLeftArePassedOver)
 
     EXPECT_EQ(m_sign->getTravMask(), Shown);
     EXPECT_FALSE(m_editor.canUndo());
+}
+
+TEST_F(SceneEditorTest, TheTextsNameTheStepThatWillBeTakenBackOrDoneAgain)
+{
+    m_editor.setLocked({m_sign, m_seat}, true);
+    m_editor.hide({m_wheel});
+    m_editor.setLocked({m_oar, m_boat, m_car}, true);
+    m_editor.undo();
+    const NodeRef held(m_wheel);
+    m_car->subChild(m_wheel);
+
+    EXPECT_EQ(m_editor.getUndoText(), QStringLiteral("Lock 2 parts"));
+    m_editor.undo();
+    EXPECT_EQ(m_editor.getUndoText(), QString());
+    EXPECT_EQ(m_editor.getRedoText(), QStringLiteral("Lock 2 parts"));
+
+    m_editor.redo();
+    EXPECT_EQ(m_editor.getRedoText(), QStringLiteral("Lock 3 parts"));
+    m_editor.redo();
+    EXPECT_TRUE(viewer::SceneEditor::isLocked(m_oar));
+    EXPECT_EQ(m_editor.getRedoText(), QString());
+
+    // Of the only step that is left, nothing is.
+    m_editor.clearHistory();
+    m_car->addChild(m_wheel);
+    m_editor.setLocked({m_wheel}, true);
+    m_car->subChild(m_wheel);
+    EXPECT_EQ(m_editor.getUndoText(), QString());
+    m_editor.undo();
+    EXPECT_EQ(m_editor.getRedoText(), QString());
 }
 
 // Whatever is done in whatever order: undoing all leads back to the start, redoing all to the end, and each step in

@@ -38,14 +38,14 @@ public:
     /** Shows the hidden ones above @p node; what else is in them was not seen and stays so. */
     void showWayTo(const osg::NodePtr& node)
     {
-        osg::NodePtr onTheWay = node;
-        for (osg::NodePtr above = node->getParent(); above != osg::NullFC; above = above->getParent()) {
-            if (getMask(above) == Hidden) {
-                setMask(above, Shown);
-                for (osg::UInt32 i = 0; i < above->getNChildren(); ++i) {
-                    if (const osg::NodePtr child = above->getChild(i); child != onTheWay) {
-                        hideTree(child);
-                    }
+        // From the topmost hidden one down: nothing below it was seen, whatever its own mask says.
+        const osg::NodePtr topmost = findTopmostHiddenAbove(node);
+        for (osg::NodePtr onTheWay = node; topmost != osg::NullFC && onTheWay != topmost;) {
+            const osg::NodePtr above = onTheWay->getParent();
+            show(above);
+            for (osg::UInt32 i = 0; i < above->getNChildren(); ++i) {
+                if (const osg::NodePtr child = above->getChild(i); child != onTheWay) {
+                    hideTree(child);
                 }
             }
             onTheWay = above;
@@ -75,6 +75,17 @@ private:
         osg::UInt32 before;
         osg::UInt32 after;
     };
+
+    osg::NodePtr findTopmostHiddenAbove(const osg::NodePtr& node) const
+    {
+        osg::NodePtr topmost = osg::NullFC;
+        for (osg::NodePtr above = node->getParent(); above != osg::NullFC; above = above->getParent()) {
+            if (getMask(above) == Hidden) {
+                topmost = above;
+            }
+        }
+        return topmost;
+    }
 
     osg::UInt32 getMask(const osg::NodePtr& node) const
     {
@@ -330,12 +341,22 @@ void SceneEditor::redo()
 
 QString SceneEditor::getUndoText() const
 {
-    return canUndo() ? getStep(m_history.index() - 1).describe() : QString();
+    for (int index = canUndo() ? m_history.index() : 0; index > 0; --index) {
+        if (const SceneEdit& step = getStep(index - 1); step.isApplicable()) {
+            return step.describe();
+        }
+    }
+    return {};
 }
 
 QString SceneEditor::getRedoText() const
 {
-    return canRedo() ? getStep(m_history.index()).describe() : QString();
+    for (int index = m_history.index(); canRedo() && index < m_history.count(); ++index) {
+        if (const SceneEdit& step = getStep(index); step.isApplicable()) {
+            return step.describe();
+        }
+    }
+    return {};
 }
 
 void SceneEditor::clearHistory()
