@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 
@@ -68,6 +69,40 @@ TEST_F(IconsTest, AnIconHasTheColourOfTheTextAlsoAfterThatChanged)
     EXPECT_GT(countPixels(red, Qt::red), 200);
     EXPECT_GT(countPixels(green, Qt::green), 400);
     EXPECT_EQ(countPixels(green, Qt::red), 0);
+}
+
+TEST_F(IconsTest, APictureIsDrawnOncePerSizeModeAndColour)
+{
+    const QIcon icon = viewer::getIcon("select-all");
+    const auto key = [&](const int size, const QIcon::Mode mode) { return icon.pixmap(size, size, mode).cacheKey(); };
+    const qint64 small = key(16, QIcon::Normal);
+    const qint64 disabled = key(16, QIcon::Disabled);
+
+    EXPECT_EQ(key(16, QIcon::Normal), small);
+    EXPECT_EQ(key(16, QIcon::Disabled), disabled);
+    EXPECT_NE(disabled, small);
+    EXPECT_NE(key(32, QIcon::Normal), small);
+
+    setTextColour(Qt::red);
+    EXPECT_NE(key(16, QIcon::Normal), small);
+}
+
+TEST_F(IconsTest, AnIconIsPaintedWhereAndAsLargeAsItIsAskedFor)
+{
+    const QIcon icon = viewer::getIcon("select-all");
+    setTextColour(Qt::red);
+    QImage image(200, 200, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(2);
+    image.fill(Qt::white);
+    {
+        QPainter painter(&image);
+        icon.paint(&painter, QRect(50, 50, 48, 48));
+    }
+
+    // As sharp as a picture of that many pixels.
+    EXPECT_EQ(countPixels(image, Qt::red), countPixels(icon.pixmap(96, 96).toImage(), Qt::red));
+    EXPECT_GT(countPixels(image.copy(100, 100, 96, 96), Qt::red), 800);
+    EXPECT_EQ(countPixels(image.copy(100, 100, 96, 96), Qt::red), countPixels(image, Qt::red));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QCache>
 #include <QFile>
 #include <QIconEngine>
 #include <QPainter>
@@ -22,33 +23,49 @@ namespace quon::viewer {
 
 namespace {
 
-/** Draws a picture that has "currentColor" where the colour of the text belongs. */
+// Of one icon: a few sizes, each in the colours of its modes.
+constexpr int KeptPixmaps = 16;
+
+/** Draws a picture that has "currentColor" where the colour of the text belongs, once per size and colour. */
 class IconEngine : public QIconEngine {
 public:
     explicit IconEngine(QByteArray picture)
         : m_picture(std::move(picture))
     {}
 
-    void paint(QPainter* painter, const QRect& rectangle, const QIcon::Mode mode, QIcon::State) override
+    void paint(QPainter* painter, const QRect& rectangle, const QIcon::Mode mode, const QIcon::State state) override
     {
-        QByteArray picture = m_picture;
-        picture.replace("currentColor", getColour(mode).name().toLatin1());
-        QSvgRenderer(picture).render(painter, rectangle);
+        const double pixelRatio = painter->device()->devicePixelRatioF();
+        painter->drawPixmap(rectangle, pixmap(rectangle.size() * pixelRatio, mode, state));
     }
 
-    QPixmap pixmap(const QSize& size, const QIcon::Mode mode, const QIcon::State state) override
+    QPixmap pixmap(const QSize& size, const QIcon::Mode mode, QIcon::State) override
     {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
+        const QString colour = getColour(mode).name();
+        const QString key = QStringLiteral("%1 %2 %3").arg(colour).arg(size.width()).arg(size.height());
+        if (const QPixmap* known = m_pixmaps.object(key)) {
+            return *known;
+        }
+        QPixmap pixmap = draw(size, colour);
+        m_pixmaps.insert(key, new QPixmap(pixmap));
         return pixmap;
     }
 
     QIconEngine* clone() const override { return new IconEngine(m_picture); }
 
 private:
-    // Asked for at every drawing: the palette may have changed.
+    QPixmap draw(const QSize& size, const QString& colour) const
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        QByteArray picture = m_picture;
+        picture.replace("currentColor", colour.toLatin1());
+        QSvgRenderer(picture).render(&painter, QRect(QPoint(), size));
+        return pixmap;
+    }
+
+    // Asked for every time: the palette may have changed.
     static QColor getColour(const QIcon::Mode mode)
     {
         const QPalette palette = QApplication::palette();
@@ -63,6 +80,7 @@ private:
     }
 
     QByteArray m_picture;
+    QCache<QString, QPixmap> m_pixmaps{KeptPixmaps};
 };
 
 } // namespace
