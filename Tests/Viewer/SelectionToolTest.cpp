@@ -12,7 +12,9 @@
 #include <SceneUtilities/koNodeUtils.h>
 
 #include <QColor>
+#include <QEvent>
 #include <QImage>
+#include <QObject>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,6 +29,25 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
+
+/** Counts the events of one type that reach what it is installed in. */
+class EventCounter : public QObject {
+public:
+    explicit EventCounter(const QEvent::Type type)
+        : m_type(type)
+    {}
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == m_type ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+
+private:
+    QEvent::Type m_type;
+};
 
 /**
  * Three boxes in a row, seen from the front: left, middle, right. Behind the middle one is a smaller box, which it
@@ -440,6 +461,28 @@ TEST_F(SelectionToolTest, ThePointerIsACrossWhileARectangleIsDrawn)
     m_user.release(at(-3, -2), Qt::LeftButton, Qt::ShiftModifier);
 
     EXPECT_EQ(m_viewport.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(SelectionToolTest, ThePointerGetsItsShapeOnlyWhereThatChanges)
+{
+    EventCounter changes(QEvent::CursorChange);
+    m_viewport.installEventFilter(&changes);
+
+    m_user.move(at(-7, 2));
+    m_user.move(at(-3, -2));
+    m_user.click(at(-5, 0));
+    EXPECT_EQ(changes.count, 0);
+
+    m_user.press(at(-7, 2), Qt::LeftButton, Qt::ShiftModifier);
+    m_user.move(at(-5, 0), Qt::ShiftModifier);
+    const int begun = changes.count;
+    EXPECT_GT(begun, 0);
+    m_user.move(at(-4, -1), Qt::ShiftModifier);
+    m_user.move(at(-3, -2), Qt::ShiftModifier);
+    EXPECT_EQ(changes.count, begun);
+
+    m_user.release(at(-3, -2), Qt::LeftButton, Qt::ShiftModifier);
+    EXPECT_GT(changes.count, begun);
 }
 
 TEST_F(SelectionToolTest, TheRectangleIsBlueAndSolidToTheRightGreenAndDashedToTheLeft)

@@ -433,7 +433,10 @@ bool Viewport::handle(const Handle& handleEvent)
     m_session.processSceneChanges();
     const bool consumed = handleEvent();
     m_session.processSceneChanges();
-    setCursor(m_session.getCursor());
+    // Setting one tells the window system, whether or not it is another.
+    if (const Qt::CursorShape shape = m_session.getCursor(); shape != cursor().shape()) {
+        setCursor(shape);
+    }
     return consumed;
 }
 
