@@ -87,7 +87,8 @@ protected:
     {
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_window, Patience));
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_window, Patience));
-        ASSERT_TRUE(eventually([this] { return isModelShown(); })) << "the model is not to be seen";
+        ASSERT_TRUE(eventually([this] { return isModelShown() && m_viewport.isPictureComplete(); }))
+            << "the model is not to be seen";
         ASSERT_EQ(boxPixels(), 0);
     }
 
@@ -107,12 +108,19 @@ protected:
             .convertToFormat(QImage::Format_RGB32);
     }
 
-    /** Whether much is in front of the background, which has one colour in every line; notifications do not count. */
-    bool isModelShown() const
+    /** The part of it where no notifications come and go. */
+    QImage shownAboveNotifications() const
     {
         const QImage picture = shown();
+        return picture.copy(0, 0, picture.width(), picture.height() * 3 / 4);
+    }
+
+    /** Whether much is in front of the background, which has one colour in every line. */
+    bool isModelShown() const
+    {
+        const QImage picture = shownAboveNotifications();
         int found = 0;
-        for (int y = 0; y < picture.height() * 3 / 4; ++y) {
+        for (int y = 0; y < picture.height(); ++y) {
             for (int x = 0; x < picture.width(); ++x) {
                 found += picture.pixel(x, y) != picture.pixel(0, y) ? 1 : 0;
             }
@@ -172,34 +180,36 @@ TEST_F(OnScreenTest, UndoTakesTheBoxAwayAndRedoBringsItBack)
 
 TEST_F(OnScreenTest, DraggingWithTheRightButtonTurnsTheModelAndSelectsNothing)
 {
-    const QImage before = shown();
+    const QImage before = shownAboveNotifications();
     QWindow* window = m_window.windowHandle();
 
     QTest::mousePress(window, Qt::RightButton, Qt::NoModifier, middle());
     for (int step = 1; step <= 8; ++step) {
         QTest::mouseMove(window, middle() + QPoint(12 * step, 4 * step));
     }
-    EXPECT_TRUE(eventually([&] { return countDifferent(before, shown()) > 10000; }))
+    EXPECT_TRUE(eventually([&] { return countDifferent(before, shownAboveNotifications()) > 10000; }))
         << "drawn while the button is held";
     QTest::mouseRelease(window, Qt::RightButton, Qt::NoModifier, middle() + QPoint(96, 32));
 
     EXPECT_THAT(selected(), IsEmpty());
     pointBesideTheModel();
     type(Qt::Key_4);
-    EXPECT_TRUE(eventually([&] { return countDifferent(before, shown()) == 0; })) << "the view from before";
+    EXPECT_TRUE(eventually([&] { return countDifferent(before, shownAboveNotifications()) == 0; }))
+        << "the view from before";
 }
 
 TEST_F(OnScreenTest, APartThatIsHiddenIsDrawnNoMore)
 {
-    const QImage before = shown();
+    const QImage before = shownAboveNotifications();
     clickMiddle();
     type(Qt::Key_H);
     type(Qt::Key_Escape);
     pointBesideTheModel();
-    EXPECT_TRUE(eventually([&] { return boxPixels() == 0 && countDifferent(before, shown()) > 100; }));
+    EXPECT_TRUE(
+        eventually([&] { return boxPixels() == 0 && countDifferent(before, shownAboveNotifications()) > 100; }));
 
     type(Qt::Key_U);
-    EXPECT_TRUE(eventually([&] { return countDifferent(before, shown()) == 0; }));
+    EXPECT_TRUE(eventually([&] { return countDifferent(before, shownAboveNotifications()) == 0; }));
 }
 
 TEST_F(OnScreenTest, ALargerWindowIsDrawnToItsEdgesAndPicksWhatItShows)
@@ -279,11 +289,11 @@ TEST_F(OnScreenTest, PresenterModeShowsTheViewAloneAndEscapeBringsTheRestBack)
 
 TEST_F(OnScreenTest, TheWheelZooms)
 {
-    const QImage before = shown();
+    const QImage before = shownAboveNotifications();
 
     UserInput(m_viewport).turnWheel(m_viewport.rect().center(), 120);
 
-    EXPECT_TRUE(eventually([&] { return countDifferent(before, shown()) > 10000; }));
+    EXPECT_TRUE(eventually([&] { return countDifferent(before, shownAboveNotifications()) > 10000; }));
 }
 
 TEST_F(OnScreenTest, AClosedPanelGivesItsPlaceToTheViewAndTheModelIsStillDrawn)

@@ -490,6 +490,12 @@ void Viewport::drawInWindow(const int width, const int height, const double pixe
     }
 }
 
+bool Viewport::isPictureComplete() const
+{
+    const SceneRenderer::Statistics& statistics = m_renderer.getStatistics();
+    return statistics.waiting == 0 && !statistics.simplified;
+}
+
 QImage Viewport::drawOffscreen(const bool multisampling)
 {
     if (m_offscreen == nullptr) {

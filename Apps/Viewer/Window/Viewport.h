@@ -78,6 +78,9 @@ public:
     /** Draws the scene alone, without notifications and without antialiasing: pixels have the colours of the scene. */
     QImage grabScene();
 
+    /** Whether the last picture showed everything; otherwise a better one follows by itself. */
+    bool isPictureComplete() const;
+
     SceneRenderer& getRenderer() { return m_renderer; }
 
     /** How long the last drawings of the scene took. */
