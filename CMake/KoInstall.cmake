@@ -5,7 +5,7 @@
 #   Interaction, InteractionDevelopment   the library; its headers and what finds it
 #   Host, HostDevelopment                 the host services; not with KOINTERACTION_HOST=external
 #   SceneGraph, SceneGraphDevelopment     the embedded scene graph, or what an installed OpenSG lacks
-#   Testing                               the test kit for hosts, all of it sources of a host's tests
+#   Testing                               the test kit for hosts: headers, and what finds them
 #   Viewer                                koviewer
 #
 # A component with Development needs the one of the same name without it.
@@ -20,6 +20,17 @@ set(KOINTERACTION_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/koInteraction"
 # with CMAKE_SKIP_INSTALL_RPATH: its loader knows the folder.
 file(RELATIVE_PATH koLibraryFolder "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${koLibraryFolder}")
+
+# ko_get_development_component(<component> <variable>)
+#
+# Of the test kit there is nothing to run: it is one component.
+function(ko_get_development_component component variable)
+    if(component STREQUAL "Testing")
+        set(${variable} Testing PARENT_SCOPE)
+    else()
+        set(${variable} ${component}Development PARENT_SCOPE)
+    endif()
+endfunction()
 
 # ko_install_library(<target> <component> NAME <exported name>)
 #
@@ -38,16 +49,18 @@ endfunction()
 # ko_install_headers(<component> <folder below the include root> FILES <file>...)
 function(ko_install_headers component folder)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "FILES")
+    ko_get_development_component(${component} developmentComponent)
     install(FILES ${arg_FILES} DESTINATION "${KOINTERACTION_INSTALL_INCLUDEDIR}/${folder}"
-        COMPONENT ${component}Development)
+        COMPONENT ${developmentComponent})
 endfunction()
 
 # ko_install_targets(<component>)
 #
 # The file that tells others of the exported targets of a component.
 function(ko_install_targets component)
+    ko_get_development_component(${component} developmentComponent)
     install(EXPORT koInteraction${component}Targets
         NAMESPACE quon::
         DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
-        COMPONENT ${component}Development)
+        COMPONENT ${developmentComponent})
 endfunction()

@@ -2,7 +2,7 @@
 //
 // Not linked with the host services: a plug-in may bring them in when the scene graph is running already, and with
 // them a type of attachment that the scene graph has not heard of when it was started.
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneFixture.h>
 
 #include <OpenSG/OSGConfig.h>
 

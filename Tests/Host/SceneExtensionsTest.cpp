@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneFixture.h>
 
 #include <Extensions/SceneExtensions.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
 
 #include <Shortcut/koShortcut.h>
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // Only with an installed OpenSG: the embedded scene graph has no RenderAction to draw with.
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/DrawnScene.h"
-#include "Support/SceneFixture.h"
 
 #include "OpenSGHost/ExampleScene.h"
 #include "OpenSGHost/OpenSGPainter.h"

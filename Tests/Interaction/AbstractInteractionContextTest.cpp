@@ -4,9 +4,10 @@
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
-#include "Support/RecordingNotificationListener.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+#include <InteractionTesting/RecordingNotificationListener.h>
+
 #include "Support/VirtualSlot.h"
 
 #include <gmock/gmock.h>

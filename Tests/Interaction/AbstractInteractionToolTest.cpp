@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/AbstractInteractionTool.h>
 
-#include "Support/CallLog.h"
-#include "Support/RecordingNotificationListener.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingNotificationListener.h>
+
 #include "Support/VirtualSlot.h"
 
 #include <gmock/gmock.h>

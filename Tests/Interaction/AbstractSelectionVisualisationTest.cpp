@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/AbstractSelectionVisualisation.h>
 
-#include "Support/CallLog.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/StandardError.h"
 
 #include <OpenSG/OSGGroup.h>

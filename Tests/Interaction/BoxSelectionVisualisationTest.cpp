@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/BoxSelectionVisualisation.h>
 
-#include "Support/SceneBuilder.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneBuilder.h>
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/StandardError.h"
 
 #include <Extensions/SceneExtensions.h>

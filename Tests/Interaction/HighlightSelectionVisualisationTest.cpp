@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/HighlightSelectionVisualisation.h>
 
-#include "Support/SceneBuilder.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneBuilder.h>
+#include <InteractionTesting/SceneFixture.h>
 
 #include <Extensions/SceneExtensions.h>
 #include <SceneUtilities/NodeUtils.h>

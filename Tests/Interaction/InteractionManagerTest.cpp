@@ -3,10 +3,11 @@
 
 #include <Interaction/InteractionEvent.h>
 
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/AllocationCount.h"
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
-#include "Support/SceneFixture.h"
 
 #include <OpenSG/OSGConfig.h>
 

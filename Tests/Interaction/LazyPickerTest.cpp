@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/LazyPicker.h>
 
-#include "Support/CallLog.h"
-#include "Support/ObjectNames.h"
-#include "Support/RecordingPicker.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/ObjectNames.h>
+#include <InteractionTesting/RecordingPicker.h>
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/VirtualSlot.h"
 
 #include <OpenSG/OSGConfig.h>

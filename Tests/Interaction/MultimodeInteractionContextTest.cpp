@@ -4,9 +4,10 @@
 #include <Interaction/InteractionEvent.h>
 #include <Interaction/InteractionManager.h>
 
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
-#include "Support/RecordingMultimodeContext.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+#include <InteractionTesting/RecordingMultimodeContext.h>
+
 #include "Support/VirtualSlot.h"
 
 #include <gmock/gmock.h>

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/NodeSelectionModel.h>
 
-#include "Support/CallLog.h"
-#include "Support/ObjectNames.h"
-#include "Support/RecordingVisualisation.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/ObjectNames.h>
+#include <InteractionTesting/RecordingVisualisation.h>
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/StandardError.h"
 
 #include <OpenSG/OSGConfig.h>

@@ -4,8 +4,8 @@
 #include <Interaction/InteractionManager.h>
 #include <Interaction/QtEventMapper.h>
 
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -4,9 +4,10 @@
 
 #include <Shortcut/koShortcut.h>
 
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+
 #include "Support/RapidCheckConfiguration.h"
-#include "Support/RecordingContext.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

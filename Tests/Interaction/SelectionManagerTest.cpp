@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/SelectionManager.h>
 
-#include "Support/CallLog.h"
-#include "Support/ObjectNames.h"
-#include "Support/RecordingVisualisation.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/ObjectNames.h>
+#include <InteractionTesting/RecordingVisualisation.h>
+#include <InteractionTesting/SceneFixture.h>
 
 #include <Interaction/NodeSelectionModel.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneFixture.h>
 
 #include <OpenSG/OSGConfig.h>
 

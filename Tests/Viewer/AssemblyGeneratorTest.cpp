@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Model/AssemblyGenerator.h"
 
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneFixture.h>
 
 #include "Viewer/Model/GeometryData.h"
 #include "Viewer/Model/ModelOutline.h"

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/CountingPicker.h"
 #include "Support/DrawnScene.h"
-#include "Support/SceneFixture.h"
 
 #include "Viewer/Model/Matrix4.h"
 #include "Viewer/Model/PreparedGeometries.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
 
 #include "Viewer/Session/Commands.h"
 #include "Viewer/Session/InputBindings.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/LoadGate.h"
-#include "Support/SceneFixture.h"
 #include "Support/TemporaryFolder.h"
 
 #include "Viewer/Model/LoadJob.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+
 #include "Support/TemporaryFolder.h"
 #include "Support/UserInput.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/TemporaryFolder.h"
 
 #include "Viewer/Model/GeometryData.h"

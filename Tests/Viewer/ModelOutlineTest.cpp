@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Model/ModelOutline.h"
 
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/DrawnScene.h"
-#include "Support/SceneFixture.h"
 
 #include <OpenSG/OSGRefPtr.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "Support/CallLog.h"
-#include "Support/ObjectNames.h"
-#include "Support/RecordingPicker.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/ObjectNames.h>
+#include <InteractionTesting/RecordingPicker.h>
 
 #include "Viewer/Tools/CameraController.h"
 #include "Viewer/Tools/NavigationContext.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "Support/LiveContainers.h"
+#include <InteractionTesting/LiveContainers.h>
+
 #include "Support/LoadGate.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/UserInput.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <InteractionTesting/SceneFixture.h>
+
 #include "Support/DrawnScene.h"
-#include "Support/SceneFixture.h"
 
 #include "Viewer/Model/PartRelations.h"
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+
 #include "Support/NotificationTexts.h"
-#include "Support/RecordingContext.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/UserInput.h"
 

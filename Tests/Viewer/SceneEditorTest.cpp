@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "Support/RecordingVisualisation.h"
-#include "Support/SceneBuilder.h"
+#include <InteractionTesting/RecordingVisualisation.h>
+#include <InteractionTesting/SceneBuilder.h>
 
 #include "Viewer/Model/NodeWalk.h"
 #include "Viewer/Session/SceneEditor.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "Support/SceneBuilder.h"
+#include <InteractionTesting/SceneBuilder.h>
+
 #include "Support/UserInput.h"
 
 #include "Viewer/Session/ViewerSession.h"

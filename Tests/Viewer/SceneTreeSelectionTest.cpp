@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "Support/SceneBuilder.h"
-#include "Support/SceneFixture.h"
+#include <InteractionTesting/SceneBuilder.h>
+#include <InteractionTesting/SceneFixture.h>
 
 #include "Viewer/Session/SceneEditor.h"
 #include "Viewer/Window/SceneTreeModel.h"

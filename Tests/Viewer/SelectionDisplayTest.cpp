@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Support/SceneBuilder.h"
+#include <InteractionTesting/SceneBuilder.h>
 
 #include "Viewer/Session/SelectionDisplay.h"
 

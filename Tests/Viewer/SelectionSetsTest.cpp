@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <InteractionTesting/LiveContainers.h>
+
 #include "Support/DrawnScene.h"
-#include "Support/LiveContainers.h"
 #include "Support/StandardError.h"
 #include "Support/UserInput.h"
 

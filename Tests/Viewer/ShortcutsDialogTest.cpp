@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingContext.h>
+
 #include "Viewer/Window/ShortcutsDialog.h"
-#include "Support/CallLog.h"
-#include "Support/RecordingContext.h"
 
 #include "Viewer/Session/Commands.h"
 #include "Viewer/Session/ViewerSession.h"

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/RecordingTool.h>
+
 #include "Support/DrawnScene.h"
-#include "Support/RecordingTool.h"
 #include "Support/UserInput.h"
 
 #include "Viewer/Session/Commands.h"

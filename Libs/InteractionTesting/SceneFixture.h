@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "LiveContainers.h"
+#include <InteractionTesting/LiveContainers.h>
 
 #include <OpenSG/OSGConfig.h>
 

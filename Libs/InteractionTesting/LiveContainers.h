@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "LiveContainers.h"
+#pragma once
 
 #include <OpenSG/OSGConfig.h>
 
@@ -9,9 +9,17 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGThread.h>
 
+#include <cstddef>
+
 namespace quon::testing {
 
-std::size_t countLiveContainers()
+/**
+ * Returns the number of containers that exist, without the prototypes of the types.
+ *
+ * Walks all ids given so far, and takes one: a container is made and released to learn which id is the newest. The
+ * list of changes is writable afterwards, as it always is in tests, and has nothing of this.
+ */
+inline std::size_t countLiveContainers()
 {
     // Nothing of this is recorded: the lists of changes are those of the test.
     osg::ChangeList* const changes = osg::Thread::getCurrentChangeList();

@@ -4,7 +4,7 @@
 #include <Notification/NotificationManager.h>
 #include <Notification/TextNotification.h>
 
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
 
 #include <functional>
 #include <string>

@@ -3,7 +3,7 @@
 
 #include <Interaction/MultimodeInteractionContext.h>
 
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
 
 #include <functional>
 #include <set>

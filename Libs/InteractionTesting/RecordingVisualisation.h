@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Support/CallLog.h"
-#include "Support/ObjectNames.h"
-
 #include <Interaction/SelectionVisualisation.h>
+
+#include <InteractionTesting/CallLog.h>
+#include <InteractionTesting/ObjectNames.h>
 
 #include <OpenSG/OSGConfig.h>
 

@@ -4,7 +4,7 @@
 #include <Interaction/InteractionContext.h>
 #include <Interaction/InteractionEvent.h>
 
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
 
 #include <functional>
 #include <string>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,7 +13,9 @@ namespace quon::testing {
  * The calls that the doubles of one fixture received, in order.
  *
  * All doubles of a fixture write to one log, so that order across objects is asserted whole and a surplus call fails
- * as loudly as a missing one. An entry reads `object.operation(argument, argument)`.
+ * as loudly as a missing one. An entry reads `object.operation(argument, argument)`. Doubles borrow the log: it is
+ * declared before them.
+ *
  */
 class CallLog {
 public:
@@ -30,6 +34,7 @@ public:
         add(entry.str());
     }
 
+    /** Returns the entries since the start or the last take() or clear(). */
     const std::vector<std::string>& calls() const { return m_calls; }
 
     /** Returns the entries so far and starts afresh. */
@@ -40,7 +45,19 @@ public:
         return calls;
     }
 
+    /** Forgets all entries. */
     void clear() { m_calls.clear(); }
+
+    /** Writes the entries for a message of GoogleTest, one to a line. */
+    friend void PrintTo(const CallLog& log, std::ostream* stream)
+    {
+        if (log.m_calls.empty()) {
+            *stream << "no calls";
+        }
+        for (std::size_t index = 0; index < log.m_calls.size(); ++index) {
+            *stream << "\n    " << index + 1 << ". " << log.m_calls[index];
+        }
+    }
 
 private:
     std::vector<std::string> m_calls;

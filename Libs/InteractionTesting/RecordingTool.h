@@ -3,7 +3,7 @@
 
 #include <Interaction/InteractionTool.h>
 
-#include "Support/CallLog.h"
+#include <InteractionTesting/CallLog.h>
 
 #include <functional>
 #include <string>
