@@ -17,7 +17,6 @@ namespace quon::viewer {
 
 namespace {
 
-constexpr float DragDistance = 3;
 constexpr double RoundingShare = 1e-6;
 constexpr double DegreesPerRadian = 180 / 3.14159265358979323846;
 
@@ -80,7 +79,7 @@ bool MeasureTool::leaveStep()
 
 void MeasureTool::cancel()
 {
-    m_click = false;
+    m_press.cancel();
 }
 
 void MeasureTool::retranslate()
@@ -92,9 +91,7 @@ void MeasureTool::pointerMoved(interaction::ToolInteractionContext* context)
 {
     // Unless a "hover" follows, a button is held.
     m_hovering = false;
-    if (context->getPicker()->getPointer().dist2(m_pressed) >= DragDistance * DragDistance) {
-        m_click = false;
-    }
+    m_press.move(context->getPicker()->getPointer());
 }
 
 void MeasureTool::beginFrame(interaction::ToolInteractionContext* context)
@@ -117,14 +114,13 @@ bool MeasureTool::startTool(interaction::ToolInteractionContext* context, const 
     if (context->getPicker() == nullptr) {
         return false;
     }
-    m_pressed = context->getPicker()->getPointer();
-    m_click = true;
+    m_press.press(context->getPicker()->getPointer());
     return true;
 }
 
 bool MeasureTool::triggerTool(interaction::ToolInteractionContext* context, const std::string&)
 {
-    if (!std::exchange(m_click, false) || context->getPicker() == nullptr) {
+    if (!m_press.release() || context->getPicker() == nullptr) {
         return true;
     }
     const std::optional<SurfacePoint> point = pick(*context->getPicker());

@@ -5,6 +5,8 @@
 #include "Viewer/Model/LengthFormat.h"
 #include "Viewer/Tools/ViewerTool.h"
 
+#include <InteractionTools/ClickOrDrag.h>
+
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGVector.h>
@@ -94,8 +96,7 @@ private:
     std::optional<SurfacePoint> m_first;
     std::optional<SurfacePoint> m_second;
     std::optional<SurfacePoint> m_pointer; ///< below the pointer while it hovers
-    osg::Pnt2f m_pressed;
-    bool m_click = false;    ///< pressed, not moved away since
+    interaction::ClickOrDrag m_press;
     bool m_hovering = false; ///< the last movement was one without a button
 };
 

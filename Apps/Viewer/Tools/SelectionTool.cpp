@@ -17,8 +17,6 @@ namespace quon::viewer {
 
 namespace {
 
-constexpr float DragDistance = 3;
-
 bool isBoxHint(const std::string& hint)
 {
     return hint == "box" || hint == "box-add";
@@ -55,7 +53,7 @@ bool SelectionTool::leaveStep()
 
 void SelectionTool::cancel()
 {
-    m_click = false;
+    m_press.cancel();
     m_drawsBand = false;
     m_band.stop();
     hover(osg::NullFC);
@@ -79,11 +77,8 @@ void SelectionTool::pointerMoved(interaction::ToolInteractionContext* context)
     // Unless a "hover" follows, a button is held.
     m_hovering = false;
     const osg::Pnt2f pointer = context->getPicker()->getPointer();
-    if (m_click && pointer.dist2(m_pressed) >= DragDistance * DragDistance) {
-        m_click = false;
-        if (m_drawsBand) {
-            m_band.start(m_pressed);
-        }
+    if (m_press.move(pointer) && m_drawsBand) {
+        m_band.start(m_press.getOrigin());
     }
     m_band.moveTo(pointer);
 }
@@ -118,8 +113,7 @@ bool SelectionTool::startTool(interaction::ToolInteractionContext* context, cons
         return false;
     }
     m_band.stop();
-    m_pressed = context->getPicker()->getPointer();
-    m_click = true;
+    m_press.press(context->getPicker()->getPointer());
     m_drawsBand = isBoxHint(hint);
     return true;
 }
@@ -130,7 +124,7 @@ bool SelectionTool::triggerTool(interaction::ToolInteractionContext* context, co
     if (!isOwnHint(hint) || picker == nullptr) {
         return false;
     }
-    if (std::exchange(m_click, false)) {
+    if (m_press.release()) {
         click(*picker, hint);
     } else if (m_band.isActive() && isBoxHint(hint)) {
         // A copy: the list is the picker's.

@@ -4,10 +4,11 @@
 #include "Viewer/Tools/RubberBand.h"
 #include "Viewer/Tools/ViewerTool.h"
 
+#include <InteractionTools/ClickOrDrag.h>
+
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGNode.h>
-#include <OpenSG/OSGVector.h>
 
 #include <functional>
 #include <string>
@@ -91,8 +92,7 @@ private:
     std::function<void(const osg::NodePtr&)> m_hovered;
     RubberBand m_band;
     bool m_visibleOnly = false;
-    osg::Pnt2f m_pressed;
-    bool m_click = false;        ///< pressed, not moved away since
+    interaction::ClickOrDrag m_press;
     bool m_drawsBand = false;    ///< the press draws a rectangle once it is a drag
     bool m_hovering = false;     ///< the last movement was one without a button
     osg::UInt32 m_pointedId = 0; ///< of the node pointed at elsewhere; 0 for none
