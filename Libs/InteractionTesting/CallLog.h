@@ -16,6 +16,7 @@ namespace quon::testing {
  * as loudly as a missing one. An entry reads `object.operation(argument, argument)`. Doubles borrow the log: it is
  * declared before them.
  *
+ * Compare a log with the matchers of CallMatchers.h, in whose messages it is a numbered list.
  */
 class CallLog {
 public:
@@ -53,10 +54,13 @@ public:
     {
         if (log.m_calls.empty()) {
             *stream << "no calls";
+            return;
         }
         for (std::size_t index = 0; index < log.m_calls.size(); ++index) {
             *stream << "\n    " << index + 1 << ". " << log.m_calls[index];
         }
+        // What GoogleTest adds is no part of the last entry.
+        *stream << "\n   ";
     }
 
 private:
