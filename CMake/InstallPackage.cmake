@@ -29,7 +29,8 @@ function(ko_install_pkg_config name component)
     list(JOIN arg_FLAGS " " koPackageFlags)
     list(JOIN arg_LIBRARIES " " koPackageLibraries)
     configure_file("${CMAKE_CURRENT_FUNCTION_LIST_DIR}/koInteraction.pc.in" ${name}.pc @ONLY)
-    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc" DESTINATION "${folder}" COMPONENT ${component}Development)
+    ko_get_development_component(${component} developmentComponent)
+    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc" DESTINATION "${folder}" COMPONENT ${developmentComponent})
 endfunction()
 
 if(KOINTERACTION_OPENSG STREQUAL "system")
@@ -69,3 +70,11 @@ ko_install_pkg_config(koInteraction Interaction
     REQUIRES ${interactionRequires}
     FLAGS "-I\${includedir}"
     LIBRARIES -lkoInteraction)
+set(testingRequires koInteraction gmock)
+if(NOT KOINTERACTION_HOST STREQUAL "external")
+    list(APPEND testingRequires koInteractionHost)
+endif()
+ko_install_pkg_config(koInteractionTesting Testing
+    DESCRIPTION "Recording doubles, scripted input and matchers for tests of hosts of koInteraction"
+    REQUIRES ${testingRequires}
+    FLAGS "-I\${includedir}")

@@ -22,6 +22,7 @@ execute_process(COMMAND "${CMAKE_COMMAND}" -S "${PROJECT}" -B "${FOLDER}/project
 execute_process(COMMAND "${CMAKE_COMMAND}" --build "${FOLDER}/project" OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND "${FOLDER}/project/${program}" COMMAND_ERROR_IS_FATAL ANY)
 if(PKG_CONFIG)
+    set(PACKAGES koInteraction koInteractionHost)
     set(PREFIX "${FOLDER}/installed")
     set(PROGRAM "${FOLDER}/${program}")
     set(SOURCE "${PROJECT}/${program}.cpp")
