@@ -31,6 +31,7 @@ public:
         }
     }
 
+    /** Returns whether @p call is the one that is expected. */
     bool matches(const std::string& call) const { return m_matcher.Matches(call); }
 
     /** Returns how messages name it: a text as it stands, a matcher by what it says of itself. */
@@ -50,11 +51,13 @@ public:
         , m_expected(std::move(expected))
     {}
 
+    /** Returns whether the log matches, and tells @p listener the first difference. */
     bool MatchAndExplain(const CallLog& log, ::testing::MatchResultListener* listener) const
     {
         return MatchAndExplain(log.calls(), listener);
     }
 
+    /** The same for entries that were taken from a log. */
     bool MatchAndExplain(const std::vector<std::string>& log, ::testing::MatchResultListener* listener) const
     {
         const std::vector<Call> calls = select(log);
@@ -74,7 +77,9 @@ public:
         return calls.size() == m_expected.size();
     }
 
+    /** Writes what is expected. */
     void DescribeTo(std::ostream* stream) const { describe("", *stream); }
+    /** Writes what is expected where the matcher stands in `Not`. */
     void DescribeNegationTo(std::ostream* stream) const { describe("anything but ", *stream); }
 
 private:
@@ -117,15 +122,18 @@ private:
 /** Some calls of a log: made by CallsInOrder(). */
 class CallsInOrderMatcher {
 public:
+    /** @param expected the calls in their order; none: every log matches */
     explicit CallsInOrderMatcher(std::vector<ExpectedCall> expected)
         : m_expected(std::move(expected))
     {}
 
+    /** Returns whether the log matches, and tells @p listener the first difference. */
     bool MatchAndExplain(const CallLog& log, ::testing::MatchResultListener* listener) const
     {
         return MatchAndExplain(log.calls(), listener);
     }
 
+    /** The same for entries that were taken from a log. */
     bool MatchAndExplain(const std::vector<std::string>& log, ::testing::MatchResultListener* listener) const
     {
         auto next = log.begin();
@@ -141,7 +149,9 @@ public:
         return true;
     }
 
+    /** Writes what is expected. */
     void DescribeTo(std::ostream* stream) const { describe("has", *stream); }
+    /** Writes what is expected where the matcher stands in `Not`. */
     void DescribeNegationTo(std::ostream* stream) const { describe("has not", *stream); }
 
 private:

@@ -62,7 +62,10 @@ public:
     /** The place of the pointer, in viewport pixels from the top left. */
     QPointF getPosition() const { return m_position; }
 
+    /** The buttons that are held. */
     Qt::MouseButtons getButtons() const { return m_buttons; }
+
+    /** The modifiers that the next event carries. */
     Qt::KeyboardModifiers getModifiers() const { return m_modifiers; }
 
     /** Moves the pointer: drags while a button is held, hovers otherwise. */

@@ -22,6 +22,7 @@ namespace quon::testing {
 
 /** One command of a script for an InputDriver. Each kind uses the members that its words give. */
 struct InputCommand {
+    /** What is done: each is one operation of InputDriver. */
     enum class Kind {
         Move,
         Hover,
@@ -39,16 +40,17 @@ struct InputCommand {
         LoseFocus
     };
 
-    Kind kind = Kind::Move;
-    QPointF position;
-    Qt::MouseButton button = Qt::LeftButton;
-    int key = 0;
-    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+    Kind kind = Kind::Move;                           ///< what is done
+    QPointF position;                                 ///< where to, in viewport pixels
+    Qt::MouseButton button = Qt::LeftButton;          ///< with which button
+    int key = 0;                                      ///< with which Qt::Key
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier; ///< of a chord, or what is held from here on
 };
 
 /** Reads the scripts that InputDriver::play() describes, and knows the names in them. */
 class InputScript {
 public:
+    /** A modifier and the key that produces it. */
     using ModifierKey = std::pair<Qt::KeyboardModifier, Qt::Key>;
 
     /**

@@ -19,11 +19,16 @@ namespace quon::testing {
  */
 class ObjectNames {
 public:
+    /** Gives a node a name, in place of one that it has. No reference is added. */
     void add(const osg::NodePtr& node, const std::string& name) { m_nodes[node] = name; }
+
+    /** Gives any other object a name, by its address. */
     void add(const void* object, const std::string& name) { m_objects[object] = name; }
 
+    /** Returns the name of a node. */
     std::string of(const osg::NodePtr& node) const { return node == osg::NullFC ? "null" : find(m_nodes, node); }
 
+    /** Returns the name of any other object. */
     std::string of(const void* object) const { return object == nullptr ? "null" : find(m_objects, object); }
 
     /** Returns the names in brackets, parted by blanks. */

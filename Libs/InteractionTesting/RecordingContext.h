@@ -23,15 +23,26 @@ public:
     /** Called with the name of the operation from inside each recorded call, after it was recorded. */
     using Hook = std::function<void(const std::string& operation)>;
 
-    /** @param position any integer, the enumerators of PreferredPosition included */
+    /**
+     * Neither active nor raised, enabled, consumes nothing.
+     *
+     * @param log borrowed
+     * @param name starts the entries
+     * @param position any integer, the enumerators of PreferredPosition included
+     */
     RecordingContext(CallLog& log, std::string name, int position = Tool)
         : m_log(log)
         , m_name(std::move(name))
         , m_position(static_cast<PreferredPosition>(position))
     {}
 
+    /** Returns the name that starts the entries. */
     const std::string& getName() const { return m_name; }
+
+    /** Sets the answer of triggerEvent(); false at first. */
     void setConsuming(bool consuming) { m_consuming = consuming; }
+
+    /** Has @p hook called from the next call on, in place of the one so far; empty: none, as at first. */
     void setHook(Hook hook) { m_hook = std::move(hook); }
 
     /** Changes the stacking key; named apart from the interface, which has no such operation. */

@@ -19,13 +19,17 @@ public:
     /** Called with the mode from inside each call of selectMode(), after it was recorded. */
     using Hook = std::function<void(const std::string& mode)>;
 
+    /** Accepts every mode. @p log is borrowed; @p name starts the entries. */
     RecordingMultimodeContext(CallLog& log, std::string name, PreferredPosition position = Tool)
         : MultimodeInteractionContext(position)
         , m_log(log)
         , m_name(std::move(name))
     {}
 
+    /** Lets selectMode() answer false for @p mode from now on. */
     void refuse(const std::string& mode) { m_refusedModes.insert(mode); }
+
+    /** Has @p hook called from the next call on, in place of the one so far; empty: none, as at first. */
     void setHook(Hook hook) { m_hook = std::move(hook); }
 
     bool selectMode(const std::string& mode) override

@@ -23,6 +23,7 @@ public:
     /** Called with "added", "changed" or "removed" from inside each call, after it was recorded. */
     using Hook = std::function<void(const std::string& operation)>;
 
+    /** Listens until it is destroyed. @p log is borrowed. */
     explicit RecordingNotificationListener(CallLog& log)
         : m_log(log)
     {
@@ -41,6 +42,7 @@ public:
     RecordingNotificationListener(const RecordingNotificationListener&) = delete;
     RecordingNotificationListener& operator=(const RecordingNotificationListener&) = delete;
 
+    /** Has @p hook called from the next call on, in place of the one so far; empty: none, as at first. */
     void setHook(Hook hook) { m_hook = std::move(hook); }
 
     /** The notifications shown at the moment in order of creation, each as `name: text`. */

@@ -29,19 +29,19 @@ class RecordingPicker : public interaction::LazyPicker {
 public:
     /** The answer of a single pick. */
     struct Hit {
-        osg::NodePtr node;
-        osg::Pnt3f point;
-        osg::Vec3f normal;
-        osg::Vec2f uv;
-        osg::MaterialPtr material;
+        osg::NodePtr node;         ///< null: nothing is hit
+        osg::Pnt3f point;          ///< in world space
+        osg::Vec3f normal;         ///< in world space
+        osg::Vec2f uv;             ///< texture coordinate
+        osg::MaterialPtr material; ///< may be null
     };
 
     /** The answer of a multi-pick. */
     struct MultiHit {
-        std::vector<osg::NodePtr> nodes;
-        std::vector<osg::Pnt3f> points;
-        std::vector<osg::Vec3f> normals;
-        std::vector<osg::MaterialPtr> materials;
+        std::vector<osg::NodePtr> nodes;         ///< the best hit first
+        std::vector<osg::Pnt3f> points;          ///< in world space
+        std::vector<osg::Vec3f> normals;         ///< in world space
+        std::vector<osg::MaterialPtr> materials; ///< each may be null
     };
 
     /** @p log and @p names are borrowed; @p name starts the entries. */
@@ -54,7 +54,10 @@ public:
         , m_hit(Hit())
     {}
 
+    /** Sets the answer of isCacheValid(), true at first: with false every pick is computed anew. */
     void setCacheValid(bool valid) { m_cacheValid = valid; }
+
+    /** Sets the answer of updateSelectionOption(), false at first: with true every pick is computed anew. */
     void setOptionsChanged(bool changed) { m_optionsChanged = changed; }
 
     /** Replaces every option from now on. */
@@ -63,12 +66,19 @@ public:
     /** Calls @p action from inside every following updateSelectionOption(); empty: nothing. */
     void onUpdateSelectionOption(std::function<void()> action) { m_onUpdateSelectionOption = std::move(action); }
 
-    /** Sets the answer of a single pick; without one the five results stay as the picker hands them over. */
+    /**
+     * Sets the answer of a single pick, which hits nothing at first.
+     *
+     * A cache that is valid answers as before: see setCacheValid().
+     *
+     * @param hit none: the five results stay as the picker hands them over
+     */
     void setHit(const std::optional<Hit>& hit) { m_hit = hit; }
 
+    /** Sets the answer of a multi-pick; nothing is hit at first. */
     void setMultiHit(const MultiHit& hit) { m_multiHit = hit; }
 
-    /** Sets the answer of computePickedNodes(). */
+    /** Sets the answer of computePickedNodes(); no node at first. */
     void setNodes(const std::vector<osg::NodePtr>& nodes) { m_nodes = nodes; }
 
     void setPointer(const osg::Pnt2f& position) override { m_pointer = position; }

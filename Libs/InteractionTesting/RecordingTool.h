@@ -18,6 +18,7 @@ public:
     /** Called with the name of the operation from inside each recorded call, after it was recorded. */
     using Hook = std::function<void(const std::string& operation)>;
 
+    /** Inactive. @p log is borrowed; @p name starts the entries. */
     RecordingTool(CallLog& log, std::string name)
         : m_log(log)
         , m_name(std::move(name))
@@ -29,6 +30,7 @@ public:
     /** Sets the answer of setToolMode(); true at first. */
     void setAcceptingModes(bool accepting) { m_acceptingModes = accepting; }
 
+    /** Has @p hook called from the next call on, in place of the one so far; empty: none, as at first. */
     void setHook(Hook hook) { m_hook = std::move(hook); }
 
     /** The contexts passed to the calls so far, in order. */

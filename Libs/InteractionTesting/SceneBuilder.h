@@ -14,9 +14,10 @@
 
 namespace quon::testing {
 
+/** Holds a node as long as it lives. */
 using NodeRef = osg::RefPtr<osg::NodePtr>;
 
-/** A node of its own with the given core. */
+/** Returns a new node with the given core, without a parent. */
 inline NodeRef makeNode(const osg::NodeCorePtr& core)
 {
     NodeRef node(osg::Node::create());
@@ -26,7 +27,7 @@ inline NodeRef makeNode(const osg::NodeCorePtr& core)
     return node;
 }
 
-/** Adds a new node with the given core to @p parent, which holds it. */
+/** Adds a new node with the given core to @p parent, which alone holds it. */
 inline osg::NodePtr addChild(const osg::NodePtr& parent, const osg::NodeCorePtr& core)
 {
     const NodeRef node = makeNode(core);
@@ -36,6 +37,7 @@ inline osg::NodePtr addChild(const osg::NodePtr& parent, const osg::NodeCorePtr&
     return node.get();
 }
 
+/** Lets a transform move by the given distances and do nothing else. */
 inline void setTranslation(const osg::TransformPtr& transform, float x, float y, float z)
 {
     osg::Matrix matrix;
@@ -74,7 +76,7 @@ inline osg::GeometryPtr makeExtent(const osg::Pnt3f& min, const osg::Pnt3f& max)
     return geometry;
 }
 
-/** Whether a container still exists. */
+/** Returns whether the container with this id still exists. */
 inline bool exists(osg::UInt32 id)
 {
     return osg::FieldContainerFactory::the()->getContainer(id) != osg::NullFC;

@@ -17,7 +17,13 @@
 
 namespace quon::testing {
 
-/** Base of fixtures that work on a scene: no container created by a test may outlive it. */
+/**
+ * Base of fixtures that work on a scene: no container created by a test may outlive it.
+ *
+ * Counts the containers before the members of the fixture are made and after they are gone; a test whose counts differ
+ * fails. The list of changes starts empty. The scene graph runs already, with lists of changes that are written to: see
+ * osg::ChangeList::setReadWriteDefault().
+ */
 class SceneFixture : public ::testing::Test {
 protected:
     SceneFixture()
@@ -32,6 +38,7 @@ protected:
         osg::Thread::getCurrentChangeList()->clearAll();
     }
 
+    /** The id of a container and the mask of what changed in it. */
     using Change = std::pair<osg::UInt32, osg::BitVector>;
 
     /** The changes recorded since the last call, in order: container id and field mask. */
