@@ -413,7 +413,8 @@ void InputRecorder::groupAdded(const std::string& name, const osg::Pnt3f& place)
         const double low = static_cast<double>(minimum[axis]);
         const double extent = static_cast<double>(maximum[axis]) - low;
         // In what has no extent, every share of it is the same place.
-        line += " " + Script::writeNumber(extent > 0 ? (static_cast<double>(place[axis]) - low) / extent : 0);
+        line += ' ';
+        line += Script::writeNumber(extent > 0 ? (static_cast<double>(place[axis]) - low) / extent : 0);
     }
     beginLine(line);
 }
