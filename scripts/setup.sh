@@ -15,7 +15,7 @@ packages=(
     # the library: Qt Core and Gui; the viewer: Widgets, icons, translations, OpenGL, EGL, models and ray queries
     qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n libqt5svg5-dev
     # the same with Qt 6, for the preset qt6
-    qt6-base-dev qt6-tools-dev qt6-svg-dev qt6-translations-l10n
+    qt6-base-dev libqt6opengl6-dev qt6-tools-dev qt6-svg-dev qt6-translations-l10n
     libgl-dev libopengl-dev libegl-dev libassimp-dev libembree-dev
     # named in the link line of libassimp-dev, which does not depend on it
     zlib1g-dev

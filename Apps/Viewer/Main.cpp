@@ -10,6 +10,7 @@
 #include "Viewer/Script/Script.h"
 #include "Viewer/Script/ScriptRunner.h"
 #include "Viewer/Session/ModelSettings.h"
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/Settings.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Icons.h"
@@ -43,6 +44,7 @@ namespace {
 using quon::viewer::CommandLine;
 using quon::viewer::DivergenceError;
 using quon::viewer::InputRecorder;
+using quon::viewer::QtVersions;
 using quon::viewer::ViewerError;
 
 constexpr int BadInput = 2;
@@ -204,8 +206,7 @@ int runWindow(const CommandLine& line, int& argc, char** argv)
     if (!line.record.empty()) {
         recorder = std::make_unique<InputRecorder>(line.record);
     }
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QtVersions::enableHighResolution();
     const QApplication application(argc, argv);
     // The same looks on every desktop; its palette still comes from there.
     QApplication::setStyle(QStringLiteral("Fusion"));

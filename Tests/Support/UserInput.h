@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Session/QtVersions.h"
+
 #include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -85,8 +87,8 @@ public:
     /** Two fingers go apart on a touchpad, or together. @param growth of their distance, as a share of it */
     bool pinch(const QPoint& position, double growth)
     {
-        QNativeGestureEvent event(Qt::ZoomNativeGesture, nullptr, position, position, m_widget.mapToGlobal(position),
-                                  growth, 0, 0);
+        QNativeGestureEvent event = viewer::QtVersions::makeGesture(Qt::ZoomNativeGesture, position, position,
+                                                                    m_widget.mapToGlobal(position), growth);
         return send(event);
     }
 

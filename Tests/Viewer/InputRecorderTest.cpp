@@ -9,6 +9,7 @@
 #include "Viewer/Script/InputRecorder.h"
 #include "Viewer/Script/Script.h"
 #include "Viewer/Script/ScriptRunner.h"
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -394,8 +395,8 @@ TEST_F(InputRecorderTest, ANativeGestureIsRecordedAndReplayed)
     setSmallModel();
     record();
 
-    QNativeGestureEvent event(Qt::ZoomNativeGesture, nullptr, QPointF(10.5, 20), QPointF(10.5, 20), QPointF(10.5, 20),
-                              0.125, 0, 0);
+    const QPointF place(10.5, 20);
+    QNativeGestureEvent event = viewer::QtVersions::makeGesture(Qt::ZoomNativeGesture, place, place, place, 0.125);
     QApplication::sendEvent(&m_stage->viewport, &event);
 
     EXPECT_THAT(commands(), ElementsAre("gesture zoom 10.5 20 0.125"));

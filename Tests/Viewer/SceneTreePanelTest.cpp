@@ -3,6 +3,7 @@
 
 #include "Support/UserInput.h"
 
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/MainWindow.h"
 #include "Viewer/Window/SceneTreeModel.h"
@@ -135,14 +136,15 @@ protected:
     // Moves the pointer, as events of the viewport below the rows.
     void hover(const QPoint& place)
     {
-        QHoverEvent event(m_pointer.isNull() ? QEvent::HoverEnter : QEvent::HoverMove, place, m_pointer);
+        QHoverEvent event = viewer::QtVersions::makeHover(m_pointer.isNull() ? QEvent::HoverEnter : QEvent::HoverMove,
+                                                          place, m_pointer);
         m_pointer = place;
         QApplication::sendEvent(m_view.viewport(), &event);
     }
 
     void leave()
     {
-        QHoverEvent event(QEvent::HoverLeave, QPoint(-1, -1), m_pointer);
+        QHoverEvent event = viewer::QtVersions::makeHover(QEvent::HoverLeave, QPoint(-1, -1), m_pointer);
         QApplication::sendEvent(m_view.viewport(), &event);
     }
 

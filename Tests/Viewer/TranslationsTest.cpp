@@ -49,7 +49,7 @@ Messages read(const std::string& path)
     Message message;
     while (!xml.atEnd()) {
         xml.readNext();
-        const QStringRef name = xml.name();
+        const auto name = xml.name();
         if (xml.isStartElement() && name == QLatin1String("name")) {
             context = xml.readElementText();
         } else if (xml.isStartElement() && name == QLatin1String("message")) {

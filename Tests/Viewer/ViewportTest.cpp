@@ -242,7 +242,7 @@ TEST_F(ViewportTest, APinchOnATouchpadZoomsAroundThePointer)
 
 TEST_F(ViewportTest, APinchOnATouchScreenZoomsAndMovesAndSelectsNothing)
 {
-    QTouchDevice* const screen = QTest::createTouchDevice();
+    auto* const screen = QTest::createTouchDevice();
     m_session.setModel(makeGroup({makeNode(makeBox(osg::Pnt3f(-1, -1, -1), osg::Pnt3f(1, 1, 1), osg::NullFC))}));
     m_session.getCamera().setStandardView("front");
     // The point of the front face that is seen between the fingers.
@@ -253,7 +253,7 @@ TEST_F(ViewportTest, APinchOnATouchScreenZoomsAndMovesAndSelectsNothing)
 
     QWidget* const widget = &m_viewport;
     QTest::touchEvent(widget, screen).press(0, centre - QPoint(20, 0), widget);
-    QTest::touchEvent(widget, screen).stationary(0).press(1, centre + QPoint(20, 0), widget);
+    QTest::touchEvent(widget, screen).move(0, centre - QPoint(20, 0), widget).press(1, centre + QPoint(20, 0), widget);
     for (int step = 1; step <= 10; ++step) {
         // Apart, and both to the right.
         QTest::touchEvent(widget, screen)
@@ -274,7 +274,7 @@ TEST_F(ViewportTest, APinchOnATouchScreenZoomsAndMovesAndSelectsNothing)
 
 TEST_F(ViewportTest, AFingerOnATouchScreenIsTheLeftButton)
 {
-    QTouchDevice* const screen = QTest::createTouchDevice();
+    auto* const screen = QTest::createTouchDevice();
     QWidget* const widget = &m_viewport;
 
     QTest::touchEvent(widget, screen).press(0, QPoint(10, 20), widget);

@@ -71,7 +71,8 @@ QString LengthFormat::number(const double length) const
     const double value = m_isMetric ? length / getMetres(m_unit) : length;
     const double size = std::abs(value);
     if (size > 0 && (size < Smallest || size >= Largest)) {
-        return m_locale.toString(value, 'g', Digits);
+        // Qt 6 writes the E of some languages.
+        return m_locale.toString(value, 'g', Digits).toLower();
     }
     const int decimals = size > 0 ? std::max(Digits - 1 - exponentOf(size), 0) : 0;
     return m_locale.toString(value, 'f', decimals);

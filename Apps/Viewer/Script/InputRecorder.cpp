@@ -5,6 +5,7 @@
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Script/Script.h"
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -273,9 +274,10 @@ void InputRecorder::writeInput(const QEvent& event)
     case QEvent::NativeGesture: {
         const auto& gesture = static_cast<const QNativeGestureEvent&>(event);
         const char* type = Script::writeGesture(gesture.gestureType());
+        const QPointF position = QtVersions::getPosition(gesture);
         beginLine((type == nullptr ? "# an unknown gesture " : std::string("gesture ") + type + " ") +
-                  Script::writeNumber(gesture.localPos().x()) + " " + Script::writeNumber(gesture.localPos().y()) +
-                  " " + Script::writeNumber(gesture.value()) + Script::writeModifiers(gesture.modifiers()));
+                  Script::writeNumber(position.x()) + " " + Script::writeNumber(position.y()) + " " +
+                  Script::writeNumber(gesture.value()) + Script::writeModifiers(gesture.modifiers()));
         break;
     }
     case QEvent::KeyPress:

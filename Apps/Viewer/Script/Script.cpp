@@ -3,6 +3,7 @@
 
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Tools/CameraController.h"
 
 #include <QKeySequence>
@@ -147,7 +148,7 @@ int findKey(const std::string& name)
         return known->value;
     }
     const QKeySequence sequence = QKeySequence::fromString(QString::fromStdString(name), QKeySequence::PortableText);
-    const int key = sequence.count() == 1 ? sequence[0] : 0;
+    const int key = sequence.count() == 1 ? QtVersions::getFirstKey(sequence) : 0;
     const bool modified = (key & static_cast<int>(Qt::KeyboardModifierMask)) != 0;
     return key == Qt::Key_unknown || modified ? 0 : key;
 }

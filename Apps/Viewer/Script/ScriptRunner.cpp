@@ -4,6 +4,7 @@
 #include "Viewer/Model/NodePath.h"
 #include "Viewer/Model/Part.h"
 #include "Viewer/Script/OutputFolder.h"
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
 
@@ -325,8 +326,8 @@ void ScriptRunner::sendGesture(const ScriptCommand& command)
 {
     const QPointF position(command.numbers[0], command.numbers[1]);
     const QPointF global = m_viewport.mapToGlobal(QPoint()) + position;
-    QNativeGestureEvent event(Script::readGesture(command.text), nullptr, position, position, global,
-                              command.numbers[2], 0, 0);
+    QNativeGestureEvent event =
+        QtVersions::makeGesture(Script::readGesture(command.text), position, position, global, command.numbers[2]);
     event.setModifiers(command.modifiers);
     send(event);
 }

@@ -2,6 +2,7 @@
 #include "Viewer/Session/InputBindings.h"
 
 #include "Viewer/Session/Commands.h"
+#include "Viewer/Session/QtVersions.h"
 
 #include <Interaction/QtEventMapper.h>
 #include <Shortcut/koShortcut.h>
@@ -87,7 +88,8 @@ KeyBinding KeyBinding::fromPortableText(const QString& text, bool& isValid)
     // Several keys after one another are a sequence of Qt's that no mapper knows.
     if (sequence.count() == 1) {
         constexpr int allModifiers = static_cast<int>(Qt::KeyboardModifierMask);
-        const KeyBinding binding{sequence[0] & ~allModifiers, sequence[0] & allModifiers};
+        const int key = QtVersions::getFirstKey(sequence);
+        const KeyBinding binding{key & ~allModifiers, key & allModifiers};
         if (!binding.isNone() && binding.key != Qt::Key_unknown && !isModifierKey(binding.key) &&
             (binding.modifiers & ~AllModifiers) == 0) {
             return binding;

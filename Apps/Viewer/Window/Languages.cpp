@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Window/Languages.h"
 
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/ViewerSession.h"
 
 #include <QCoreApplication>
-#include <QLibraryInfo>
 
 #include <algorithm>
 
@@ -75,7 +75,7 @@ void Languages::install()
     QLocale::setDefault(m_systemLocale.language() == locale.language() ? m_systemLocale : locale);
     // Without Qt's own texts the buttons of its dialogs stay English; nothing else suffers.
     if (m_ofQt.load(QStringLiteral("qtbase_%1").arg(QString::fromStdString(m_spoken)),
-                    QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+                    QtVersions::getTranslationsFolder())) {
         QCoreApplication::installTranslator(&m_ofQt);
     }
     if (m_ofViewer.load(

@@ -32,7 +32,7 @@ QColor getTextColour(const QStyleOptionViewItem& option, const bool dimmed)
     const bool selected = (option.state & QStyle::State_Selected) != 0;
     QColor colour = option.palette.color(getGroup(option), selected ? QPalette::HighlightedText : QPalette::Text);
     if (dimmed) {
-        colour.setAlphaF(selected ? 0.7 : 0.5);
+        colour.setAlphaF(selected ? 0.7F : 0.5F);
     }
     return colour;
 }
@@ -136,7 +136,7 @@ void SceneTreeDelegate::markMatches(QPainter& painter, const QStyleOptionViewIte
     painter.setPen(Qt::NoPen);
     painter.setBrush(MatchColour);
     const int height = option.fontMetrics.height();
-    for (int at = text.indexOf(filter, 0, Qt::CaseInsensitive); at >= 0;
+    for (auto at = text.indexOf(filter, 0, Qt::CaseInsensitive); at >= 0;
          at = text.indexOf(filter, at + filter.size(), Qt::CaseInsensitive)) {
         const int left = rectangle.left() + option.fontMetrics.horizontalAdvance(text.left(at));
         const int width = option.fontMetrics.horizontalAdvance(text.mid(at, filter.size()));

@@ -43,7 +43,8 @@ bool SceneTreeSelection::showScene()
     }
     const QScopedValueRollback<bool> following(m_following, true);
     const QItemSelection ranges = m_tree.getRanges(rows);
-    if (static_cast<qint64>(ranges.size()) * shown.size() > LargestComparison) {
+    const qint64 count = ranges.size();
+    if (count * shown.size() > LargestComparison) {
         select(QItemSelection(), Clear);
     }
     select(ranges, ClearAndSelect);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Window/SceneTreeView.h"
 
+#include "Viewer/Session/QtVersions.h"
 #include "Viewer/Window/SceneTreeDelegate.h"
 #include "Viewer/Window/SceneTreeModel.h"
 
@@ -159,7 +160,7 @@ bool SceneTreeView::viewportEvent(QEvent* event)
     switch (event->type()) {
     case QEvent::HoverEnter:
     case QEvent::HoverMove:
-        pointAt(indexAt(static_cast<QHoverEvent*>(event)->pos()));
+        pointAt(indexAt(QtVersions::getPosition(*static_cast<QHoverEvent*>(event)).toPoint()));
         break;
     case QEvent::HoverLeave:
     case QEvent::Leave:

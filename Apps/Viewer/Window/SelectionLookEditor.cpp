@@ -33,15 +33,16 @@ constexpr QSize SwatchSize(36, 14);
 
 osg::Color3f toColor3f(const QColor& colour)
 {
-    return osg::Color3f(static_cast<float>(colour.redF()), static_cast<float>(colour.greenF()),
-                        static_cast<float>(colour.blueF()));
+    // Which of the two Qt has depends on its version.
+    const auto component = [](const double value) { return static_cast<float>(value); };
+    return osg::Color3f(component(colour.redF()), component(colour.greenF()), component(colour.blueF()));
 }
 
 } // namespace
 
 QColor toQColor(const osg::Color3f& colour)
 {
-    const auto component = [](const float value) { return std::clamp(static_cast<double>(value), 0.0, 1.0); };
+    const auto component = [](const float value) { return std::clamp(value, 0.0F, 1.0F); };
     return QColor::fromRgbF(component(colour.red()), component(colour.green()), component(colour.blue()));
 }
 

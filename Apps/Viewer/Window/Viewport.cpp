@@ -19,7 +19,6 @@
 #include <QNativeGestureEvent>
 #include <QPainter>
 #include <QResizeEvent>
-#include <QTouchDevice>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -117,9 +116,11 @@ Viewport::Viewport(ViewerSession& session, const Target target, QWidget* parent)
     // The right button turns the view.
     setContextMenuPolicy(Qt::PreventContextMenu);
     if (target == Target::Window) {
-        m_surface = new GlSurface(
-            [this](const int width, const int height, const double ratio) { drawInWindow(width, height, ratio); },
-            [this] { m_renderer.releaseResources(); }, this);
+        if (QtVersions::canShowOpenGLWidgets()) {
+            m_surface = new GlSurface(
+                [this](const int width, const int height, const double ratio) { drawInWindow(width, height, ratio); },
+                [this] { m_renderer.releaseResources(); }, this);
+        }
         m_overlay = new Overlay(*this);
     }
     m_stillTimer.setSingleShot(true);
@@ -150,7 +151,7 @@ Viewport::~Viewport()
 
 QImage Viewport::grabPicture()
 {
-    if (m_surface != nullptr) {
+    if (m_overlay != nullptr) {
         m_detail = SceneRenderer::Detail::Full;
         return grab().toImage();
     }
@@ -253,7 +254,7 @@ bool Viewport::event(QEvent* event)
             break;
         }
         event->setAccepted(handle([&] {
-            movePointer(gesture->localPos().toPoint(), Qt::NoButton, gesture->modifiers());
+            movePointer(QtVersions::getPosition(*gesture).toPoint(), Qt::NoButton, gesture->modifiers());
             return send(NavigationContext::getZoomCategory(1 + gesture->value()), "trigger");
         }));
         return true;
@@ -264,7 +265,7 @@ bool Viewport::event(QEvent* event)
     case QEvent::TouchCancel: {
         const auto& touch = *static_cast<QTouchEvent*>(event);
         // The fingers on a touchpad move the pointer, and more of them make native gestures.
-        if (touch.device() == nullptr || touch.device()->type() != QTouchDevice::TouchScreen) {
+        if (!QtVersions::isFromTouchScreen(touch)) {
             break;
         }
         handleTouch(touch);
@@ -279,7 +280,7 @@ bool Viewport::event(QEvent* event)
 
 void Viewport::handleTouch(const QTouchEvent& event)
 {
-    const QList<QTouchEvent::TouchPoint>& fingers = event.touchPoints();
+    const QList<QtVersions::Finger>& fingers = QtVersions::getFingers(event);
     const bool isEnd = event.type() == QEvent::TouchEnd || event.type() == QEvent::TouchCancel;
     if (event.type() == QEvent::TouchCancel) {
         m_session.focusLost();
@@ -293,40 +294,48 @@ void Viewport::handleTouch(const QTouchEvent& event)
     } else if (fingers.size() == 1) {
         pointWithFinger(fingers.front(), event.modifiers());
     }
+    for (const QtVersions::Finger& finger : fingers) {
+        m_fingers[finger.id()] = QtVersions::getPosition(finger);
+    }
     if (isEnd) {
         m_pinching = false;
+        m_fingers.clear();
     }
 }
 
-void Viewport::pointWithFinger(const QTouchEvent::TouchPoint& finger, const Qt::KeyboardModifiers modifiers)
+QPointF Viewport::getLastPosition(const QtVersions::Finger& finger) const
 {
+    // Qt 6 goes on telling of a movement when the finger rests.
+    const auto last = m_fingers.find(finger.id());
+    return last == m_fingers.end() ? QtVersions::getPosition(finger) : last->second;
+}
+
+void Viewport::pointWithFinger(const QtVersions::Finger& finger, const Qt::KeyboardModifiers modifiers)
+{
+    const QPointF position = QtVersions::getPosition(finger);
     const auto send = [&](const QEvent::Type type, const Qt::MouseButton button, const Qt::MouseButtons buttons) {
-        QMouseEvent event(type, finger.pos(), mapTo(window(), finger.pos().toPoint()), finger.screenPos(), button,
-                          buttons, modifiers, Qt::MouseEventSynthesizedByApplication);
+        QMouseEvent event(type, position, mapTo(window(), position.toPoint()), QtVersions::getScreenPosition(finger),
+                          button, buttons, modifiers, Qt::MouseEventSynthesizedByApplication);
         this->event(&event);
     };
-    switch (finger.state()) {
-    case Qt::TouchPointPressed:
+    if (QtVersions::isPressed(finger)) {
         setFocus(Qt::MouseFocusReason);
         send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
-        break;
-    case Qt::TouchPointReleased:
+    } else if (QtVersions::isReleased(finger)) {
         send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
-        break;
-    default:
+    } else {
         send(QEvent::MouseMove, Qt::NoButton, Qt::LeftButton);
-        break;
     }
 }
 
-void Viewport::pinch(const QList<QTouchEvent::TouchPoint>& fingers)
+void Viewport::pinch(const QList<QtVersions::Finger>& fingers)
 {
     // A third finger and the one that is left at the end change nothing.
     if (fingers.size() < 2) {
         return;
     }
-    const QLineF line(fingers[0].pos(), fingers[1].pos());
-    const QLineF last(fingers[0].lastPos(), fingers[1].lastPos());
+    const QLineF line(QtVersions::getPosition(fingers[0]), QtVersions::getPosition(fingers[1]));
+    const QLineF last(getLastPosition(fingers[0]), getLastPosition(fingers[1]));
     // As a touchpad says it. Rounded before they are subtracted, so that what is left over does not add up.
     const QPoint centre = line.center().toPoint();
     const QPoint centreOnScreen = mapToGlobal(centre);
@@ -335,10 +344,7 @@ void Viewport::pinch(const QList<QTouchEvent::TouchPoint>& fingers)
                           Qt::MouseEventSynthesizedByApplication);
         this->event(&event);
     };
-    const auto isAny = [&](const Qt::TouchPointState state) {
-        return fingers[0].state() == state || fingers[1].state() == state;
-    };
-    if (isAny(Qt::TouchPointPressed)) {
+    if (QtVersions::isPressed(fingers[0]) || QtVersions::isPressed(fingers[1])) {
         sendScroll(Qt::ScrollBegin, QPoint());
         return;
     }
@@ -346,11 +352,11 @@ void Viewport::pinch(const QList<QTouchEvent::TouchPoint>& fingers)
         sendScroll(Qt::ScrollUpdate, delta);
     }
     if (line.length() > 0 && last.length() > 0 && line.length() != last.length()) {
-        QNativeGestureEvent event(Qt::ZoomNativeGesture, nullptr, centre, mapTo(window(), centre), centreOnScreen,
-                                  line.length() / last.length() - 1, 0, 0);
+        QNativeGestureEvent event = QtVersions::makeGesture(Qt::ZoomNativeGesture, centre, mapTo(window(), centre),
+                                                            centreOnScreen, line.length() / last.length() - 1);
         this->event(&event);
     }
-    if (isAny(Qt::TouchPointReleased)) {
+    if (QtVersions::isReleased(fingers[0]) || QtVersions::isReleased(fingers[1])) {
         sendScroll(Qt::ScrollEnd, QPoint());
     }
 }
@@ -415,6 +421,8 @@ void Viewport::resizeEvent(QResizeEvent* event)
     QWidget::resizeEvent(event);
     if (m_surface != nullptr) {
         m_surface->setGeometry(rect());
+    }
+    if (m_overlay != nullptr) {
         m_overlay->setGeometry(rect());
         m_overlay->raise();
     }
@@ -512,7 +520,7 @@ QImage Viewport::drawOffscreen(const bool multisampling)
 
 void Viewport::paintOverlays(QPainter& painter)
 {
-    if (m_surface != nullptr && !m_surface->isValid()) {
+    if (m_overlay != nullptr && (m_surface == nullptr || !m_surface->isValid())) {
         painter.fillRect(rect(), QColor(43, 52, 64));
         painter.setPen(QColor(245, 247, 250));
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,

@@ -3,6 +3,7 @@
 
 #include "Viewer/Drawing/FrameTimes.h"
 #include "Viewer/Drawing/SceneRenderer.h"
+#include "Viewer/Session/QtVersions.h"
 
 #include <Notification/NotificationManager.h>
 
@@ -12,6 +13,7 @@
 #include <QTouchEvent>
 #include <QWidget>
 
+#include <map>
 #include <memory>
 #include <string>
 
@@ -126,8 +128,9 @@ private:
     bool turnWheel(const QWheelEvent& event);
     bool scroll(const QWheelEvent& event);
     void handleTouch(const QTouchEvent& event);
-    void pointWithFinger(const QTouchEvent::TouchPoint& finger, Qt::KeyboardModifiers modifiers);
-    void pinch(const QList<QTouchEvent::TouchPoint>& fingers);
+    void pointWithFinger(const QtVersions::Finger& finger, Qt::KeyboardModifiers modifiers);
+    QPointF getLastPosition(const QtVersions::Finger& finger) const;
+    void pinch(const QList<QtVersions::Finger>& fingers);
     bool send(const std::string& category, const char* verb);
     void movePointer(const QPoint& position, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
 
@@ -151,13 +154,14 @@ private:
     const QEvent* m_observed = nullptr; ///< the event that the observer was told of last and that is not over yet
     SceneRenderer::Detail m_detail = SceneRenderer::Detail::Moving; ///< of the next picture in a window
     QTimer m_stillTimer;                                            ///< runs out when the picture rests
-    GlSurface* m_surface = nullptr;                                 ///< in a window; a child
+    GlSurface* m_surface = nullptr;                                 ///< in a window with OpenGL; a child
     Overlay* m_overlay = nullptr;                                   ///< in a window; a child
     std::unique_ptr<OffscreenSurface> m_offscreen;                  ///< for pictures, made at the first one
     bool m_beginsFrame = false;                                     ///< about to draw
     bool m_leftKeyAlone = false;                                    ///< a key that is on its way up to the window
     QPoint m_pointer;                                               ///< as far as the mapper was told
-    bool m_pinching = false; ///< two fingers are or were on the screen, until all are gone
+    std::map<int, QPointF> m_fingers; ///< where those on the screen were at the last event, by their ids
+    bool m_pinching = false;          ///< two fingers are or were on the screen, until all are gone
 };
 
 } // namespace quon::viewer

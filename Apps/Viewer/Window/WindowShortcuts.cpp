@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Window/WindowShortcuts.h"
 
+#include "Viewer/Session/QtVersions.h"
+
 #include <QAction>
 #include <QKeySequence>
 #include <Qt>
@@ -20,7 +22,8 @@ void WindowShortcuts::add(const QString& group, const QAction& action)
     }
     constexpr int modifiers = static_cast<int>(Qt::KeyboardModifierMask);
     // The icon's text is that of the menu without mnemonic and dots.
-    m_entries.push_back({group, koShortcut::Key, shortcut[0] & ~modifiers, shortcut[0] & modifiers, action.iconText()});
+    const int key = QtVersions::getFirstKey(shortcut);
+    m_entries.push_back({group, koShortcut::Key, key & ~modifiers, key & modifiers, action.iconText()});
     const koShortcut::Entry& entry = m_entries.back();
     koShortcut::addKey(entry.group, entry.code, entry.modifiers, entry.description);
 }
