@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 #
-# Keeps the binary interface of libkoInteraction.so: what libabigail reads from its debug information, limited to what
-# the public headers declare, is compared with the dump in the repository. Needs a build with gcc 12, whose dump it is.
+# Keeps the binary interface of libkoInteraction.so: its exported functions with all types that they reach, as libabigail
+# reads them from the debug information, are compared with the dump in the repository. Needs a build with gcc 12, whose
+# dump it is.
 #
 #   AbiGuardTest               fails, with a report, when layout, virtual functions or symbols are others
 #   koInteraction_update_abi   writes the dump anew, after a change that is meant; see Docs/Compatibility.md
