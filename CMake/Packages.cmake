@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_NAME kointeraction)
 set(CPACK_PACKAGE_VENDOR "The koInteraction authors")
 set(CPACK_PACKAGE_CONTACT "The koInteraction authors <authors@kointeraction.invalid>")
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "interaction library for OpenSG scenes in Qt applications")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
@@ -24,13 +24,14 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libkointeraction${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "interaction library for OpenSG scenes in Qt applications
- Turns raw input into named interaction events and routes them through a stack
- of contexts to tools, keeps named sets of selected nodes and draws selections
- as boxes or as a wireframe copy on top of the scene.
- .
- This package contains the shared libraries: the library itself, the host
- services and the embedded scene graph.")
+file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/Debian/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/Debian/triggers")
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Turns raw input into named interaction events and routes them through a stack
+of contexts to tools, keeps named sets of selected nodes and draws selections
+as boxes or as a wireframe copy on top of the scene.
+
+This package contains the shared libraries: the library itself, the host
+services and the embedded scene graph.")
 
 if(KOINTERACTION_QT EQUAL 5)
     set(koQtDevelopment qtbase5-dev)
@@ -45,20 +46,20 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "libkointeraction${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), ${koQtDevelopment}, libgl-dev, libgtest-dev, libgmock-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "interaction library for OpenSG scenes - development files
- Headers, the package for CMake, files for pkg-config and the test kit for
- hosts of koInteraction, the interaction library for OpenSG scenes in Qt
- applications.")
+Headers, the package for CMake, files for pkg-config and the test kit for
+hosts of koInteraction, the interaction library for OpenSG scenes in Qt
+applications.")
 
 set(CPACK_DEBIAN_VIEWER_PACKAGE_NAME koviewer)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_DEPENDS "libkointeraction${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_VIEWER_PACKAGE_RECOMMENDS "${koQtTranslations}")
 set(CPACK_DEBIAN_VIEWER_DESCRIPTION "viewer for 3D models with selection sets and measuring
- Shows models of all formats that Assimp reads. Parts can be selected by clicks
- and rectangles, kept as named sets, hidden, isolated, locked and measured.
- .
- It is the reference host of koInteraction: everything in it that is
- interaction goes through the library.")
+Shows models of all formats that Assimp reads. Parts can be selected by clicks
+and rectangles, kept as named sets, hidden, isolated, locked and measured.
+
+It is the reference host of koInteraction: everything in it that is
+interaction goes through the library.")
 
 # What Debian wants beside the files of a package.
 find_program(GZIP gzip)

@@ -34,7 +34,7 @@ ls -l build/package/*.deb
 
 if command -v lintian >/dev/null; then
     say "lintian"
-    lintian --fail-on error,warning --no-tag-display-limit build/package/*.deb
+    lintian --fail-on error,warning --tag-display-limit 0 build/package/*.deb
 fi
 
 example=Examples/FirstContext
