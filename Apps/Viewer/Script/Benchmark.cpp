@@ -31,8 +31,8 @@ constexpr int FramesToLearn = 8;
 
 constexpr int Picks = 200;
 
-constexpr osg::Color3f Top(0.70F, 0.77F, 0.85F);
-constexpr osg::Color3f Bottom(0.95F, 0.96F, 0.97F);
+const osg::Color3f Top(0.70F, 0.77F, 0.85F);
+const osg::Color3f Bottom(0.95F, 0.96F, 0.97F);
 
 double now()
 {
