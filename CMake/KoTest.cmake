@@ -8,6 +8,8 @@ function(ko_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} koTestSupport quon::Warnings)
+    # What is tested is optimised as its build type says; the tests themselves are compiled far longer than they run.
+    target_compile_options(${name} PRIVATE -O0)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 600
