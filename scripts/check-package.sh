@@ -4,26 +4,37 @@
 # Makes the Debian packages and tries them as somebody would who gets them: lintian, a clean Debian 12, installing, the
 # viewer, a first context built with CMake and with pkg-config, removing.
 #
-#   scripts/check-package.sh            in a fresh Debian root, which needs root and debootstrap
+#   scripts/check-package.sh            in a fresh Debian root where that is possible, otherwise as with --here
+#   scripts/check-package.sh --root     in a fresh Debian root, or fail; needs root rights and a mirror of Debian
 #   scripts/check-package.sh --here     unpacked into an empty folder of this machine: no apt, no removing
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-mode=root
+mode=auto
 case "${1:-}" in
     "") ;;
+    --root) mode=root ;;
     --here) mode=here ;;
-    -h | --help) sed -n '3,9s/^# \{0,1\}//p' "$0"; exit 0 ;;
+    -h | --help) sed -n '3,10s/^# \{0,1\}//p' "$0"; exit 0 ;;
     *) echo "check-package.sh: unknown option $1; see check-package.sh --help" >&2; exit 2 ;;
 esac
-if [ "$mode" = root ] && [ "$(id -u)" -ne 0 ]; then
-    echo "check-package.sh: a fresh Debian root needs root rights; use --here without" >&2
-    exit 1
+say() { echo "check-package.sh: $*"; }
+# Ends a mode that cannot be: the check with it, unless there is another one to try.
+not_possible() {
+    if [ "$mode" = root ]; then
+        echo "check-package.sh: $*" >&2
+        exit 1
+    fi
+    say "$*; unpacking here instead"
+    mode=here
+}
+
+if [ "$mode" != here ] && [ "$(id -u)" -ne 0 ]; then
+    not_possible "a fresh Debian root needs root rights"
 fi
 
 "$here/scripts/setup.sh"
 cd "$here"
-say() { echo "check-package.sh: $*"; }
 
 say "building the packages"
 cmake --preset package >/dev/null
@@ -32,10 +43,10 @@ rm -f build/package/*.deb
 (cd build/package && cpack >cpack.log) || { tail -n 20 build/package/cpack.log >&2; exit 1; }
 ls -l build/package/*.deb
 
-if command -v lintian >/dev/null; then
-    say "lintian"
-    lintian --fail-on error,warning --tag-display-limit 0 build/package/*.deb
-fi
+say "lintian"
+user=()
+[ "$(id -u)" -ne 0 ] || user=(--allow-root)
+lintian "${user[@]}" --fail-on error,warning --tag-display-limit 0 build/package/*.deb
 
 example=Examples/FirstContext
 work=$(mktemp -d)
@@ -45,6 +56,33 @@ cleanup() {
 }
 trap cleanup EXIT
 
+inside() { chroot "$work/root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 "$@"; }
+
+# A minimal Debian with what a developer has, reaching its packages as this machine does.
+create_root() {
+    local mirror
+    mirror=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE)' | sed -n 's/ bookworm$//p' | head -n 1)
+    debootstrap --variant=minbase --include=ca-certificates bookworm "$work/root" "${mirror:-http://deb.debian.org/debian}" &&
+        rm -f "$work/root/etc/apt/sources.list" &&
+        cp -r /etc/apt/apt.conf.d /etc/apt/sources.list* "$work/root/etc/apt/" &&
+        { cp /etc/resolv.conf "$work/root/etc/" || true; } &&
+        { mount -t proc proc "$work/root/proc" || true; } &&
+        inside apt-get update -qq &&
+        inside apt-get install -y -qq --no-install-recommends g++ cmake make pkgconf &&
+        inside apt-get clean
+}
+
+if [ "$mode" != here ]; then
+    say "a fresh Debian root"
+    if ! create_root >"$work/root.log" 2>&1; then
+        tail -n 5 "$work/root.log" >&2
+        not_possible "no Debian can be installed into a folder here"
+    fi
+fi
+
+printf 'fit\ncommand select-all\nshot all\n' >"$work/script"
+rm -rf build/package/pictures
+
 if [ "$mode" = here ]; then
     for package in build/package/*.deb; do
         dpkg-deb -x "$package" "$work/prefix"
@@ -52,28 +90,16 @@ if [ "$mode" = here ]; then
     cp -r "$example" "$work/first"
     library=$(dirname "$(find "$work/prefix" -name 'libkoInteraction.so.1')")
     export LD_LIBRARY_PATH="$library" QT_QPA_PLATFORM=offscreen
-    "$work/prefix/usr/bin/koviewer" --version
+    say "a first context"
     cmake -S "$work/first" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/prefix/usr" >/dev/null
-    cmake --build "$work/build"
+    cmake --build "$work/build" >/dev/null
     "$work/build/FirstContext"
-    say "the packages work"
+    say "the viewer"
+    "$work/prefix/usr/bin/koviewer" --version
+    "$work/prefix/usr/bin/koviewer" --headless --script "$work/script" --out build/package/pictures --generate 100
+    say "the packages work; see build/package/pictures"
     exit 0
 fi
-
-say "a fresh Debian root"
-mirror=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE)' | sed -n 's/ bookworm$//p' | head -n 1)
-debootstrap --variant=minbase --include=ca-certificates bookworm "$work/root" "${mirror:-http://deb.debian.org/debian}" >"$work/debootstrap.log" ||
-    { tail -n 20 "$work/debootstrap.log" >&2; exit 1; }
-# As this machine reaches its packages.
-cp -r /etc/apt/apt.conf.d /etc/apt/sources.list.d "$work/root/etc/apt/"
-[ ! -e /etc/apt/sources.list ] || cp /etc/apt/sources.list "$work/root/etc/apt/"
-cp /etc/resolv.conf "$work/root/etc/" 2>/dev/null || true
-mount -t proc proc "$work/root/proc"
-inside() { chroot "$work/root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 "$@"; }
-inside apt-get update -qq
-inside apt-get install -y -qq --no-install-recommends g++ cmake make pkgconf >"$work/tools.log" 2>&1
-files() { (cd "$work/root" && find etc usr opt srv -xdev | grep -v -E '^usr/share/(doc|man|info|locale)/|^etc/(ld.so.cache|mailcap)|/__pycache__' | sort); }
-inside apt-get clean
 
 mkdir "$work/root/packages"
 cp build/package/*.deb "$work/root/packages/"
@@ -98,14 +124,16 @@ say "the viewer"
 inside koviewer --version
 # What a machine with a display has anyway.
 inside apt-get install -y -qq --no-install-recommends libegl1 libegl-mesa0 libgl1-mesa-dri >"$work/drivers.log" 2>&1
-inside sh -c 'printf "fit\ncommand select-all\nshot all\n" >/script && koviewer --headless --script /script --out /pictures --generate 100 && ls -l /pictures'
+cp "$work/script" "$work/root/script"
+inside koviewer --headless --script /script --out /pictures --generate 100
+cp -r "$work/root/pictures" build/package/
 
 say "removing"
 inside apt-get purge -y -qq koviewer libkointeraction-dev libkointeraction1 >"$work/purge.log" 2>&1
-left=$(files | grep -i -E 'kointeraction|koviewer|libkoHost|libkoSceneGraph' || true)
+left=$(cd "$work/root" && find etc usr opt srv var -xdev | grep -i -E 'kointeraction|koviewer|libkoHost|libkoSceneGraph' || true)
 if [ -n "$left" ]; then
     echo "check-package.sh: left behind after removing:" >&2
     echo "$left" >&2
     exit 1
 fi
-say "the packages work, and leave nothing behind"
+say "the packages work, and leave nothing behind; see build/package/pictures"

@@ -25,6 +25,8 @@ packages=(
     libgtest-dev libgmock-dev librapidcheck-dev assimp-testmodels
     # how the package is found, and what its binary interface is
     pkgconf abigail-tools
+    # the Debian packages, and a clean Debian to try them in
+    dpkg-dev file lintian debootstrap
     # the manual
     doxygen graphviz
 )

@@ -3,7 +3,7 @@
 #
 # Builds and runs all tests.
 #
-#   scripts/test.sh            everything: gcc 12, clang 14, and both sanitizers over the whole suite
+#   scripts/test.sh            everything: gcc 12, clang 14, both sanitizers over the whole suite, the Debian packages
 #   scripts/test.sh PRESET...  only these presets of CMakePresets.json (dev, qt6, ci, ci-clang, asan)
 set -euo pipefail
 
@@ -11,7 +11,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh
 
 presets=("$@")
-[ ${#presets[@]} -gt 0 ] || presets=(ci ci-clang asan)
+all=false
+if [ ${#presets[@]} -eq 0 ]; then
+    presets=(ci ci-clang asan)
+    all=true
+fi
 
 for preset in "${presets[@]}"; do
     echo "test.sh: preset $preset"
@@ -19,4 +23,7 @@ for preset in "${presets[@]}"; do
     cmake --build --preset "$preset"
     ctest --preset "$preset" -j "$(nproc)"
 done
+if $all; then
+    scripts/check-package.sh
+fi
 echo "test.sh: all tests passed (${presets[*]})"
