@@ -27,6 +27,8 @@ packages=(
     pkgconf abigail-tools
     # the Debian packages, and a clean Debian to try them in
     dpkg-dev file lintian debootstrap
+    # benchmarks, counts of instructions
+    libbenchmark-dev valgrind python3
     # the manual
     doxygen graphviz
 )
