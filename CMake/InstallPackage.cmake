@@ -1,28 +1,48 @@
 # SPDX-License-Identifier: MIT
 #
 # What finds an installation: a CMake package, and a file for pkg-config for each library.
+set(koHostPackage "")
+if(KOINTERACTION_HOST STREQUAL "external")
+    get_target_property(koHostPackage koHost KO_PACKAGE)
+    list(JOIN koHostPackage " " koHostPackage)
+endif()
 configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/koInteractionConfig.cmake.in" koInteractionConfig.cmake
     INSTALL_DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
-    PATH_VARS KOINTERACTION_INSTALL_INCLUDEDIR KOINTERACTION_INSTALL_TRANSLATIONSDIR)
+    PATH_VARS KOINTERACTION_INSTALL_INCLUDEDIR KOINTERACTION_INSTALL_TRANSLATIONSDIR CMAKE_INSTALL_LIBDIR)
 write_basic_package_version_file(koInteractionConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES
-        "${CMAKE_CURRENT_BINARY_DIR}/koInteractionConfig.cmake"
-        "${CMAKE_CURRENT_BINARY_DIR}/koInteractionConfigVersion.cmake"
-    DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
-    COMPONENT InteractionDevelopment)
+set(koPackageFiles
+    "${CMAKE_CURRENT_BINARY_DIR}/koInteractionConfig.cmake"
+    "${CMAKE_CURRENT_BINARY_DIR}/koInteractionConfigVersion.cmake")
 if(KOINTERACTION_OPENSG STREQUAL "system")
-    install(FILES "${CMAKE_CURRENT_LIST_DIR}/FindOpenSG.cmake"
-        DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}"
-        COMPONENT InteractionDevelopment)
+    list(APPEND koPackageFiles "${CMAKE_CURRENT_LIST_DIR}/FindOpenSG.cmake")
 endif()
+# With each component, so that one of them is found without the others.
+foreach(component InteractionDevelopment HostDevelopment SceneGraphDevelopment)
+    if(NOT (component STREQUAL "HostDevelopment" AND KOINTERACTION_HOST STREQUAL "external"))
+        install(FILES ${koPackageFiles} DESTINATION "${KOINTERACTION_INSTALL_CMAKEDIR}" COMPONENT ${component})
+    endif()
+endforeach()
 
 # ko_install_pkg_config(<name> <component> DESCRIPTION <text> [REQUIRES <package>...] [FLAGS <flag>...]
 #                       [LIBRARIES <flag>...])
 function(ko_install_pkg_config name component)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "DESCRIPTION" "REQUIRES;FLAGS;LIBRARIES")
     set(folder "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
-    file(RELATIVE_PATH koPrefixFromPkgConfig "/prefix/${folder}" "/prefix")
-    string(REGEX REPLACE "/$" "" koPrefixFromPkgConfig "${koPrefixFromPkgConfig}")
+    # Beside the file, but for folders that whoever builds has fixed.
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+        set(koPkgConfigPrefix "${CMAKE_INSTALL_PREFIX}")
+        set(koPkgConfigLibraries "${CMAKE_INSTALL_LIBDIR}")
+    else()
+        file(RELATIVE_PATH up "/prefix/${folder}" "/prefix")
+        string(REGEX REPLACE "/$" "" up "${up}")
+        set(koPkgConfigPrefix "\${pcfiledir}/${up}")
+        set(koPkgConfigLibraries "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+    endif()
+    if(IS_ABSOLUTE "${KOINTERACTION_INSTALL_INCLUDEDIR}")
+        set(koPkgConfigHeaders "${KOINTERACTION_INSTALL_INCLUDEDIR}")
+    else()
+        set(koPkgConfigHeaders "\${prefix}/${KOINTERACTION_INSTALL_INCLUDEDIR}")
+    endif()
     set(koPackageName ${name})
     set(koPackageDescription "${arg_DESCRIPTION}")
     list(JOIN arg_REQUIRES ", " koPackageRequires)
