@@ -187,6 +187,18 @@ def print_figures(result, output):
                      f"{values['allocations']:.3g}" if "allocations" in values else "",
                      result["fits"].get(split(name)[0], "") if split(name)[1] is not None else ""))
     print_table(rows, output)
+    print_memory(result, output)
+
+
+def print_memory(result, output):
+    keys = ("bytes", "bytes_in_pools", "resident_bytes", "bytes_after_clear")
+    rows = [("Bytes for each node", "Asked for", "In pools", "Resident", "After clearing")]
+    for name, values in result["benchmarks"].items():
+        if all(key in values for key in keys):
+            rows.append((name, *(f"{values[key]:.0f}" for key in keys)))
+    if len(rows) > 1:
+        print(file=output)
+        print_table(rows, output)
 
 
 def run(arguments):

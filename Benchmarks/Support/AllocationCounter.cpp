@@ -11,13 +11,17 @@ namespace {
 thread_local bool isCounting = false;
 thread_local quon::benchmarks::AllocationCount count{};
 
+std::ptrdiff_t getHeldBytes(void* memory) noexcept
+{
+    return static_cast<std::ptrdiff_t>(malloc_usable_size(memory) + sizeof(std::size_t));
+}
+
 void* note(void* memory, const std::size_t size, const bool isSlab) noexcept
 {
     if (isCounting && memory != nullptr) {
         ++count.allocations;
-        count.slabs += isSlab ? 1U : 0U;
-        count.bytes += size;
-        count.heldBytes += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+        count.slabBytes += isSlab ? size : 0U;
+        count.heldBytes += getHeldBytes(memory);
     }
     return memory;
 }
@@ -46,8 +50,8 @@ void* orThrow(void* memory)
 
 void release(void* memory) noexcept
 {
-    if (isCounting) {
-        count.heldBytes -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+    if (isCounting && memory != nullptr) {
+        count.heldBytes -= getHeldBytes(memory);
     }
     std::free(memory);
 }

@@ -7,10 +7,10 @@ namespace quon::benchmarks {
 
 /** What a piece of work asked of the memory. */
 struct AllocationCount {
-    std::size_t allocations;  ///< calls of operator new in all its forms, the scene graph's requests for slabs included
-    std::size_t slabs;        ///< those among them with an alignment: what the scene graph's pools ask for
-    std::size_t bytes;        ///< what all of them asked for
-    std::ptrdiff_t heldBytes; ///< what is held more than before, as the allocator rounds it
+    std::size_t allocations; ///< calls of operator new in all its forms, the scene graph's requests for slabs included
+    std::size_t slabBytes;   ///< asked for with an alignment: what the scene graph's pools take
+    std::ptrdiff_t
+        heldBytes; ///< held more than before, as the allocator rounds it and with its own word for each piece
 };
 
 /**
