@@ -73,6 +73,7 @@ int main(int argc, char** argv)
     // Borrowed pointers go first.
     manager->removeContext(&view);
     selection->removeVisualisation(&boxes);
+    Scene::removeChild(scene.getOverlays(), boxes.getVisualisation());
     manager->removeContext(&context);
     return result;
 }

@@ -40,6 +40,13 @@ public:
         parent->addChild(child);
     }
 
+    /** Takes @p child out of the scene, which lets go of it. */
+    static void removeChild(const osg::NodePtr& parent, const osg::NodePtr& child)
+    {
+        const osg::CPEditor edit(parent, osg::Node::ChildrenFieldMask);
+        parent->subChild(child);
+    }
+
 private:
     static osg::NodePtr makeGroup()
     {
