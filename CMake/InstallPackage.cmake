@@ -23,6 +23,14 @@ foreach(component InteractionDevelopment HostDevelopment SceneGraphDevelopment)
     endif()
 endforeach()
 
+# The licence goes with every part. A distribution has files of its own for that.
+if(NOT KOINTERACTION_PACKAGES)
+    foreach(component Interaction Host SceneGraph Testing Viewer)
+        install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/koInteraction"
+            COMPONENT ${component})
+    endforeach()
+endif()
+
 # ko_install_pkg_config(<name> <component> DESCRIPTION <text> [REQUIRES <package>...] [FLAGS <flag>...]
 #                       [LIBRARIES <flag>...])
 function(ko_install_pkg_config name component)
