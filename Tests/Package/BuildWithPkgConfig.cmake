@@ -10,7 +10,9 @@ execute_process(COMMAND pkg-config --cflags --libs ${PACKAGES}
     OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND pkg-config --variable=libdir koInteraction
     OUTPUT_VARIABLE libraries OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+# As a shell reads them: blanks in names of folders are escaped.
 separate_arguments(flags UNIX_COMMAND "${flags}")
+separate_arguments(libraries UNIX_COMMAND "${libraries}")
 if(SANITIZE)
     list(PREPEND flags -fsanitize=address,undefined)
 endif()
