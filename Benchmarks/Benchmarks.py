@@ -8,6 +8,7 @@ Called by scripts/bench.sh; its --help says what the options are.
 import argparse
 import collections
 import json
+import math
 import os
 import pathlib
 import re
@@ -19,6 +20,10 @@ import tempfile
 HERE = pathlib.Path(__file__).resolve().parent
 NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 SMALL = 100000
+# What is the same in every run, whatever else the machine does.
+COUNTED = ("allocations", "bytes")
+CURVES = {"1": lambda size: 1, "lg N": lambda size: math.log2(size + 1), "N": lambda size: size,
+          "N lg N": lambda size: size * math.log2(size + 1), "N^2": lambda size: size ** 2}
 
 
 class Failure(Exception):
@@ -27,7 +32,7 @@ class Failure(Exception):
 
 def plain(name):
     """The name without what Google Benchmark appends about how it measured."""
-    return re.sub(r"/(iterations:\d+|manual_time|real_time)(?=/|_BigO$|_RMS$|$)", "", name)
+    return re.sub(r"/(iterations:\d+|manual_time)(?=/|$)", "", name)
 
 
 def split(name):
@@ -97,9 +102,8 @@ def figures(entry):
 
 
 def measure(program, families, runs, seconds):
-    """The medians of all runs, and the fits of each family."""
+    """The medians of all runs."""
     values = collections.OrderedDict()
-    fits = collections.OrderedDict()
     progress = Progress(len(families) * runs)
     for run in range(runs):
         for family, names in families.items():
@@ -107,16 +111,29 @@ def measure(program, families, runs, seconds):
             for entry in run_family(program, names, seconds):
                 if entry.get("error_occurred"):
                     raise Failure(f"{plain(entry['name'])}: {entry.get('error_message')}")
-                if entry["run_type"] == "iteration":
-                    for key, value in figures(entry).items():
-                        values.setdefault(plain(entry["name"]), {}).setdefault(key, []).append(value)
-                elif entry.get("aggregate_name") == "BigO":
-                    fits.setdefault(family, collections.Counter())[entry["big_o"]] += 1
+                for key, value in figures(entry).items():
+                    values.setdefault(plain(entry["name"]), {}).setdefault(key, []).append(value)
     progress.finish()
     benchmarks = {name: {key: statistics.median(found) for key, found in of_one.items()}
                   for name, of_one in values.items()}
-    return {"runs": runs, "seconds": seconds, "benchmarks": benchmarks,
-            "fits": {family: counts.most_common(1)[0][0] for family, counts in fits.items()}}
+    return {"runs": runs, "seconds": seconds, "benchmarks": benchmarks}
+
+
+def find_fits(benchmarks):
+    """How the time of each family grows with the size: the curve with the smallest error in the squares."""
+    points = {}
+    for name, values in benchmarks.items():
+        family, size = split(name)
+        if size is not None:
+            points.setdefault(family, []).append((size, values["time"]))
+
+    def error(curve, of_family):
+        factor = (sum(time * curve(size) for size, time in of_family)
+                  / sum(curve(size) ** 2 for size, _ in of_family))
+        return sum((time - factor * curve(size)) ** 2 for size, time in of_family)
+
+    return {family: min(CURVES, key=lambda name, of_family=of_family: error(CURVES[name], of_family))
+            for family, of_family in points.items() if len(of_family) > 2}
 
 
 def describe_machine():
@@ -165,11 +182,14 @@ def judge(budget, benchmarks):
     return text, f"{bound} {budget[bound]}", "ok" if holds else "MISSED"
 
 
+def load_budgets():
+    return json.loads((HERE / "Budgets.json").read_text(encoding="utf-8"))
+
+
 def print_budgets(result, output):
     """Returns whether a budget was missed."""
-    budgets = json.loads((HERE / "Budgets.json").read_text(encoding="utf-8"))
     rows = [("Work", "Figure", "Budget", "")]
-    for budget in budgets:
+    for budget in load_budgets():
         judged = judge(budget, result["benchmarks"])
         if judged is not None:
             rows.append((budget["work"], *judged))
@@ -181,11 +201,12 @@ def print_budgets(result, output):
 
 def print_figures(result, output):
     rows = [("Benchmark", "Time", "Each node", "Allocations", "Fit")]
+    fits = find_fits(result["benchmarks"])
     for name, values in result["benchmarks"].items():
         rows.append((name, write_time(values["time"]),
                      write_time(values["per_node"]) if "per_node" in values else "",
                      f"{values['allocations']:.3g}" if "allocations" in values else "",
-                     result["fits"].get(split(name)[0], "") if split(name)[1] is not None else ""))
+                     fits.get(split(name)[0], "")))
     print_table(rows, output)
     print_memory(result, output)
 
@@ -225,6 +246,22 @@ def run(arguments):
     return 3 if is_missed else 0
 
 
+def check_counted(program):
+    """Measures as little as it can and looks only at the budgets of what is counted."""
+    budgets = [budget for budget in load_budgets() if budget["value"] in COUNTED]
+    wanted = {budget["benchmark"] for budget in budgets}
+    families = {family: [name for name in names if plain(name) in wanted]
+                for family, names in list_families(program, "", False).items()}
+    result = measure(program, {family: names for family, names in families.items() if names}, 1, 0)
+    missing = sorted(wanted - set(result["benchmarks"]))
+    if missing:
+        raise Failure(f"Budgets.json names {missing[0]}, which does not exist")
+    rows = [("Work", "Figure", "Budget", "")]
+    rows += [(budget["work"], *judge(budget, result["benchmarks"])) for budget in budgets]
+    print_table(rows, sys.stdout)
+    return 3 if any(row[3] == "MISSED" for row in rows) else 0
+
+
 def load(name):
     try:
         return json.loads(pathlib.Path(name).read_text(encoding="utf-8"))["benchmarks"]
@@ -260,10 +297,14 @@ def main():
     parser.add_argument("--out", default="build/bench/Results/latest.json", metavar="FILE",
                         help="where the figures go; a table is written beside it (%(default)s)")
     parser.add_argument("--compare", nargs=2, metavar=("BEFORE", "AFTER"), help="ratios of two such files; runs nothing")
+    parser.add_argument("--counted", action="store_true",
+                        help="check allocations and memory only, which no other program disturbs")
     parser.add_argument("--program", default="build/bench/bin/koInteractionBenchmarks", help=argparse.SUPPRESS)
     arguments = parser.parse_args()
     if arguments.compare:
         return compare(*arguments.compare)
+    if arguments.counted:
+        return check_counted(arguments.program)
     return run(arguments)
 
 

@@ -289,7 +289,6 @@ void commandOnAll(benchmark::State& state, const Shown shown, const Command comm
                                          command)
                 ->RangeMultiplier(10)
                 ->Range(1000, 1000000)
-                ->Complexity()
                 ->Unit(benchmark::kMicrosecond);
         };
         add("selectAll", Command::SelectAll);

@@ -58,7 +58,6 @@ benchmark::internal::Benchmark* add(const std::string& name, const Shown shown, 
     return benchmark::RegisterBenchmark(fullName.c_str(), arguments...)
         ->RangeMultiplier(10)
         ->Range(fewest, most)
-        ->Complexity()
         ->Unit(benchmark::kMicrosecond);
 }
 

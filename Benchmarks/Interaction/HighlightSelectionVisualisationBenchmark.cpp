@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Support/Measure.h"
-#include "Support/PartScene.h"
+#include "Support/Trees.h"
 
 #include <Interaction/HighlightSelectionVisualisation.h>
 
@@ -8,13 +8,11 @@
 
 #include <OpenSG/OSGConfig.h>
 
-#include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGNode.h>
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
-#include <vector>
 
 namespace quon::benchmarks {
 
@@ -24,50 +22,6 @@ using testing::NodeRef;
 
 constexpr int fewest = 1000;
 constexpr int most = 1000000;
-
-// Each node below the one before.
-NodeRef makeDeepTree(const std::size_t count)
-{
-    NodeRef root = testing::makeNode(osg::Group::create());
-    osg::NodePtr last = root.get();
-    for (std::size_t i = 1; i < count; ++i) {
-        last = testing::addChild(last, osg::Group::create());
-    }
-    return root;
-}
-
-// All nodes below one.
-NodeRef makeWideTree(const std::size_t count)
-{
-    NodeRef root = testing::makeNode(osg::Group::create());
-    for (std::size_t i = 1; i < count; ++i) {
-        testing::addChild(root, osg::Group::create());
-    }
-    return root;
-}
-
-// A machine: assemblies of parts that share their shapes.
-NodeRef makeMixedTree(const std::size_t count)
-{
-    // The parts alone make about as many nodes as are wanted.
-    const PartScene scene(count);
-    return NodeRef(scene.getRoot());
-}
-
-std::size_t countNodes(const osg::NodePtr& root)
-{
-    std::vector<osg::NodePtr> pending{root};
-    std::size_t count = 0;
-    while (!pending.empty()) {
-        const osg::NodePtr node = pending.back();
-        pending.pop_back();
-        ++count;
-        for (osg::UInt32 i = 0; i < node->getNChildren(); ++i) {
-            pending.push_back(node->getChild(i));
-        }
-    }
-    return count;
-}
 
 void clone(benchmark::State& state, NodeRef (*makeTree)(std::size_t count))
 {
@@ -88,7 +42,6 @@ void clone(benchmark::State& state, NodeRef (*makeTree)(std::size_t count))
         benchmark::RegisterBenchmark(name, clone, makeTree)
             ->RangeMultiplier(10)
             ->Range(fewest, most)
-            ->Complexity()
             ->Unit(benchmark::kMicrosecond);
     };
     add("HighlightSelectionVisualisation/cloneSelectionTree/deep", makeDeepTree);

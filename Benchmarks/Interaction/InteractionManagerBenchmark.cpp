@@ -88,7 +88,6 @@ void bareProgram(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     check(state, isConsumed && last.events == static_cast<std::size_t>(state.iterations()) + 1,
           "not every event reached the last context");
 }
@@ -105,7 +104,6 @@ void triggerEvent(benchmark::State& state)
     }
 
     countAllocations(state, [&] { isConsumed &= stack.getManager().triggerEvent(event); });
-    state.SetComplexityN(state.range());
     const auto calls = static_cast<std::size_t>(state.iterations()) + 1;
     check(state, isConsumed && stack.getTop().events == calls && stack.getBottom().events == calls,
           "not every event reached the last context");
@@ -125,7 +123,6 @@ void buildAndTriggerEvent(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     const auto calls = static_cast<std::size_t>(state.iterations()) + 1;
     check(state, isConsumed && stack.getTop().events == calls && stack.getBottom().events == calls,
           "not every event reached the last context");
@@ -141,7 +138,6 @@ void pointerMoved(benchmark::State& state)
     }
 
     countAllocations(state, [&] { stack.getManager().pointerMoved(position); });
-    state.SetComplexityN(state.range());
     const auto calls = static_cast<std::size_t>(state.iterations()) + 1;
     check(state, stack.getTop().movements == calls && stack.getBottom().movements == calls,
           "not every movement reached all contexts");
@@ -157,7 +153,6 @@ void cameraMoved(benchmark::State& state)
     }
 
     countAllocations(state, [&] { stack.getManager().cameraMoved(camera); });
-    state.SetComplexityN(state.range());
     const auto calls = static_cast<std::size_t>(state.iterations()) + 1;
     check(state, stack.getTop().movements == calls && stack.getBottom().movements == calls,
           "not every movement reached all contexts");
@@ -179,7 +174,6 @@ void raiseContext(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     stack.getManager().raiseContext(&stack.getTop());
     stack.getManager().triggerEvent(InteractionEvent("tool:select", "start"));
     check(state, stack.getTop().events == 1, "a context that was raised is not on top");
@@ -199,14 +193,13 @@ void addAndRemoveContext(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     stack.getManager().triggerEvent(InteractionEvent("tool:select", "start"));
     check(state, context.events == 0 && stack.getTop().events == 1, "a context that was removed is still there");
 }
 
 [[maybe_unused]] const bool isRegistered = [] {
     const auto add = [](const char* name, void (*function)(benchmark::State&)) {
-        benchmark::RegisterBenchmark(name, function)->RangeMultiplier(10)->Range(1, 100)->Complexity();
+        benchmark::RegisterBenchmark(name, function)->RangeMultiplier(10)->Range(1, 100);
     };
     add("InteractionManager/triggerEvent", triggerEvent);
     add("InteractionManager/InteractionEvent+triggerEvent", buildAndTriggerEvent);

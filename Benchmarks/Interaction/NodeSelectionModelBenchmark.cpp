@@ -180,7 +180,6 @@ void toggle(benchmark::State& state, const Shown shown)
         }
     }
 
-    state.SetComplexityN(state.range());
     countAllocations(state, work);
     check(state, selection.shows(count), "not everything is selected and shown");
 }
@@ -205,7 +204,6 @@ void replaceByOne(benchmark::State& state, const Shown shown)
         }
     }
 
-    state.SetComplexityN(state.range());
     countAllocations(state, work);
     check(state, selection.shows(1), "not exactly one node is selected and shown");
 }
@@ -254,7 +252,7 @@ benchmark::internal::Benchmark* addOne(const std::string& name, const Shown show
 template <class... Arguments>
 void add(const std::string& name, const Shown shown, const Arguments&... arguments)
 {
-    addOne(name, shown, arguments...)->RangeMultiplier(10)->Range(fewest, most)->Complexity();
+    addOne(name, shown, arguments...)->RangeMultiplier(10)->Range(fewest, most);
 }
 
 // Done once: alone in a process, its memory is all new.

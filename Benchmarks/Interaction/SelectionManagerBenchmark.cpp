@@ -47,7 +47,6 @@ void get(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     check(state, isFound, "a model is not found by its name");
 }
 
@@ -62,7 +61,6 @@ void createExisting(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     check(state, isFound, "a model that is there was made a second time");
 }
 
@@ -77,7 +75,6 @@ void createAndRemove(benchmark::State& state)
     }
 
     countAllocations(state, work);
-    state.SetComplexityN(state.range());
     check(state,
           managed.manager.getSelectionModel(name) == nullptr &&
               managed.manager.getSelectionModel(managed.lastName) == managed.last,
@@ -86,7 +83,7 @@ void createAndRemove(benchmark::State& state)
 
 [[maybe_unused]] const bool isRegistered = [] {
     const auto add = [](const char* name, void (*function)(benchmark::State&)) {
-        benchmark::RegisterBenchmark(name, function)->RangeMultiplier(10)->Range(1, 1000)->Complexity();
+        benchmark::RegisterBenchmark(name, function)->RangeMultiplier(10)->Range(1, 1000);
     };
     add("SelectionManager/getSelectionModel", get);
     add("SelectionManager/createSelectionModel/existing", createExisting);

@@ -2,11 +2,7 @@
 #pragma once
 
 #include "Support/AllocationCounter.h"
-
-#include <OpenSG/OSGConfig.h>
-
-#include <OpenSG/OSGChangeList.h>
-#include <OpenSG/OSGThread.h>
+#include "Support/Changes.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,12 +10,6 @@
 #include <cstddef>
 
 namespace quon::benchmarks {
-
-/** Forgets the changes of the scene recorded so far, as a host does after each frame; their memory is kept. */
-inline void forgetChanges()
-{
-    osg::Thread::getCurrentChangeList()->clearAll();
-}
 
 /** Marks the run as failed when its result is wrong; to be called after the timed part. */
 inline void check(benchmark::State& state, const bool isRight, const char* what)
@@ -54,7 +44,6 @@ void measureNodes(benchmark::State& state, const std::size_t count, const Prepar
         work();
     }
     const auto nodes = static_cast<double>(count);
-    state.SetComplexityN(static_cast<benchmark::IterationCount>(count));
     state.counters["per_node"] =
         benchmark::Counter(nodes, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Support/PartScene.h"
 
-#include "Support/Measure.h"
+#include "Support/Changes.h"
 
 #include <Extensions/SceneExtensions.h>
 
