@@ -24,9 +24,9 @@ using viewer::SceneChanges;
 
 class SceneChangesTest : public SceneFixture {
 protected:
-    static void note(const osg::UInt32 id, const osg::BitVector mask)
+    static SceneChanges::Changed merge(const SceneChanges::Changed& entries)
     {
-        osg::Thread::getCurrentChangeList()->addChanged(id, mask);
+        return SceneChanges::merge(entries.begin(), entries.end());
     }
 };
 
@@ -45,22 +45,25 @@ TEST_F(SceneChangesTest, TakingEmptiesTheList)
 
 TEST_F(SceneChangesTest, ChangesOfOneContainerAreMergedAndIdsAscend)
 {
-    note(7, 1);
-    note(5, 2);
-    note(7, 4);
-    note(6, 8);
-
-    EXPECT_THAT(SceneChanges::take().getChanged(), ElementsAre(Pair(5, 2), Pair(6, 8), Pair(7, 5)));
+    EXPECT_THAT(merge({{7, 1}, {5, 2}, {7, 4}, {6, 8}}), ElementsAre(Pair(5, 2), Pair(6, 8), Pair(7, 5)));
 }
 
 TEST_F(SceneChangesTest, IdsFarApartAreMergedAndAscendToo)
 {
-    note(4000000000U, 1);
-    note(5, 2);
-    note(4000000000U, 4);
-    note(70000, 8);
+    EXPECT_THAT(merge({{4000000000U, 1}, {5, 2}, {4000000000U, 4}, {70000, 8}}),
+                ElementsAre(Pair(5, 2), Pair(70000, 8), Pair(4000000000U, 5)));
+}
 
-    EXPECT_THAT(SceneChanges::take().getChanged(), ElementsAre(Pair(5, 2), Pair(70000, 8), Pair(4000000000U, 5)));
+TEST_F(SceneChangesTest, TheFieldsOfOneContainerAreTakenTogether)
+{
+    const osg::RefPtr<osg::NodePtr> node(makeGroup());
+    SceneChanges::take();
+    osg::endEditCP(node.get(), osg::Node::TravMaskFieldMask);
+    osg::endEditCP(node.get(), osg::Node::ChildrenFieldMask);
+
+    const osg::UInt32 id = osg::getContainerId(node.get());
+    EXPECT_THAT(SceneChanges::take().getChanged(),
+                Contains(Pair(id, osg::Node::TravMaskFieldMask | osg::Node::ChildrenFieldMask)));
 }
 
 TEST_F(SceneChangesTest, DestroyedContainersAreListed)

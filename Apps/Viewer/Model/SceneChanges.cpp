@@ -18,7 +18,7 @@ bool isBefore(const Changed::value_type& a, const Changed::value_type& b)
     return a.first < b.first;
 }
 
-using Iterator = osg::ChangeList::changed_const_iterator;
+using Iterator = Changed::const_iterator;
 
 // What was announced without a field changed nothing.
 Changed sortAndMerge(const Iterator begin, const Iterator end)
@@ -39,9 +39,11 @@ Changed sortAndMerge(const Iterator begin, const Iterator end)
     return merged;
 }
 
-// One entry for each container, by ascending id. A hundred thousand new selection boxes leave two million entries,
+} // namespace
+
+// A hundred thousand new selection boxes leave two million entries,
 // whose ids lie close together: those are gathered by their place among the ids, which takes a tenth of sorting.
-Changed merge(const Iterator begin, const Iterator end)
+SceneChanges::Changed SceneChanges::merge(const Iterator begin, const Iterator end)
 {
     if (begin == end) {
         return {};
@@ -66,8 +68,6 @@ Changed merge(const Iterator begin, const Iterator end)
     merged.resize(count);
     return merged;
 }
-
-} // namespace
 
 void SceneChanges::startRecording()
 {

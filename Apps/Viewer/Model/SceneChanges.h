@@ -40,6 +40,9 @@ public:
 
     using Changed = std::vector<std::pair<osg::UInt32, osg::BitVector>>;
 
+    /** Makes one entry for each id of what was recorded: ascending, with all its fields; none for an empty mask. */
+    static Changed merge(Changed::const_iterator begin, Changed::const_iterator end);
+
     /** The ids of the changed containers, ascending and each once, with their changed fields. */
     const Changed& getChanged() const { return m_changed; }
     const std::vector<osg::UInt32>& getDestroyed() const { return m_destroyed; }

@@ -18,8 +18,8 @@ namespace quon::viewer {
 namespace {
 
 constexpr osg::UInt32 Hidden = 0;
-constexpr osg::BitVector StructureMask = osg::Node::ChildrenFieldMask | osg::Node::CoreFieldMask;
-constexpr osg::BitVector StateMask = osg::Node::TravMaskFieldMask | osg::Node::AttachmentsFieldMask;
+const osg::BitVector StructureMask = osg::Node::ChildrenFieldMask | osg::Node::CoreFieldMask;
+const osg::BitVector StateMask = osg::Node::TravMaskFieldMask | osg::Node::AttachmentsFieldMask;
 
 bool isNamed(const osg::NodePtr& node)
 {
