@@ -71,10 +71,11 @@ if(KOINTERACTION_OPENSG STREQUAL "system")
     foreach(definition ${definitions})
         list(APPEND sceneGraphFlags "-D${definition}")
     endforeach()
+    cmake_path(GET OpenSG_BASE_LIBRARY PARENT_PATH folder)
     ko_install_pkg_config(koInteractionSceneGraph SceneGraph
         DESCRIPTION "OpenSG and what it lacks of the host's extensions"
         FLAGS "-I\${includedir}" ${sceneGraphFlags}
-        LIBRARIES -lkoOpenSGExtensions "${OpenSG_SYSTEM_LIBRARY}" "${OpenSG_BASE_LIBRARY}" -lGL -lpthread)
+        LIBRARIES -lkoOpenSGExtensions "${OpenSG_SYSTEM_LIBRARY}" "${OpenSG_BASE_LIBRARY}" "-Wl,-rpath,${folder}" -lGL -lpthread)
 else()
     ko_install_pkg_config(koInteractionSceneGraph SceneGraph
         DESCRIPTION "Scene graph that is source compatible with OpenSG 1.x"

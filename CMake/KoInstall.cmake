@@ -20,6 +20,10 @@ set(KOINTERACTION_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/koInteraction"
 # with CMAKE_SKIP_INSTALL_RPATH: its loader knows the folder.
 file(RELATIVE_PATH koLibraryFolder "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${koLibraryFolder}")
+if(KOINTERACTION_OPENSG STREQUAL "system")
+    # It may be where no loader looks.
+    set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
+endif()
 
 # ko_get_development_component(<component> <variable>)
 #

@@ -286,11 +286,11 @@ protected:
         Work work;
         work.allocations = static_cast<std::ptrdiff_t>(getAllocationCount() - allocationsBefore);
         work.calls = static_cast<std::ptrdiff_t>(selected.getCalls() - callsBefore);
-        work.created = changes->sizeCreated();
-        work.destroyed = changes->sizeDestroyed();
-        work.referenced = changes->sizeAddRefd();
-        work.released = changes->sizeSubRefd();
-        work.changed = changes->sizeChanged();
+        work.created = static_cast<std::ptrdiff_t>(changes->sizeCreated());
+        work.destroyed = static_cast<std::ptrdiff_t>(changes->sizeDestroyed());
+        work.referenced = static_cast<std::ptrdiff_t>(changes->sizeAddRefd());
+        work.released = static_cast<std::ptrdiff_t>(changes->sizeSubRefd());
+        work.changed = static_cast<std::ptrdiff_t>(changes->sizeChanged());
         const std::size_t left = GetParam().leavesAllSelected ? count : 0;
         EXPECT_EQ(selected.model().getSelection().size(), left);
         EXPECT_EQ(selected.countShown(), 2 * left);
