@@ -18,6 +18,7 @@ import sys
 import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
+BUILD = HERE.parent / "build" / "bench"
 NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 SMALL = 100000
 # What is the same in every run, whatever else the machine does.
@@ -230,14 +231,15 @@ def print_memory(result, output):
 def run(arguments):
     program = arguments.program
     families = list_families(program, arguments.filter, arguments.quick)
+    output = pathlib.Path(arguments.out)
+    output.parent.mkdir(parents=True, exist_ok=True)
+    output.touch()
     machine = describe_machine()
     if machine["load"] > 0.5:
         print(f"bench.sh: other programs run (load {machine['load']}); do not trust the figures")
     runs = arguments.runs or (1 if arguments.quick else 3)
-    result = {"machine": machine, **measure(program, families, runs, 0.05 if arguments.quick else 0.5)}
+    result = {"machine": machine, **measure(program, families, runs, 0.05 if arguments.quick else 0.2)}
 
-    output = pathlib.Path(arguments.out)
-    output.parent.mkdir(parents=True, exist_ok=True)
     output.write_text(json.dumps(result, indent=1) + "\n", encoding="utf-8")
     with output.with_suffix(".txt").open("w", encoding="utf-8") as table:
         print_figures(result, table)
@@ -289,23 +291,30 @@ def compare(before_name, after_name):
     if len(rows) == 1:
         raise Failure(f"{before_name} and {after_name} have no benchmark in common")
     print_table(rows, sys.stdout)
-    for name in sorted(set(before) ^ set(after)):
-        print(f"only in {before_name if name in before else after_name}: {name}")
+    for name, only in ((before_name, set(before) - set(after)), (after_name, set(after) - set(before))):
+        if only:
+            print(f"{len(only)} more only in {name}")
     return 0
+
+
+def count(text):
+    if not text.isdigit() or int(text) == 0:
+        raise argparse.ArgumentTypeError(f"{text} is no number of runs")
+    return int(text)
 
 
 def main():
     parser = argparse.ArgumentParser(prog="scripts/bench.sh", description="Measures the library.")
     parser.add_argument("--filter", default="", metavar="REGEX", help="only benchmarks with such names")
     parser.add_argument("--quick", action="store_true", help="one short run, at most 100,000 nodes: a first look")
-    parser.add_argument("--runs", type=int, metavar="N", help="processes for each family, of which the median counts (3); more than "
+    parser.add_argument("--runs", type=count, metavar="N", help="processes for each family, of which the median counts (3); more than "
                              "100,000 nodes only in the first")
-    parser.add_argument("--out", default="build/bench/Results/latest.json", metavar="FILE",
-                        help="where the figures go; a table is written beside it (%(default)s)")
+    parser.add_argument("--out", default=BUILD / "Results" / "latest.json", metavar="FILE",
+                        help="where the figures go; a table is written beside it (build/bench/Results/latest.json)")
     parser.add_argument("--compare", nargs=2, metavar=("BEFORE", "AFTER"), help="ratios of two such files; runs nothing")
     parser.add_argument("--counted", action="store_true",
                         help="check allocations and memory only, which no other program disturbs")
-    parser.add_argument("--program", default="build/bench/bin/koInteractionBenchmarks", help=argparse.SUPPRESS)
+    parser.add_argument("--program", default=BUILD / "bin" / "koInteractionBenchmarks", help=argparse.SUPPRESS)
     arguments = parser.parse_args()
     if arguments.compare:
         return compare(*arguments.compare)
@@ -319,6 +328,9 @@ if __name__ == "__main__":
         sys.exit(main())
     except Failure as failure:
         print(f"bench.sh: {failure}", file=sys.stderr)
+        sys.exit(1)
+    except OSError as error:
+        print(f"bench.sh: {error.filename}: {error.strerror}", file=sys.stderr)
         sys.exit(1)
     except KeyboardInterrupt:
         print(file=sys.stderr)

@@ -7,21 +7,20 @@
 #   scripts/bench.sh --quick                 one short run, at most 100,000 nodes
 #   scripts/bench.sh --filter REGEX          only benchmarks with such names
 #   scripts/bench.sh --compare A.json B.json ratios of two results; builds and runs nothing
+#   scripts/bench.sh --counted               only what no other program disturbs: allocations and memory
 #   scripts/bench.sh --help                  the other options
 #
 # Ends with 3 when a budget is missed.
 set -euo pipefail
 
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
-scripts/setup.sh
-
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 for argument in "$@"; do
     case "$argument" in
-        --compare* | -h | --help) exec python3 Benchmarks/Benchmarks.py "$@" ;;
+        --compare* | -h | --help) exec python3 "$here/Benchmarks/Benchmarks.py" "$@" ;;
     esac
 done
 
+"$here/scripts/setup.sh"
 echo "bench.sh: building"
-cmake --preset bench >/dev/null
-cmake --build --preset bench -- --quiet
-exec python3 Benchmarks/Benchmarks.py "$@"
+(cd "$here" && cmake --preset bench >/dev/null && cmake --build --preset bench -- --quiet)
+exec python3 "$here/Benchmarks/Benchmarks.py" "$@"
