@@ -21,7 +21,8 @@ namespace quon::interaction {
  * shouldHaveVisualization(). The host places the root, obtained with getVisualisation(), in its rendered scene.
  *
  * A node is tracked from addNode() until removeNode() or removeAllNodes(). A tracked node has a shown visualisation
- * node, a hidden one, or none: none while it was added to a hidden visualisation or is filtered out.
+ * node, a hidden one, or none: none when it was added while the whole was hidden or while it was filtered out, until an
+ * addNode() or updateNode() creates one.
  *
  * @par Shown and hidden
  * A node is shown when its `TravMask` is exactly 0xFFFFFFFF; partial masks count as hidden. The class itself writes
@@ -30,7 +31,7 @@ namespace quon::interaction {
  * @par Ownership
  * Selected nodes are tracked by container id, without a reference: a scene may destroy them while they are selected.
  * The instance holds one reference to the root and one to every visualisation node; the root, as the parent, holds a
- * second one to each. Both are dropped when the node is removed, always after removeVisualisation() has run.
+ * second one to each. Both are dropped when the node is removed, always after removeVisualisation() where that runs.
  * A reference that the result of createVisualisation() already carries belongs to the subclass and is neither adopted
  * nor released.
  *
@@ -63,7 +64,9 @@ public:
      *
      * Nothing changes and nothing is refreshed when it already is as wanted. Hiding leaves the visualisation nodes'
      * own masks alone. Showing then calls updateNode() for every tracked node in ascending id order; for each one that
-     * no longer exists it writes a line to standard error instead and keeps the entry.
+     * no longer exists, with or without a visualisation node, it writes
+     * "AbstractSelectionVisualisation::setVisible: invalid node pointer!" and a line end to standard error instead and
+     * keeps the entry.
      */
     void setVisible(bool visible) override;
 
@@ -129,8 +132,9 @@ public:
      *
      * Calls removeVisualisation() for every visualisation node in ascending id order of the selected nodes, then
      * removes every child of the root, whoever put it there, and releases the visualisation nodes. For a visualisation
-     * node whose selected node no longer exists it writes a line with the id to standard error instead of calling the
-     * hook; an entry without a visualisation node is dropped without a word.
+     * node whose selected node no longer exists it writes
+     * "AbstractSelectionVisualisation::removeAllNodes: invalid node pointer (%u)!" with the id and a line end to
+     * standard error instead of calling the hook; an entry without a visualisation node is dropped without a word.
      */
     void removeAllNodes() override;
 
@@ -149,8 +153,8 @@ public:
      * Says goodbye to @p visualisation, the visualisation node of @p node.
      *
      * Called from removeNode() and removeAllNodes() while it is still under the root and tracked; right afterwards the
-     * base detaches and releases it. A kind that keeps the node for reuse holds a reference of its own. Doing nothing
-     * is a valid implementation.
+     * base detaches and releases it. Left out where @p node no longer exists. A kind that keeps the visualisation node
+     * for reuse holds a reference of its own. Doing nothing is a valid implementation.
      */
     virtual void removeVisualisation(const osg::NodePtr& node, const osg::NodePtr& visualisation) = 0;
 
@@ -158,7 +162,7 @@ public:
      * Refits @p visualisation to the current state of @p node.
      *
      * Called from addNode() and updateNode() for a visualisation node that exists, only while the visualisation is
-     * visible and shouldHaveVisualization() is true.
+     * visible and shouldHaveVisualization() is true; by updateNode() for a shown node only.
      */
     virtual void updateVisualisation(const osg::NodePtr& node, const osg::NodePtr& visualisation) = 0;
 

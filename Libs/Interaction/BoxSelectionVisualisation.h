@@ -23,7 +23,9 @@ namespace quon::interaction {
  * overlay on, over everything.
  *
  * The root is named "VisualisationRootMaterialGroup", has a material group with the highlight material as its core and
- * belongs below a node without transformation: boxes are in world coordinates.
+ * belongs below a node without transformation: boxes are in world coordinates. Each box is named
+ * "VisualizationHighlightNode" and marked auxiliary; the materials are named "koScenegraph::m_highlightMaterial" and
+ * "koScenegraph::m_lockedNodeMaterial".
  *
  * @par Recycling
  * A box node lives on after its node is deselected and serves the next selected one; clear() and the destructor

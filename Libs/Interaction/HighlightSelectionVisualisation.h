@@ -33,7 +33,8 @@ INTERACTION_EXPORT osg::NodePtr cloneSelectionTree(const osg::NodePtr& node);
  * Draws every selected subtree a second time, as a coloured wireframe on top of the scene.
  *
  * The copies share the cores of the originals, see cloneSelectionTree(), and are drawn with the one material of the
- * root's material group. They stand in world coordinates: the root belongs below a node without transformation.
+ * root's material group; the one built here is named "koScenegraph::m_highlightMaterial", root and copies have no
+ * names. Copies stand in world coordinates: the root belongs below a node without transformation.
  *
  * Every update builds the copy afresh, so that changes of the subtree's structure show after it. The visualisation
  * node of a geometry directly below a transform also follows changes of that transform at once, until its first
@@ -67,10 +68,14 @@ public:
     /** Returns the colour of the material built by the constructor. */
     osg::Color3f getColor() const;
 
-    /** Draws the copies over everything (depth function `GL_ALWAYS`, the default) or in the scene (`GL_LEQUAL`). */
+    /**
+     * Draws the copies over everything (depth function `GL_ALWAYS`, the default) or in the scene (`GL_LEQUAL`).
+     *
+     * A material installed with setMaterial() is not touched.
+     */
     void setOverlay(bool overlay);
 
-    /** Returns whether the copies are drawn over everything. */
+    /** Returns whether the material built by the constructor draws over everything. */
     bool getOverlay() const;
 
     /**

@@ -56,8 +56,8 @@ public:
     /**
      * Selects @p nodes in their order, up to the first that is selected already.
      *
-     * Does for each node what addNode() does, and returns after the first that was selected before: that one is
-     * reported with updateNode(), the nodes behind it are neither selected nor reported.
+     * Does for each node what addNode() does, and returns after the first that is selected already, be it by an earlier
+     * entry of @p nodes: that one is reported with updateNode(), the nodes behind it are neither selected nor reported.
      */
     void addNodes(const std::vector<osg::NodePtr>& nodes);
 
