@@ -2,6 +2,7 @@
 #pragma once
 
 #include <OpenSG/OSGField.h>
+#include <OpenSG/OSGFieldMemory.h>
 
 #include <algorithm>
 #include <cassert>
@@ -150,7 +151,7 @@ public:
     {
         if (m_block != nullptr) {
             std::destroy(begin(), end());
-            ::operator delete(m_block);
+            FieldMemory::giveBack(m_block, s_offset + m_block->capacity * sizeof(FieldTypeT), m_block->isPooled);
             m_block = nullptr;
         }
     }
@@ -162,8 +163,10 @@ public:
 private:
     struct Block {
         UInt32 size;
-        UInt32 capacity;
+        UInt32 capacity : 31;
+        UInt32 isPooled : 1;
     };
+    static constexpr UInt32 s_largestCapacity = 0x7FFFFFFF;
     static constexpr std::size_t s_offset = std::max(sizeof(Block), alignof(FieldTypeT));
     static_assert(alignof(FieldTypeT) <= alignof(std::max_align_t));
 
@@ -181,16 +184,18 @@ private:
     }
     void grow(const UInt32 wanted)
     {
-        // The smallest piece that malloc gives has room for sixteen bytes of values.
+        // The smallest piece that is worth its memory has room for sixteen bytes of values.
         const UInt32 smallest = std::max<UInt32>(1, static_cast<UInt32>(16 / sizeof(FieldTypeT)));
         reallocate(std::max({wanted, smallest, capacity() * 2}));
     }
     void reallocate(const UInt32 newCapacity)
     {
         MField bigger;
-        bigger.m_block = static_cast<Block*>(::operator new(s_offset + newCapacity * sizeof(FieldTypeT)));
+        bool isPooled = false;
+        bigger.m_block = static_cast<Block*>(FieldMemory::take(s_offset + newCapacity * sizeof(FieldTypeT), isPooled));
         bigger.m_block->size = 0;
-        bigger.m_block->capacity = newCapacity;
+        bigger.m_block->capacity = newCapacity & s_largestCapacity;
+        bigger.m_block->isPooled = isPooled ? 1U : 0U;
         std::uninitialized_move(begin(), end(), bigger.begin());
         bigger.m_block->size = size();
         swap(bigger);

@@ -149,15 +149,15 @@ private:
     void computeVolume();
     void replaceCore(const NodeCorePtr& core);
 
-    // What walks up the tree read comes first.
+    // The first cache line has what walks up the tree read, and what taking a child out does.
     SFUInt32 m_sfTravMask{0xFFFFFFFF};
     SFUInt32 m_sfHostFlags;
     SFNodePtr m_sfParent;
     SFNodeCorePtr m_sfCore;
-    SFBoxVolume m_sfVolume;
-    mutable SlotList<NodePtr> m_children;
     UInt32 m_slotInParent = 0;
     UInt32 m_slotInCore = 0;
+    SFBoxVolume m_sfVolume;
+    mutable SlotList<NodePtr> m_children;
     UInt8 m_occlusionMask = 0;
 };
 

@@ -2,6 +2,7 @@
 #include <OpenSG/OSGBaseFunctions.h>
 
 #include <OpenSG/OSGFieldContainerFactory.h>
+#include <OpenSG/OSGFieldMemory.h>
 #include <OpenSG/OSGThread.h>
 
 #include <cstdlib>
@@ -19,6 +20,7 @@ bool osgInit(Int32, Char8**, const UInt16 major, const UInt16 minor, const UInt1
     }
     if (GlobalSystemState != Running) {
         GlobalSystemState = Running;
+        FieldMemory::startPools();
         if (Thread::s_changeList == nullptr) {
             Thread::s_changeList = new ChangeList; // lives as long as the process, as containers may
         }

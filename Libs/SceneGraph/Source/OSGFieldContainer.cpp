@@ -5,6 +5,8 @@
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGThread.h>
 
+#include "OSGPool.h"
+
 #include <cstdio>
 #include <limits>
 #include <new>
@@ -30,59 +32,20 @@ std::vector<FieldContainer*>& waitingForDestruction()
     return *waiting;
 }
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define OSG_PLAIN_MEMORY
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__)
-#define OSG_PLAIN_MEMORY
-#endif
-
 #if !defined(OSG_PLAIN_MEMORY)
 
 // Larger pieces are whole cache lines and begin with one: what a walk reads of a node lies in the first of two.
 constexpr std::size_t smallGranularity = 16;
-constexpr std::size_t cacheLine = 64;
 constexpr std::size_t largestPooled = 1024;
-constexpr std::size_t slabBytes = 64 * 1024;
-
-struct FreePiece {
-    FreePiece* next;
-};
-
-/// Hands out pieces of one size; slabs are never given back.
-struct Pool {
-    FreePiece* free;
-    char* next;
-    char* end;
-
-    void* take(const std::size_t size)
-    {
-        if (free != nullptr) {
-            FreePiece* const piece = free;
-            free = piece->next;
-            return piece;
-        }
-        if (static_cast<std::size_t>(end - next) < size) {
-            next = static_cast<char*>(::operator new(slabBytes, std::align_val_t(cacheLine)));
-            end = next + slabBytes;
-        }
-        void* const piece = next;
-        next += size;
-        return piece;
-    }
-    void giveBack(void* memory) { free = new (memory) FreePiece{free}; }
-};
-
-// Zero before any constructor runs and never destroyed, as containers live longer than statics.
-Pool pools[largestPooled / smallGranularity + 1];
 
 constexpr std::size_t roundUp(const std::size_t size)
 {
-    const std::size_t granularity = size <= cacheLine ? smallGranularity : cacheLine;
+    const std::size_t granularity = size <= Pool::CacheLine ? smallGranularity : Pool::CacheLine;
     return (size + granularity - 1) / granularity * granularity;
 }
+
+// Zero before any constructor runs and never destroyed, as containers live longer than statics.
+Pool pools[largestPooled / smallGranularity + 1];
 
 #endif
 
