@@ -6,11 +6,17 @@
 #include <OpenSG/OSGFieldContainerFactory.h>
 #include <OpenSG/OSGGroup.h>
 
+#include "SpareNodes.h"
+
 #include <cstdio>
+#include <map>
 
 namespace quon::interaction {
 
 namespace {
+
+// What a hundred thousand nodes that are deselected one by one leave: 5 MB.
+using SpareEntries = SpareNodes<std::map<unsigned int, osg::RefPtr<osg::NodePtr>>, 100000>;
 
 constexpr osg::UInt32 shownMask = 0xFFFFFFFF;
 constexpr osg::UInt32 hiddenMask = 0;
@@ -88,7 +94,7 @@ void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
 
     if (!isWanted) {
         if (!isTracked) {
-            m_nodeVisualisations.emplace_hint(position, id, osg::RefPtr<osg::NodePtr>());
+            SpareEntries::instance().insert(m_nodeVisualisations, position, id);
         }
         return;
     }
@@ -100,7 +106,7 @@ void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
 
     const osg::NodePtr visualisation = createVisualisation(node);
     // Nodes that the hook added meanwhile do not disturb the hint.
-    m_nodeVisualisations.emplace_hint(position, id, osg::RefPtr<osg::NodePtr>())->second = visualisation;
+    SpareEntries::instance().insert(m_nodeVisualisations, position, id)->second = visualisation;
     if (visualisation->getParent() != m_visualisation) {
         attach(visualisation);
     }
@@ -123,7 +129,7 @@ void AbstractSelectionVisualisation::removeNode(const osg::NodePtr& node)
         const osg::CPEditor edit(m_visualisation, osg::Node::ChildrenFieldMask);
         m_visualisation->subChild(visualisation);
     }
-    m_nodeVisualisations.erase(position);
+    SpareEntries::instance().eraseEntry(m_nodeVisualisations, position);
 }
 
 void AbstractSelectionVisualisation::updateNode(const osg::NodePtr& node)

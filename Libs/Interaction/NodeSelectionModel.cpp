@@ -3,11 +3,16 @@
 
 #include <Interaction/SelectionVisualisation.h>
 
+#include "SpareNodes.h"
+
 #include <algorithm>
 
 namespace quon::interaction {
 
 namespace {
+
+// What a hundred thousand nodes that are deselected one by one leave: 5 MB.
+using SpareElements = SpareNodes<std::set<osg::NodePtr>, 100000>;
 
 // The node comes by value: the caller's reference may lead into the set, which a visualisation may change meanwhile.
 void callEach(const std::vector<SelectionVisualisation*>& visualisations,
@@ -33,14 +38,14 @@ NodeSelectionModel::NodeSelectionModel(const std::string& name)
 
 void NodeSelectionModel::addNode(const osg::NodePtr& node)
 {
-    const bool isNew = m_selection.insert(node).second;
+    const bool isNew = SpareElements::instance().insert(m_selection, node);
     callEach(m_visualisations, isNew ? &SelectionVisualisation::addNode : &SelectionVisualisation::updateNode, node);
 }
 
 void NodeSelectionModel::addNodes(const std::vector<osg::NodePtr>& nodes)
 {
     for (const osg::NodePtr& node : nodes) {
-        if (!m_selection.insert(node).second) {
+        if (!SpareElements::instance().insert(m_selection, node)) {
             // The first node that is selected already ends the walk, on purpose.
             callEach(m_visualisations, &SelectionVisualisation::updateNode, node);
             return;
@@ -56,8 +61,11 @@ void NodeSelectionModel::removeNode(const osg::NodePtr& node)
     }
     const osg::NodePtr removed = node;
     callEach(m_visualisations, &SelectionVisualisation::removeNode, removed);
-    // By handle, not by the position found: a visualisation may have deselected the node itself.
-    m_selection.erase(removed);
+    // Looked up again: a visualisation may have deselected the node itself.
+    const auto position = m_selection.find(removed);
+    if (position != m_selection.end()) {
+        SpareElements::instance().erase(m_selection, position);
+    }
 }
 
 void NodeSelectionModel::removeNodes(const std::vector<osg::NodePtr>& nodes)

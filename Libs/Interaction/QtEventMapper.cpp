@@ -14,8 +14,9 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include "SpareNodes.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -178,42 +179,8 @@ void removeBindings(std::multimap<int, InputMapping>& bindings, int code, int mo
     }
 }
 
-/** Keeps the set nodes of categories that ended for those that start, so that a press allocates nothing. */
-class SpareNodes {
-public:
-    using Categories = std::set<std::string>;
-
-    // Never destroyed: a mapper with static storage may outlive every other object of this file.
-    static SpareNodes& instance()
-    {
-        static SpareNodes* const spareNodes = new SpareNodes;
-        return *spareNodes;
-    }
-
-    void insert(Categories& categories, const std::string& category)
-    {
-        if (m_count == 0) {
-            categories.insert(category);
-            return;
-        }
-        Categories::node_type node = std::move(m_nodes[--m_count]);
-        node.value() = category;
-        keep(categories.insert(std::move(node)).node);
-    }
-
-    void erase(Categories& categories, const std::string& category) { keep(categories.extract(category)); }
-
-private:
-    void keep(Categories::node_type node)
-    {
-        if (!node.empty() && m_count < m_nodes.size()) {
-            m_nodes[m_count++] = std::move(node);
-        }
-    }
-
-    std::array<Categories::node_type, 8> m_nodes;
-    std::size_t m_count = 0;
-};
+// A press allocates nothing, as long as no more categories are active at a time.
+using SpareCategories = SpareNodes<std::set<std::string>, 8>;
 
 } // namespace
 
@@ -436,7 +403,7 @@ bool QtEventMapper::start(const std::string& category, Categories& active)
     const InteractionEvent event(category, "start");
     const bool consumed = send(event);
     // The event's copy of the category: its binding may be gone.
-    SpareNodes::instance().insert(active, event.getCategory());
+    SpareCategories::instance().insert(active, event.getCategory());
     return consumed;
 }
 
@@ -452,7 +419,11 @@ bool QtEventMapper::endBindings(Bindings& bindings, int code, Categories& active
         const InteractionEvent trigger(category, "trigger");
         consumed |= send(stop);
         consumed |= send(trigger);
-        SpareNodes::instance().erase(active, stop.getCategory());
+        // Looked up again: a context may have ended it from inside.
+        const auto ended = active.find(stop.getCategory());
+        if (ended != active.end()) {
+            SpareCategories::instance().erase(active, ended);
+        }
     }
     return consumed;
 }

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace quon::interaction {
+
+/**
+ * Keeps the nodes of set or map elements that were erased for those that are inserted next. Not installed.
+ *
+ * Taking an element out and putting one in then asks the heap for nothing, and does not scatter the memory of long
+ * sets. One store for all containers of a type, at most @p Limit nodes: what is more goes back to the heap.
+ */
+template <class Container, std::size_t Limit>
+class SpareNodes {
+public:
+    using Node = typename Container::node_type;
+
+    /** Never destroyed: containers with static storage may outlive every other object of their source file. */
+    static SpareNodes& instance()
+    {
+        static SpareNodes* const spareNodes = new SpareNodes;
+        return *spareNodes;
+    }
+
+    /** Inserts @p value into a set; false when it was there. */
+    bool insert(Container& container, const typename Container::value_type& value)
+    {
+        if (m_nodes.empty()) {
+            return container.insert(value).second;
+        }
+        Node node = takeNode();
+        node.value() = value;
+        auto result = container.insert(std::move(node));
+        keep(std::move(result.node));
+        return result.inserted;
+    }
+
+    /** Inserts @p key with an empty value in front of @p hint into a map, unless it is there; returns its place. */
+    template <class Key>
+    typename Container::iterator insert(Container& container, typename Container::iterator hint, const Key& key)
+    {
+        if (m_nodes.empty()) {
+            return container.emplace_hint(hint, key, typename Container::mapped_type());
+        }
+        Node node = takeNode();
+        node.key() = key;
+        const auto place = container.insert(hint, std::move(node));
+        keep(std::move(node));
+        return place;
+    }
+
+    /** Takes an element of a set out. */
+    void erase(Container& container, typename Container::const_iterator position) { keep(container.extract(position)); }
+
+    /** Takes an element of a map out; its value is emptied. */
+    void eraseEntry(Container& container, typename Container::iterator position)
+    {
+        Node node = container.extract(position);
+        node.mapped() = typename Container::mapped_type();
+        keep(std::move(node));
+    }
+
+private:
+    // All at once, so that keeping a node never fails. The system gives memory to what is written only.
+    SpareNodes() { m_nodes.reserve(Limit); }
+
+    Node takeNode()
+    {
+        Node node = std::move(m_nodes.back());
+        m_nodes.pop_back();
+        return node;
+    }
+
+    void keep(Node node) noexcept
+    {
+        if (!node.empty() && m_nodes.size() < Limit) {
+            m_nodes.push_back(std::move(node));
+        }
+    }
+
+    std::vector<Node> m_nodes;
+};
+
+} // namespace quon::interaction

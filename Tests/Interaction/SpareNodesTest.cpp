@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include <Interaction/SpareNodes.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace quon::testing {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+// Counts what it handed out. A type of its own for each test: one store serves all containers of a type.
+template <class T, int Test>
+struct CountingAllocator {
+    using value_type = T;
+    template <class Other>
+    struct rebind {
+        using other = CountingAllocator<Other, Test>;
+    };
+
+    CountingAllocator() = default;
+    template <class Other>
+    explicit CountingAllocator(const CountingAllocator<Other, Test>&)
+    {}
+
+    T* allocate(const std::size_t count)
+    {
+        ++nodes();
+        ++allocations();
+        return std::allocator<T>().allocate(count);
+    }
+    void deallocate(T* memory, const std::size_t count)
+    {
+        --nodes();
+        std::allocator<T>().deallocate(memory, count);
+    }
+    bool operator==(const CountingAllocator&) const { return true; }
+
+    static int& nodes() { return CountingAllocator<void, Test>::s_nodes; }
+    static int& allocations() { return CountingAllocator<void, Test>::s_allocations; }
+};
+
+template <int Test>
+struct CountingAllocator<void, Test> {
+    inline static int s_nodes = 0;
+    inline static int s_allocations = 0;
+};
+
+template <int Test>
+using Set = std::set<int, std::less<int>, CountingAllocator<int, Test>>;
+
+template <int Test>
+int getAllocations()
+{
+    return CountingAllocator<int, Test>::allocations();
+}
+
+TEST(SpareNodesTest, WhatWasErasedIsUsedForWhatIsInsertedNext)
+{
+    using Spares = interaction::SpareNodes<Set<1>, 8>;
+    Set<1> set;
+    EXPECT_TRUE(Spares::instance().insert(set, 1));
+    EXPECT_EQ(getAllocations<1>(), 1);
+
+    Spares::instance().erase(set, set.begin());
+    EXPECT_TRUE(set.empty());
+    EXPECT_TRUE(Spares::instance().insert(set, 2));
+
+    EXPECT_THAT(set, ElementsAre(2));
+    EXPECT_EQ(getAllocations<1>(), 1);
+}
+
+TEST(SpareNodesTest, WhatIsThereAlreadyIsNotInsertedAndItsSpareNodeIsKept)
+{
+    using Spares = interaction::SpareNodes<Set<2>, 8>;
+    Set<2> set;
+    Spares::instance().insert(set, 1);
+    Spares::instance().insert(set, 2);
+    Spares::instance().erase(set, set.begin());
+
+    EXPECT_FALSE(Spares::instance().insert(set, 2));
+    EXPECT_THAT(set, ElementsAre(2));
+    EXPECT_TRUE(Spares::instance().insert(set, 3));
+
+    EXPECT_EQ(getAllocations<2>(), 2);
+}
+
+TEST(SpareNodesTest, NoMoreAreKeptThanTheLimit)
+{
+    using Spares = interaction::SpareNodes<Set<3>, 2>;
+    Set<3> set;
+    for (int i = 0; i < 5; ++i) {
+        Spares::instance().insert(set, i);
+    }
+    while (!set.empty()) {
+        Spares::instance().erase(set, set.begin());
+    }
+
+    const int kept = CountingAllocator<int, 3>::nodes();
+    EXPECT_EQ(kept, 2);
+}
+
+TEST(SpareNodesTest, AnEntryOfAMapLosesItsValueWhenItIsTakenOut)
+{
+    using Map = std::map<int, std::shared_ptr<int>>;
+    using Spares = interaction::SpareNodes<Map, 8>;
+    Map map;
+    const auto value = std::make_shared<int>(4);
+    Spares::instance().insert(map, map.end(), 7)->second = value;
+    EXPECT_EQ(value.use_count(), 2);
+
+    Spares::instance().eraseEntry(map, map.begin());
+
+    EXPECT_EQ(value.use_count(), 1);
+    const auto again = Spares::instance().insert(map, map.end(), 8);
+    EXPECT_THAT(map, ElementsAre(Pair(8, nullptr)));
+    EXPECT_EQ(again, map.begin());
+}
+
+TEST(SpareNodesTest, AnEntryThatIsThereKeepsItsValueAndIsReturned)
+{
+    using Map = std::map<int, std::string>;
+    using Spares = interaction::SpareNodes<Map, 8>;
+    Map map;
+    Spares::instance().insert(map, map.end(), 1)->second = "one";
+    Spares::instance().insert(map, map.end(), 2);
+    Spares::instance().eraseEntry(map, map.find(2));
+
+    const auto place = Spares::instance().insert(map, map.begin(), 1);
+
+    EXPECT_EQ(place->second, "one");
+    EXPECT_EQ(map.size(), 1U);
+}
+
+} // namespace
+
+} // namespace quon::testing
