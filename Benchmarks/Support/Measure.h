@@ -29,7 +29,7 @@ void countAllocations(benchmark::State& state, const Work& work)
 }
 
 // More nodes take no other allocations, only longer.
-constexpr std::size_t mostCounted = 100000;
+constexpr std::size_t mostCounted = 200000;
 
 /**
  * Times @p work, which handles @p count nodes, and only that: @p prepare runs before each time with the clock stopped.
