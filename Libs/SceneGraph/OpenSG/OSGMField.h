@@ -184,8 +184,8 @@ private:
     }
     void grow(const UInt32 wanted)
     {
-        // The smallest piece that is worth its memory has room for sixteen bytes of values.
-        const UInt32 smallest = std::max<UInt32>(1, static_cast<UInt32>(16 / sizeof(FieldTypeT)));
+        // As much as a piece of sixteen bytes has room for: most lists of parents stay with one.
+        const UInt32 smallest = std::max<UInt32>(1, static_cast<UInt32>((16 - sizeof(Block)) / sizeof(FieldTypeT)));
         reallocate(std::max({wanted, smallest, capacity() * 2}));
     }
     void reallocate(const UInt32 newCapacity)
