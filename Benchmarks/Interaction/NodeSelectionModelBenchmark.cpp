@@ -13,8 +13,10 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -151,6 +153,34 @@ void deselect(benchmark::State& state, const Shown shown, const Order order, con
     check(state, selection.shows(0), "something is still selected or shown");
 }
 
+// What no library can do without: the set that hosts read, in handle order, and a table of what is shown for each node.
+// Looked up as a selection does and taken out, with nothing else done.
+void deselectInBareContainers(benchmark::State& state, const Order order)
+{
+    const auto count = static_cast<std::size_t>(state.range());
+    PartScene& scene = PartScene::get(count);
+    const Nodes nodes = inOrder(scene, order);
+    std::set<osg::NodePtr> selection;
+    std::map<osg::UInt32, osg::NodePtr> shown;
+
+    measureNodes(
+        state, count,
+        [&] {
+            for (const osg::NodePtr& node : scene.getParts()) {
+                selection.insert(node);
+                shown.emplace_hint(shown.end(), osg::getContainerId(node), node);
+            }
+        },
+        [&] {
+            for (const osg::NodePtr& node : nodes) {
+                shown.erase(shown.find(osg::getContainerId(node)));
+                selection.erase(selection.find(node));
+            }
+        });
+
+    check(state, selection.empty() && shown.empty(), "something is left");
+}
+
 void refresh(benchmark::State& state, const Shown shown, const bool isMoved, const Operation update)
 {
     const auto count = static_cast<std::size_t>(state.range());
@@ -276,6 +306,15 @@ void addFirst(const std::string& name, const Shown shown, const Arguments&... ar
     addOne(name, shown, arguments...)->Arg(100000)->Iterations(1);
 }
 
+void addBare(const std::string& name, const Order order)
+{
+    const std::string fullName = "NodeSelectionModel/bareContainers/" + name;
+    benchmark::RegisterBenchmark(fullName.c_str(), deselectInBareContainers, order)
+        ->Unit(benchmark::kMicrosecond)
+        ->RangeMultiplier(10)
+        ->Range(fewest, most);
+}
+
 [[maybe_unused]] const bool isRegistered = [] {
     for (const Shown shown : allShown) {
         add("addNode/forward", shown, selectForTheFirstTime, Order::Forward, addOneByOne);
@@ -300,6 +339,8 @@ void addFirst(const std::string& name, const Shown shown, const Arguments&... ar
             add("addVisualisation", shown, attachVisualisations);
         }
     }
+    addBare("forward", Order::Forward);
+    addBare("random", Order::Shuffled);
     return true;
 }();
 
