@@ -110,8 +110,8 @@ CommandLine CommandLine::parse(const std::vector<std::string>& arguments)
 
 const char* CommandLine::getHelp()
 {
-    return "Usage: koviewer [--record FILE] [--replay FILE] [MODEL | --generate N]\n"
-           "       koviewer --headless --script FILE --out FOLDER MODEL | --generate N\n"
+    return "Usage: koviewer [--language L] [--record FILE] [--replay FILE] [MODEL | --generate N]\n"
+           "       koviewer --headless --script FILE --out FOLDER [--record FILE] {MODEL | --generate N}\n"
            "       koviewer --benchmark [MODEL | --generate N]\n"
            "\n"
            "Shows a model of any format that Assimp reads and lets its parts be selected.\n"
