@@ -26,7 +26,7 @@ packages=(
     # how the package is found, and what its binary interface is
     pkgconf abigail-tools
     # the Debian packages, and a clean Debian to try them in
-    dpkg-dev file lintian debootstrap
+    dpkg-dev file lintian debootstrap groff-base desktop-file-utils
     # benchmarks, counts of instructions
     libbenchmark-dev valgrind python3
     # the manual
