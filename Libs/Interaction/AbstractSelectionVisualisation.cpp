@@ -15,7 +15,7 @@ namespace quon::interaction {
 
 namespace {
 
-// What a hundred thousand nodes that are deselected one by one leave: 5 MB.
+// What a hundred thousand nodes that are deselected one by one leave: 6 MB.
 using SpareEntries = SpareNodes<std::map<unsigned int, osg::RefPtr<osg::NodePtr>>, 100000>;
 
 constexpr osg::UInt32 shownMask = 0xFFFFFFFF;

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <numeric>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -132,6 +133,16 @@ TEST_F(EmbeddedMemoryTest, WhatAnotherThreadGaveBackIsTakenWhenThePoolIsEmpty)
     for (void* const memory : taken) {
         FieldMemory::giveBack(memory, size, true);
     }
+}
+
+TEST_F(EmbeddedMemoryTest, AFieldThatWouldBecomeTooLongThrowsAndStaysAsItIs)
+{
+    MFUInt32 field = makeField(3);
+
+    EXPECT_THROW(field.reserve(std::size_t(1) << 31U), std::length_error);
+    EXPECT_THROW(field.resize(std::size_t(1) << 31U), std::length_error);
+
+    expectCounted(field, 3);
 }
 
 TEST_F(EmbeddedMemoryTest, FieldsKeepTheirValuesAcrossThreads)

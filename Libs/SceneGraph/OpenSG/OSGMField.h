@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 namespace osg {
@@ -16,8 +17,8 @@ namespace osg {
 /**
  * A field of any number of values, one behind the other in memory.
  *
- * As wide as a pointer while empty: containers have many of these and most stay empty. Grows as std::vector does.
- * Indices out of range are not checked.
+ * As wide as a pointer while empty: containers have many of these and most stay empty. Grows as std::vector does, up to
+ * 2,147,483,647 values; more throw std::length_error. Indices out of range are not checked.
  */
 template <class FieldTypeT>
 class MField : public Field {
@@ -186,10 +187,13 @@ private:
     {
         // As much as a piece of sixteen bytes has room for: most lists of parents stay with one.
         const UInt32 smallest = std::max<UInt32>(1, static_cast<UInt32>((16 - sizeof(Block)) / sizeof(FieldTypeT)));
-        reallocate(std::max({wanted, smallest, capacity() * 2}));
+        reallocate(std::max({wanted, smallest, std::min(capacity() * 2, s_largestCapacity)}));
     }
     void reallocate(const UInt32 newCapacity)
     {
+        if (newCapacity > s_largestCapacity) {
+            throw std::length_error("osg::MField");
+        }
         MField bigger;
         bool isPooled = false;
         bigger.m_block = static_cast<Block*>(FieldMemory::take(s_offset + newCapacity * sizeof(FieldTypeT), isPooled));
