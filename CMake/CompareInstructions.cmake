@@ -1,11 +1,28 @@
 # SPDX-License-Identifier: MIT
 #
 # cmake -DVALGRIND=... -DPROGRAM=... -DCOUNTS=... -DFOLDER=... [-DUPDATE=ON] -P CompareInstructions.cmake
+# cmake -DVALGRIND=... -DPROGRAM=... -DFOLDER=... -DTABLE=ON -P CompareInstructions.cmake
+#
+# TABLE prints what a node takes among a thousand up to a million, and compares nothing with what is kept.
 cmake_minimum_required(VERSION 3.25)
 
-# Per mille that a count may be off, and that four times the nodes may take.
+# Per mille that a count may be off.
 set(tolerance 30)
-set(mostGrowth 4600)
+# The first number of nodes is the measure of the others.
+set(sizes 1000 32000)
+if(TABLE)
+    set(sizes 1000 10000 100000 1000000)
+endif()
+
+# Per mille that a node may take of what it takes among the fewest: a search tree of a thousand is 10 levels deep, one of
+# 32,000 is 15, one of a million 20. A walk over all others for each node would show as a multiple.
+function(find_most_growth size)
+    set(most 1500)
+    if(size GREATER 32000)
+        set(most 2000)
+    endif()
+    set(mostGrowth ${most} PARENT_SCOPE)
+endfunction()
 
 set(output "${FOLDER}/koCountedWork.callgrind")
 file(REMOVE "${output}")
@@ -15,7 +32,7 @@ execute_process(
     COMMAND "${CMAKE_COMMAND}" -E env LD_BIND_NOW=1
         "GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX512F,-AVX2,-AVX,-AVX_Fast_Unaligned_Load,-ERMS,-FSRM,-SSSE3,-SSE4_1,-SSE4_2"
         "${VALGRIND}" --tool=callgrind --instr-atstart=no --combine-dumps=yes "--callgrind-out-file=${output}"
-        "--log-file=${FOLDER}/koCountedWork.log" "${PROGRAM}"
+        "--log-file=${FOLDER}/koCountedWork.log" "${PROGRAM}" ${sizes}
     RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "koCountedWork ended with ${result}; see ${FOLDER}/koCountedWork.log")
@@ -38,14 +55,27 @@ if(NOT names)
     message(FATAL_ERROR "valgrind counted nothing; see ${FOLDER}/koCountedWork.log")
 endif()
 
+list(POP_FRONT sizes fewest)
 set(faults "")
 foreach(name IN LISTS names)
-    if(name MATCHES "^(.*)/4000$")
-        set(few "${now_${CMAKE_MATCH_1}/1000}")
-        math(EXPR growth "${now_${name}} * 1000 / ${few}")
+    if(NOT name MATCHES "^(.*)/${fewest}$")
+        continue()
+    endif()
+    set(work "${CMAKE_MATCH_1}")
+    math(EXPR ofFewest "${now_${name}} / ${fewest}")
+    set(row "${work}: ${ofFewest}")
+    foreach(size IN LISTS sizes)
+        set(count "${now_${work}/${size}}")
+        math(EXPR ofNode "${count} / ${size}")
+        math(EXPR growth "${count} * ${fewest} * 1000 / (${now_${name}} * ${size})")
+        find_most_growth(${size})
         if(growth GREATER mostGrowth)
-            list(APPEND faults "${name}: ${now_${name}}, more than 4.6 times the ${few} of 1000 nodes")
+            list(APPEND faults "${work}: ${ofNode} for each of ${size} nodes, ${ofFewest} for each of ${fewest}")
         endif()
+        string(APPEND row " ${ofNode}")
+    endforeach()
+    if(TABLE)
+        message("${row}")
     endif()
 endforeach()
 
@@ -59,7 +89,7 @@ if(UPDATE AND NOT faults)
 endif()
 
 set(kept "")
-if(EXISTS "${COUNTS}" AND NOT UPDATE)
+if(EXISTS "${COUNTS}" AND NOT UPDATE AND NOT TABLE)
     file(STRINGS "${COUNTS}" kept REGEX "^[^#]")
 endif()
 foreach(line IN LISTS kept)
@@ -75,7 +105,7 @@ foreach(line IN LISTS kept)
         list(APPEND faults "${name}: ${now_${name}}, was ${CMAKE_MATCH_2}")
     endif()
 endforeach()
-if(NOT UPDATE)
+if(NOT UPDATE AND NOT TABLE)
     foreach(name IN LISTS names)
         if(NOT DEFINED "before_${name}")
             list(APPEND faults "${name}: ${now_${name}}, not counted before")

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Does what users do, twice: with a thousand nodes and with four thousand. Run by valgrind's tool callgrind, which
-// counts the instructions of each piece of work and nothing in between; see CMake/InstructionGuard.cmake.
+// Does what users do, with as many nodes as each argument says; with a thousand where there is none. Run by valgrind's
+// tool callgrind, which counts the instructions of each piece of work and nothing in between; see
+// CMake/InstructionGuard.cmake.
 #include "Support/Changes.h"
 #include "Support/CountingContexts.h"
 #include "Support/PartPicker.h"
@@ -29,6 +30,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -268,15 +270,17 @@ void countClone(const std::string& kind, testing::NodeRef (*makeTree)(std::size_
     count("cloneSelectionTree/release" + suffix, [&] { copy = osg::NullFC; });
 }
 
-void countAll()
+void countAll(const std::vector<std::size_t>& sizes)
 {
     countEvents();
     countMapper();
-    // Both before anything else: where the parts lie decides how often the selection compares their addresses.
-    PartScene small(1000);
-    PartScene large(4000);
-    countPicker(small);
-    for (PartScene* scene : {&small, &large}) {
+    // All before anything else: where the parts lie decides how often the selection compares their addresses.
+    std::vector<std::unique_ptr<PartScene>> scenes;
+    for (const std::size_t size : sizes) {
+        scenes.push_back(std::make_unique<PartScene>(size));
+    }
+    countPicker(*scenes.front());
+    for (const std::unique_ptr<PartScene>& scene : scenes) {
         for (const Shown shown : {Shown::Nothing, Shown::Box, Shown::Highlight}) {
             SelectionWork(*scene, shown).count();
         }
@@ -285,6 +289,19 @@ void countAll()
         countClone("wide", makeWideTree, size);
         countClone("mixed", makeMixedTree, size);
     }
+}
+
+std::vector<std::size_t> readSizes(const int argc, char** argv)
+{
+    std::vector<std::size_t> sizes;
+    for (int i = 1; i < argc; ++i) {
+        char* end = nullptr;
+        const unsigned long size = std::strtoul(argv[i], &end, 10);
+        // The picker is asked for the second part.
+        require(*end == '\0' && size >= 2, std::string("not a number of nodes: ") + argv[i]);
+        sizes.push_back(size);
+    }
+    return sizes.empty() ? std::vector<std::size_t>{1000} : sizes;
 }
 
 } // namespace
@@ -297,9 +314,10 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "koCountedWork: to be run by valgrind --tool=callgrind\n");
         return 2;
     }
+    const std::vector<std::size_t> sizes = quon::benchmarks::readSizes(argc, argv);
     osg::ChangeList::setReadWriteDefault();
     osg::osgInit(argc, argv);
-    quon::benchmarks::countAll();
+    quon::benchmarks::countAll(sizes);
     osg::osgExit();
     return 0;
 }

@@ -22,7 +22,7 @@ struct alignas(granularity) Header {
 };
 
 constexpr std::size_t slabBytes = 1024 * 1024;
-constexpr std::size_t alignedBytes = std::size_t(1) << 30; // reserved, not used
+constexpr std::size_t alignedBytes = std::size_t(1) << 34; // reserved, not used
 
 std::array<Header*, largestKept / granularity + 1> kept{};
 char* slab = nullptr;

@@ -18,7 +18,7 @@ bool isBefore(const Changed::value_type& a, const Changed::value_type& b)
     return a.first < b.first;
 }
 
-using Iterator = Changed::const_iterator;
+using Iterator = const Changed::value_type*;
 
 // What was announced without a field changed nothing.
 Changed sortAndMerge(const Iterator begin, const Iterator end)
@@ -39,15 +39,10 @@ Changed sortAndMerge(const Iterator begin, const Iterator end)
     return merged;
 }
 
-} // namespace
-
 // A hundred thousand new selection boxes leave two million entries,
 // whose ids lie close together: those are gathered by their place among the ids, which takes a tenth of sorting.
-SceneChanges::Changed SceneChanges::merge(const Iterator begin, const Iterator end)
+Changed mergeEntries(const Iterator begin, const Iterator end)
 {
-    if (begin == end) {
-        return {};
-    }
     const auto [first, last] = std::minmax_element(begin, end, isBefore);
     const osg::UInt32 lowest = first->first;
     const std::size_t range = static_cast<std::size_t>(last->first - lowest) + 1;
@@ -69,6 +64,20 @@ SceneChanges::Changed SceneChanges::merge(const Iterator begin, const Iterator e
     return merged;
 }
 
+// An empty list has no first entry to point at.
+template <class ListIterator>
+Changed mergeList(const ListIterator begin, const ListIterator end)
+{
+    return begin == end ? Changed() : mergeEntries(&*begin, &*begin + (end - begin));
+}
+
+} // namespace
+
+SceneChanges::Changed SceneChanges::merge(const Changed::const_iterator begin, const Changed::const_iterator end)
+{
+    return mergeList(begin, end);
+}
+
 void SceneChanges::startRecording()
 {
     osg::Thread::getCurrentChangeList()->setReadOnly(false);
@@ -88,7 +97,7 @@ SceneChanges SceneChanges::take()
 {
     osg::ChangeList* list = osg::Thread::getCurrentChangeList();
     SceneChanges changes;
-    changes.m_changed = merge(list->beginChanged(), list->endChanged());
+    changes.m_changed = mergeList(list->beginChanged(), list->endChanged());
     changes.m_destroyed.assign(list->beginDestroyed(), list->endDestroyed());
     list->clearAll();
     return changes;

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <OpenSG/OSGBaseTypes.h>
+#include <OpenSG/OSGRecordList.h>
 
 #include <utility>
-#include <vector>
 
 namespace osg {
 
@@ -12,14 +12,15 @@ namespace osg {
  * Records what happened to containers: created, destroyed, referenced, released, changed.
  *
  * Each kind has a list of its own in the order of the calls; nothing is merged. Read-only by default, which means that
- * nothing is recorded. A release that destroys a container is listed as destroyed only.
+ * nothing is recorded. A release that destroys a container is listed as destroyed only. Who makes a list record has to
+ * empty it: nobody else does.
  */
 class OSG_SYSTEM_DLLMAPPING ChangeList {
 public:
     /// Identifier of a container and mask of its changed fields.
     typedef std::pair<UInt32, BitVector> ChangeEntry;
-    typedef std::vector<UInt32> IdList;
-    typedef std::vector<ChangeEntry> ChangedList;
+    typedef RecordList<UInt32> IdList;
+    typedef RecordList<ChangeEntry> ChangedList;
     typedef IdList::const_iterator idrefd_const_iterator;
     typedef ChangedList::const_iterator changed_const_iterator;
 
@@ -77,10 +78,11 @@ public:
     void addChanged(const UInt32 id, const BitVector whichField)
     {
         if (!m_readOnly) {
-            m_changed.emplace_back(id, whichField);
+            m_changed.push_back(ChangeEntry(id, whichField));
         }
     }
 
+    /// Forgets all entries. Keeps at most 16 MiB for the next ones of each kind.
     void clearAll();
     /// Appends the entries of @p other; a read-only list stays as it is.
     void merge(const ChangeList& other);

@@ -11,17 +11,6 @@ namespace {
 
 bool recordByDefault = false;
 
-template <class ListT>
-void append(ListT& list, const ListT& other)
-{
-    // By index and not by iterator: a list may be merged with itself.
-    const std::size_t count = other.size();
-    list.reserve(list.size() + count);
-    for (std::size_t index = 0; index < count; ++index) {
-        list.push_back(other[index]);
-    }
-}
-
 void dumpIds(const char* title, const ChangeList::IdList& ids)
 {
     std::fprintf(stderr, "%s:", title);
@@ -63,11 +52,11 @@ void ChangeList::merge(const ChangeList& other)
     if (m_readOnly) {
         return;
     }
-    append(m_addRefd, other.m_addRefd);
-    append(m_subRefd, other.m_subRefd);
-    append(m_created, other.m_created);
-    append(m_destroyed, other.m_destroyed);
-    append(m_changed, other.m_changed);
+    m_addRefd.append(other.m_addRefd);
+    m_subRefd.append(other.m_subRefd);
+    m_created.append(other.m_created);
+    m_destroyed.append(other.m_destroyed);
+    m_changed.append(other.m_changed);
 }
 
 void ChangeList::swap(ChangeList& other)
