@@ -170,13 +170,14 @@ public:
         // In portions: each starts with short sequences, and a failure is found again from the seed of its portion.
         parameters.maxSuccess = 500;
         while (m_done < m_wanted) {
+            const std::uint64_t doneBefore = m_done;
             const auto result =
                 rc::detail::checkTestable([this] { carryOut(*sequences()); }, rc::detail::TestMetadata(), parameters);
             if (!result.template is<rc::detail::SuccessResult>()) {
                 std::ostringstream message;
                 rc::detail::printResultMessage(result, message);
                 ADD_FAILURE() << message.str() << "\nagain with RC_PARAMS=seed=" << parameters.seed << ", after "
-                              << m_done << " operations";
+                              << doneBefore << " operations";
                 StandardError::take();
                 return;
             }

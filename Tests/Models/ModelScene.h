@@ -170,7 +170,7 @@ public:
         }
         Info& info = m_nodes.at(number);
         if (step.pick(2, 2) == 0) {
-            info.translation[step.pick(3, 3)] += nextToNothing;
+            info.translation[step.pick(3, 3)] += static_cast<float>(1 + step.pick(4, 3)) * nextToNothing;
         } else {
             info.translation = translationOf(step);
         }
