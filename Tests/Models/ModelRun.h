@@ -281,7 +281,7 @@ private:
             m_coverage.print(std::cout);
         }
         // A short run, for a look at one seed, need not see everything.
-        if (m_wanted >= 50000) {
+        if (m_wanted >= 100000) {
             std::ostringstream names;
             print(names, unseen);
             EXPECT_TRUE(unseen.empty()) << "the random sequences never reached:" << names.str();
