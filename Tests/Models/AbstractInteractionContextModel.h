@@ -186,9 +186,6 @@ public:
         }
     }
 
-protected:
-    ModelCoverage& coverage() { return m_coverage; }
-
 private:
     void createNotification() { m_notification = m_notifications.create("context", m_description); }
 

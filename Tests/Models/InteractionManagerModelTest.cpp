@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "InteractionManagerModel.h"
 #include "AbstractInteractionContextModel.h"
+#include "ModelReactions.h"
 
 #include <Interaction/AbstractInteractionContext.h>
 #include <Interaction/InteractionEvent.h>
@@ -20,7 +21,6 @@
 #include <climits>
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -37,6 +37,7 @@ using quon::testing::EventModel;
 using quon::testing::InteractionManagerModel;
 using quon::testing::ModelCoverage;
 using quon::testing::ModelOperation;
+using quon::testing::ModelReactions;
 using quon::testing::ModelStep;
 using quon::testing::NodeRef;
 using quon::testing::NotificationsModel;
@@ -303,9 +304,9 @@ public:
             m_worlds[index].name = std::string(1, static_cast<char>('A' + index));
             m_worlds[index].nameOf = [this](const InteractionManager* manager) { return nameOf(manager); };
             m_modelWorlds[index] = m_worlds[index];
-            m_worlds[index].onCall = [this](const std::string&) { onLibraryCall(); };
+            m_worlds[index].onCall = [this](const std::string&) { m_reactions.onLibraryCall(); };
             m_modelWorlds[index].onCall = [this, index](const std::string& operation) {
-                onModelCall(index, operation);
+                m_reactions.onModelCall([&] { return decide(index, operation); });
             };
             make(index, 0);
         }
@@ -337,9 +338,9 @@ public:
     void finish()
     {
         // Nothing else shows the order of the whole stack.
-        m_reactions.clear();
+        m_pending.clear();
         for (std::size_t index = 0; index < managerCount; ++index) {
-            carryOut([&](bool isLibrary) {
+            m_reactions.carryOut([&](bool isLibrary) {
                 isLibrary ? m_managers[index].pointerMoved(osg::Pnt2f(1, 2))
                           : m_managerModels[index]->pointerMoved(1, 2);
             });
@@ -348,7 +349,7 @@ public:
     }
 
 private:
-    using Action = std::function<void(bool isLibrary)>;
+    using Action = ModelReactions::Action;
 
     struct Reaction {
         std::size_t context;
@@ -391,42 +392,19 @@ private:
         }
     }
 
-    // The model goes first: it knows which reactions have a defined result, and at which call they come.
-
-    void onModelCall(std::size_t context, const std::string& operation)
+    // Left out is what has no defined result at that place.
+    Action decide(std::size_t context, const std::string& operation)
     {
-        const int call = ++m_modelCalls;
-        for (std::size_t index = 0; index < m_reactions.size(); ++index) {
-            if (m_reactions[index].context == context && m_reactions[index].operation == operation) {
-                const ModelStep step = m_reactions[index].action;
-                m_reactions.erase(m_reactions.begin() + static_cast<std::ptrdiff_t>(index));
-                if (isDefined(step)) {
-                    m_coverage.see("reaction inside " + operation);
-                    m_schedule[call] = actionOf(step);
-                    m_schedule.at(call)(false);
-                } else {
-                    m_coverage.see("reaction without a defined result left out");
-                }
-                return;
+        for (std::size_t index = 0; index < m_pending.size(); ++index) {
+            if (m_pending[index].context == context && m_pending[index].operation == operation) {
+                const ModelStep step = m_pending[index].action;
+                m_pending.erase(m_pending.begin() + static_cast<std::ptrdiff_t>(index));
+                m_coverage.see(isDefined(step) ? "reaction inside " + operation
+                                               : "reaction without a defined result left out");
+                return isDefined(step) ? actionOf(step) : Action();
             }
         }
-    }
-
-    void onLibraryCall()
-    {
-        const auto action = m_schedule.find(++m_calls);
-        if (action != m_schedule.end()) {
-            action->second(true);
-        }
-    }
-
-    void carryOut(const Action& action)
-    {
-        m_modelCalls = 0;
-        m_calls = 0;
-        m_schedule.clear();
-        action(false);
-        action(true);
+        return {};
     }
 
     static std::size_t managerOf(const ModelStep& step) { return step.isRare(5, 60) ? 1 : 0; }
@@ -492,7 +470,7 @@ private:
     void carryOutKind(std::uint8_t kind, ModelStep step)
     {
         step.numbers[1] = kind;
-        carryOut(actionOf(step));
+        m_reactions.carryOut(actionOf(step));
     }
 
     void addContext(const ModelStep& step) { carryOutKind(0, step); }
@@ -507,7 +485,7 @@ private:
     void cameraMoved(const ModelStep& step)
     {
         const std::array<int, 3> place = {static_cast<int>(step.pick(0, 3)), static_cast<int>(step.pick(1, 3)), -5};
-        carryOut([&](bool isLibrary) {
+        m_reactions.carryOut([&](bool isLibrary) {
             osg::Matrix camera;
             camera.setTranslate(static_cast<float>(place[0]), static_cast<float>(place[1]),
                                 static_cast<float>(place[2]));
@@ -547,7 +525,7 @@ private:
     void callDirectly(const ModelStep& step)
     {
         const std::size_t context = contextOf(step);
-        carryOut([&](bool isLibrary) {
+        m_reactions.carryOut([&](bool isLibrary) {
             LoggedContext& library = *m_contexts[context];
             LoggedContextModel& model = *m_contextModels[context];
             switch (step.pick(1, 6)) {
@@ -569,7 +547,7 @@ private:
 
     void react(const ModelStep& step)
     {
-        if (m_reactions.size() < 6) {
+        if (m_pending.size() < 6) {
             ModelStep action = step;
             // What is done depends on other numbers than where it is done; often it is done to the context itself.
             action.numbers = {step.pick(4, 2) == 1 ? step.numbers[0] : step.numbers[2],
@@ -578,7 +556,7 @@ private:
                               step.numbers[4],
                               step.numbers[4],
                               step.numbers[5]};
-            m_reactions.push_back({contextOf(step), contextOperations[step.pick(1, contextOperations.size())], action});
+            m_pending.push_back({contextOf(step), contextOperations[step.pick(1, contextOperations.size())], action});
         }
     }
 
@@ -609,10 +587,8 @@ private:
     std::array<ContextWorld, contextCount> m_modelWorlds;
     std::array<std::unique_ptr<LoggedContext>, contextCount> m_contexts;
     std::array<std::unique_ptr<LoggedContextModel>, contextCount> m_contextModels;
-    std::vector<Reaction> m_reactions;
-    std::map<int, Action> m_schedule;
-    int m_modelCalls = 0;
-    int m_calls = 0;
+    ModelReactions m_reactions;
+    std::vector<Reaction> m_pending;
 };
 
 TEST(InteractionManagerModelTest, AnySequenceOfCallsMatchesTheModel)
