@@ -44,10 +44,10 @@ public:
     bool startMode(const std::string& mode)
     {
         if (!selectMode(mode)) {
-            coverage().see(has(mode) ? "mode refused while it is in the stack" : "mode refused");
+            m_coverage.see(has(mode) ? "mode refused while it is in the stack" : "mode refused");
             return false;
         }
-        coverage().see(has(mode) ? "mode started again" : mode.empty() ? "empty mode started" : "mode started");
+        m_coverage.see(has(mode) ? "mode started again" : mode.empty() ? "empty mode started" : "mode started");
         remove(mode);
         m_modes.insert(m_modes.begin(), mode);
         return true;
@@ -56,17 +56,17 @@ public:
     bool stopMode(const std::string& mode)
     {
         if (!has(mode)) {
-            coverage().see("unknown mode stopped");
+            m_coverage.see("unknown mode stopped");
             return false;
         }
         const bool isCurrent = m_modes.front() == mode;
         remove(mode);
         if (isCurrent) {
-            coverage().see(m_modes.empty() ? "last mode stopped" : "current mode stopped");
+            m_coverage.see(m_modes.empty() ? "last mode stopped" : "current mode stopped");
             const std::string next = m_modes.empty() ? "" : m_modes.front();
             selectMode(next);
         } else {
-            coverage().see("other mode stopped");
+            m_coverage.see("other mode stopped");
         }
         return true;
     }
@@ -74,10 +74,10 @@ public:
     void contextRemoved(int manager) override
     {
         if (m_modes.empty()) {
-            coverage().see("removal without modes");
+            m_coverage.see("removal without modes");
         } else {
             selectMode(std::string());
-            coverage().see(m_modes.empty() ? "modes gone when a removal would end them" : "modes ended by a removal");
+            m_coverage.see(m_modes.empty() ? "modes gone when a removal would end them" : "modes ended by a removal");
             m_modes.clear();
         }
         AbstractInteractionContextModel::contextRemoved(manager);
@@ -86,7 +86,7 @@ public:
     bool triggerEvent(int, const EventModel& event) override
     {
         if (event.tool != m_modeCategory) {
-            coverage().see("event of another category");
+            m_coverage.see("event of another category");
             return false;
         }
         if (event.name == "start") {
@@ -95,14 +95,11 @@ public:
         if (event.name == "stop") {
             return stopMode(event.hint);
         }
-        coverage().see("event of the mode category with another name");
+        m_coverage.see("event of the mode category with another name");
         return false;
     }
 
     virtual bool selectMode(const std::string& mode) = 0;
-
-protected:
-    ModelCoverage& coverage() { return m_coverage; }
 
 private:
     bool has(const std::string& mode) const { return std::find(m_modes.begin(), m_modes.end(), mode) != m_modes.end(); }

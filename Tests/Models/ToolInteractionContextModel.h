@@ -31,20 +31,25 @@ public:
                 "event of the tool category without a tool"};
     }
 
-    /** @param number what the tools are told */
+    /**
+     * @param number what the tools are told
+     * @param baseCoverage counts what the base of all contexts does
+     * @param modeCoverage counts what happens to modes
+     */
     ToolInteractionContextModel(int number, NotificationsModel& notifications, int position,
-                                ModelCoverage& baseCoverage, ModelCoverage& coverage)
-        : MultimodeInteractionContextModel(notifications, position, baseCoverage, coverage)
+                                ModelCoverage& baseCoverage, ModelCoverage& modeCoverage, ModelCoverage& coverage)
+        : MultimodeInteractionContextModel(notifications, position, baseCoverage, modeCoverage)
         , m_number(number)
+        , m_coverage(coverage)
     {}
 
     void setTool(AbstractInteractionToolModel* tool)
     {
         if (tool == m_tool) {
-            coverage().see("same tool set again");
+            m_coverage.see("same tool set again");
             return;
         }
-        coverage().see(!m_toolActive       ? "tool set while inactive"
+        m_coverage.see(!m_toolActive       ? "tool set while inactive"
                        : tool == nullptr   ? "tool taken away while active"
                        : m_tool == nullptr ? "tool set while active"
                                            : "tool replaced while active");
@@ -66,7 +71,7 @@ public:
     {
         MultimodeInteractionContextModel::contextAdded(manager);
         m_toolActive = true;
-        coverage().see(m_tool != nullptr ? "added with a tool" : "added without a tool");
+        m_coverage.see(m_tool != nullptr ? "added with a tool" : "added without a tool");
         if (m_tool != nullptr) {
             m_tool->activateTool(m_number);
         }
@@ -75,7 +80,7 @@ public:
     void contextRemoved(int manager) override
     {
         m_toolActive = false;
-        coverage().see(m_tool != nullptr ? "removed with a tool" : "removed without a tool");
+        m_coverage.see(m_tool != nullptr ? "removed with a tool" : "removed without a tool");
         if (m_tool != nullptr) {
             m_tool->deactivateTool(m_number);
         }
@@ -86,7 +91,7 @@ public:
     {
         if (m_tool == nullptr || event.tool != m_toolCategory) {
             if (event.tool == m_toolCategory) {
-                coverage().see("event of the tool category without a tool");
+                m_coverage.see("event of the tool category without a tool");
             }
             return MultimodeInteractionContextModel::triggerEvent(manager, event);
         }
@@ -98,18 +103,18 @@ public:
                                                                                        {"stopHover", "stopHoverTool"}}};
         for (const auto& [name, operation] : operations) {
             if (event.name == name) {
-                coverage().see("event handled by the tool");
+                m_coverage.see("event handled by the tool");
                 return m_tool->carryOut(operation, m_number, event.hint);
             }
         }
-        coverage().see("event of the tool category with another name");
+        m_coverage.see("event of the tool category with another name");
         return false;
     }
 
     bool selectMode(const std::string& mode) override
     {
         if (m_tool == nullptr) {
-            coverage().see("mode refused for want of a tool");
+            m_coverage.see("mode refused for want of a tool");
             return false;
         }
         return m_tool->setToolMode(m_number, mode);
@@ -117,6 +122,7 @@ public:
 
 private:
     int m_number;
+    ModelCoverage& m_coverage;
     AbstractInteractionToolModel* m_tool = nullptr;
     bool m_toolActive = false;
     std::string m_toolCategory = "tool";
