@@ -209,6 +209,12 @@ private:
     const ToolWorld& m_world;
 };
 
+// Final, as what is destroyed through its own class has to be.
+class Context final : public ToolInteractionContext {
+public:
+    using ToolInteractionContext::ToolInteractionContext;
+};
+
 class Driver {
 public:
     using Operation = ModelOperation<Driver>;
@@ -273,7 +279,7 @@ public:
             make(index);
         }
         for (std::size_t index = 0; index < contextCount; ++index) {
-            m_contexts.push_back(std::make_unique<ToolInteractionContext>(ToolInteractionContext::Tool));
+            m_contexts.push_back(std::make_unique<Context>(ToolInteractionContext::Tool));
             m_contextModels.push_back(std::make_unique<ToolInteractionContextModel>(
                 static_cast<int>(index) + 1, m_notifications, 0, m_baseCoverage, m_modeCoverage, coverage));
         }
@@ -651,7 +657,7 @@ private:
     std::array<ToolWorld, toolCount> m_modelWorlds;
     std::array<std::unique_ptr<LoggedTool>, toolCount> m_tools;
     std::array<std::unique_ptr<LoggedToolModel>, toolCount> m_toolModels;
-    std::vector<std::unique_ptr<ToolInteractionContext>> m_contexts;
+    std::vector<std::unique_ptr<Context>> m_contexts;
     std::vector<std::unique_ptr<ToolInteractionContextModel>> m_contextModels;
     ModelReactions m_reactions;
     std::vector<ModelStep> m_pending;
