@@ -202,7 +202,16 @@ def print_budgets(result, output):
     if len(rows) == 1:
         return False
     print_table(rows, output)
+    print_machine(result, output)
     return any(row[3] == "MISSED" for row in rows)
+
+
+def print_machine(result, output):
+    """What the budgets were not made for: memory that is slower, or given out more slowly, than most have."""
+    figures = [result["benchmarks"].get(name) for name in ("Machine/randomAccess", "Machine/firstTouch")]
+    if None not in figures:
+        access, touch = (write_time(figure["time"]) for figure in figures)
+        print(f"On this machine a random access to memory takes {access}, the first access to a page {touch}.", file=output)
 
 
 def print_figures(result, output):
