@@ -27,8 +27,8 @@ packages=(
     pkgconf abigail-tools
     # the Debian packages, and a clean Debian to try them in
     dpkg-dev file lintian debootstrap groff-base desktop-file-utils
-    # benchmarks, counts of instructions
-    libbenchmark-dev valgrind python3
+    # benchmarks, counts of instructions, coverage
+    libbenchmark-dev valgrind python3 gcovr
     # the manual
     doxygen graphviz
 )

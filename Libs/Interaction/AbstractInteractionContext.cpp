@@ -19,7 +19,8 @@ AbstractInteractionContext::AbstractInteractionContext(PreferredPosition positio
 
 AbstractInteractionContext::~AbstractInteractionContext()
 {
-    if (m_notification != nullptr && m_notificationManager != nullptr) {
+    // Only a known manager can have made one.
+    if (m_notification != nullptr) {
         removeNotification();
     }
     m_interactionManager = nullptr;

@@ -15,7 +15,8 @@ AbstractInteractionTool::AbstractInteractionTool()
 
 AbstractInteractionTool::~AbstractInteractionTool()
 {
-    if (m_notification != nullptr && m_notificationManager != nullptr) {
+    // Only a known manager can have made one.
+    if (m_notification != nullptr) {
         removeNotification();
     }
 }

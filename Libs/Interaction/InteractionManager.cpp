@@ -129,7 +129,7 @@ void InteractionManager::removeContext(InteractionContext* context)
         return;
     }
     InteractionContext* newFront = m_contexts.front();
-    if (newFront != nullptr && newFront != oldFront) {
+    if (newFront != oldFront) {
         newFront->contextRaised(this);
     }
 }

@@ -654,6 +654,21 @@ TEST_F(HighlightSelectionVisualisationTest, WithoutAParentTheMatrixIsTheIdentity
     EXPECT_EQ(visualisation->getNChildren(), 1U);
 }
 
+TEST_F(HighlightSelectionVisualisationTest, AGeometryWithoutAParentHasNoLevelInBetween)
+{
+    const NodeRef node = makeNode(makeUnitExtent());
+
+    const NodeRef visualisation(m_highlight->createVisualisation(node));
+    EXPECT_TRUE(matrixOf(visualisation) == osg::Matrix());
+    ASSERT_EQ(visualisation->getNChildren(), 1U);
+    EXPECT_TRUE(visualisation->getChild(0)->getCore() == node->getCore());
+
+    m_highlight->updateVisualisation(node, visualisation);
+    EXPECT_TRUE(matrixOf(visualisation) == osg::Matrix());
+    ASSERT_EQ(visualisation->getNChildren(), 1U);
+    EXPECT_TRUE(visualisation->getChild(0)->getCore() == node->getCore());
+}
+
 TEST_F(HighlightSelectionVisualisationTest, WithoutAParentOfTheParentTheMatrixIsTheIdentity)
 {
     const NodeRef parent = makeNode(makeTranslation(10.0F, 0.0F, 0.0F));

@@ -759,6 +759,20 @@ TEST_F(QtEventMapperMouseTest, ABindingAddedAndRemovedFromInsideAnEventLeavesNoT
     EXPECT_THAT(m_log.calls(), ElementsAre(sent("a", "hover"), sent("added again", "hover"), sent("b", "hover")));
 }
 
+TEST_F(QtEventMapperMouseTest, BindingAKeyFromInsideAnEventOfTheMouseDoesNotDisturbTheOthers)
+{
+    bind(Qt::LeftButton, none, "a");
+    bind(Qt::LeftButton, none, "b");
+    during(sent("a", "start"), [this] { m_mapper.addKeyboardMapping(Qt::Key_A, none, "key", QString()); });
+
+    press(Qt::LeftButton);
+    EXPECT_THAT(m_log.take(), ElementsAre(sent("a", "start"), sent("b", "start")));
+
+    consumeEverything();
+    pressKey(Qt::Key_A);
+    EXPECT_THAT(m_log.calls(), ElementsAre(sent("key", "start")));
+}
+
 TEST_F(QtEventMapperMouseTest, AResetInsideAStartComesTooEarlyForItsCategory)
 {
     bind(Qt::LeftButton, none, "a");
