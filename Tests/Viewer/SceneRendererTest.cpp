@@ -1283,6 +1283,236 @@ TEST_F(SceneRendererSizeTest, AStillPictureWaitsForNothing)
     EXPECT_EQ(m_renderer.getStatistics().opaque, 2U);
 }
 
+/** Pictures with so much in them that hidden geometry is looked for: nobody sees a difference. */
+class SceneRendererHiddenTest : public SceneRendererSizeTest {
+protected:
+    static constexpr int Rows = 40;
+
+    // Boxes of one colour in the left, another in the right half, three layers deep.
+    void addLayers(const float nearest)
+    {
+        for (int layer = 0; layer < 3; ++layer) {
+            for (int i = 0; i < Rows * Rows; ++i) {
+                const float left = -1 + 2 * static_cast<float>(i % Rows) / Rows;
+                const float bottom = -1 + 2 * static_cast<float>(i / Rows) / Rows;
+                const float z = nearest - 0.25F * static_cast<float>(layer);
+                const osg::MaterialPtr material = i % Rows < Rows / 2 ? m_left : m_right;
+                add(makeBox(osg::Pnt3f(left, bottom, z - 0.1F), osg::Pnt3f(left + 0.03F, bottom + 0.03F, z), material));
+            }
+        }
+    }
+
+    // Lines with shades at their sides.
+    static osg::SimpleMaterialPtr makeLineMaterial(const osg::Color3f& colour, const osg::Int32 sortKey)
+    {
+        const osg::SimpleMaterialPtr material = makePlainMaterial(colour, 0.001F, sortKey);
+        const osg::LineChunkPtr chunk = osg::LineChunk::create();
+        beginEditCP(chunk);
+        chunk->setSmooth(true);
+        addChunk(material, chunk);
+        return material;
+    }
+
+    // Frames of boxes, as a visualisation has them.
+    void addFrames(const int count, const osg::MaterialPtr& material)
+    {
+        for (int i = 0; i < count; ++i) {
+            const float left = -0.9F + 1.6F * static_cast<float>((i * 7919) % 997) / 997;
+            const float bottom = -0.9F + 1.6F * static_cast<float>((i * 104729) % 991) / 991;
+            const float right = left + 0.1F;
+            const float top = bottom + 0.1F;
+            std::vector<osg::Pnt3f> corners;
+            for (unsigned corner = 0; corner < 8; ++corner) {
+                corners.emplace_back((corner & 1U) != 0 ? right : left, (corner & 2U) != 0 ? top : bottom,
+                                     (corner & 4U) != 0 ? 0.6F : 0.5F);
+            }
+            add(makeGeometry(GL_LINES, corners,
+                             {0, 1, 2, 3, 4, 5, 6, 7, 0, 2, 1, 3, 4, 6, 5, 7, 0, 4, 1, 5, 2, 6, 3, 7}, material));
+        }
+    }
+
+    QImage drawWith(const double expectedPrimitives)
+    {
+        m_renderer.setExpectedPrimitives(expectedPrimitives);
+        return draw();
+    }
+
+    QImage drawEverything() { return drawWith(1e9); }
+
+    QImage drawWithoutHidden() { return drawWith(1000); }
+
+    std::size_t getHidden() const { return m_renderer.getStatistics().hidden; }
+
+    osg::RefPtr<osg::MaterialPtr> m_left{osg::MaterialPtr(makePlainMaterial(Red))};
+    osg::RefPtr<osg::MaterialPtr> m_right{osg::MaterialPtr(makePlainMaterial(Green))};
+};
+
+TEST_F(SceneRendererHiddenTest, WhatIsBehindOthersIsLeftOut)
+{
+    addLayers(0);
+    add(makeRectangle(-1, -1, 1, 1, 0.5F, makePlainMaterial(Blue)));
+    const QImage everything = drawEverything();
+    EXPECT_EQ(getHidden(), 0U);
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_EQ(picture, everything);
+    EXPECT_EQ(getHidden(), 3U * Rows * Rows);
+    EXPECT_EQ(m_renderer.getStatistics().opaque, 1U);
+    EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
+}
+
+TEST_F(SceneRendererHiddenTest, WhatIsSeenThroughGapsIsDrawn)
+{
+    addLayers(0.5F);
+    add(makeRectangle(-1, -1, 1, 1, -0.9F, makePlainMaterial(Blue)));
+    const QImage everything = drawEverything();
+    ASSERT_GT(count(everything, BluePixel), 0);
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_EQ(m_renderer.getStatistics().opaque + getHidden(), 3U * Rows * Rows + 1);
+}
+
+TEST_F(SceneRendererHiddenTest, SeveralSamplesForEachPixelAreLookedAtOneByOne)
+{
+    m_surface.setMultisampling(true);
+    addLayers(0.5F);
+    // Hides all but a sixth of one column of pixels, in which only the last of their four samples lies.
+    add(makeRectangle(-1, -1, 0.017F, 1, 0.9F, makePlainMaterial(Blue)));
+    add(makeRectangle(0.022F, -1, 1, 1, 0.9F, makePlainMaterial(Blue)));
+    const QImage everything = drawEverything();
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_GT(getHidden(), 2U * Rows * Rows);
+}
+
+TEST_F(SceneRendererHiddenTest, WhatWasHiddenIsDrawnWhenNothingHidesItAnyMore)
+{
+    addLayers(0);
+    const osg::NodePtr wall = add(makeRectangle(-1, -1, 1, 1, 0.5F, makePlainMaterial(Blue)));
+    const QImage hidden = drawWithoutHidden();
+    EXPECT_EQ(count(hidden, BluePixel), Size * Size);
+
+    setTravMask(wall, 0);
+
+    EXPECT_GT(count(drawWithoutHidden(), RedPixel), Size * Size / 8);
+    EXPECT_EQ(draw(), drawEverything());
+}
+
+TEST_F(SceneRendererHiddenTest, SurfacesThatDoNotHideLeaveNothingOut)
+{
+    addLayers(0);
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Blue);
+    const osg::DepthChunkPtr chunk = osg::DepthChunk::create();
+    beginEditCP(chunk);
+    chunk->setReadOnly(true);
+    addChunk(material, chunk);
+    add(makeRectangle(-1, -1, 1, 1, 0.5F, material));
+    add(makeRectangle(-1, -1, 1, 1, 0.4F, makePlainMaterial(Green)));
+    const QImage everything = drawEverything();
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_EQ(getHidden(), 0U);
+}
+
+TEST_F(SceneRendererHiddenTest, WhatIsTransparentHidesNothing)
+{
+    addLayers(0);
+    add(makeRectangle(-1, -1, 1, 1, 0.5F, makePlainMaterial(Blue, 0.5F)));
+    const QImage everything = drawEverything();
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_LT(getHidden(), 2U * Rows * Rows + 1);
+}
+
+TEST_F(SceneRendererHiddenTest, WhatIsTransparentIsHiddenByOthers)
+{
+    addLayers(0.5F);
+    add(makeRectangle(-1, -1, 1, 1, 0.8F, makePlainMaterial(Red)));
+    add(makeRectangle(-0.5F, -0.5F, 0.5F, 0.5F, 0, makePlainMaterial(Blue, 0.5F)));
+    add(makeRectangle(-0.5F, -0.5F, 0, 0, 0.9F, makePlainMaterial(Green, 0.5F)));
+    const QImage everything = drawEverything();
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_EQ(m_renderer.getStatistics().transparent, 1U);
+}
+
+TEST_F(SceneRendererHiddenTest, MovingPicturesHaveTimeForWhatIsSeen)
+{
+    addLayers(0);
+    add(makeRectangle(-1, -1, 1, 1, 0.5F, makePlainMaterial(Blue)));
+    m_renderer.setBuildingTime(100);
+    m_renderer.setExpectedPrimitives(1000);
+
+    const QImage picture = drawMoving();
+
+    EXPECT_EQ(count(picture, BluePixel), Size * Size);
+    EXPECT_EQ(m_renderer.getStatistics().leftOut, 0U);
+    EXPECT_EQ(getHidden(), 3U * Rows * Rows);
+}
+
+TEST_F(SceneRendererHiddenTest, LinesThatTouchNoPixelOfAnotherColourAreLeftOut)
+{
+    constexpr int Frames = 5000;
+    addFrames(Frames, makeLineMaterial(Red, 0));
+    const QImage everything = drawEverything();
+    EXPECT_EQ(m_renderer.getStatistics().primitives, 12U * Frames);
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_LT(m_renderer.getStatistics().primitives, 12U * Frames / 2);
+    EXPECT_EQ(m_renderer.getStatistics().transparent, std::size_t(Frames));
+    for (int y = 0; y < Size; ++y) {
+        for (int x = 0; x < Size; ++x) {
+            ASSERT_NEAR(qRed(picture.pixel(x, y)), qRed(everything.pixel(x, y)), 8) << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(SceneRendererHiddenTest, LinesOfTwoColoursCoverEachOtherAsBefore)
+{
+    addFrames(5000, makeLineMaterial(Red, 1));
+    addFrames(200, makeLineMaterial(Green, 2));
+    const QImage everything = drawEverything();
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_GT(count(picture, GreenPixel), 0);
+    EXPECT_EQ(count(picture, GreenPixel), count(everything, GreenPixel));
+}
+
+/** Bodies whose far side is left out. */
+class SceneRendererBodyTest : public SceneRendererTest {
+protected:
+    static osg::GeometryPtr box(const osg::MaterialPtr& material, const float nearest)
+    {
+        return makeBox(osg::Pnt3f(-0.5F, -0.5F, -0.5F), osg::Pnt3f(0.5F, 0.5F, nearest), material);
+    }
+};
+
+TEST_F(SceneRendererBodyTest, AMirroredBodyIsSeenFromOutside)
+{
+    // Lit: the near side is as bright as that of the body that is not mirrored.
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    material->setLit(true);
+    const osg::NodePtr plain = add(box(material, 0.5F));
+    const std::string expected = drawCentre();
+    setTravMask(plain, 0);
+    osg::Matrix mirror;
+    mirror[0][0] = -1;
+    add(makeTransform(mirror, {makeNode(box(material, 0.5F))}));
+
+    EXPECT_EQ(drawCentre(), expected);
+    EXPECT_NE(expected, hex(BlackPixel));
+}
+
+TEST_F(SceneRendererBodyTest, ABodyThatTheNearPlaneCutsIsSeenFromInside)
+{
+    add(box(makePlainMaterial(Red), 3));
+
+    EXPECT_EQ(drawCentre(), hex(RedPixel));
+}
+
 /** How the vertices of one kind of primitive become pixels. */
 struct Primitive {
     const char* name;

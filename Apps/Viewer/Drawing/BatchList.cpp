@@ -28,6 +28,9 @@ constexpr std::size_t MostOpenBatches = 8;
 // What a batch may extend, in radii of its smallest geometries: they keep a precision of some ten thousandths.
 constexpr float MostRadii = 4096;
 
+// How many of the last patterns of a batch are looked at for one that fits.
+constexpr std::size_t MostPatternsCompared = 8;
+
 // Sizes of one group are within a factor of two to the power of this.
 constexpr int OctavesOfGroup = 4;
 
@@ -180,6 +183,30 @@ float vary(const std::uint32_t place)
     return 0.8F + 0.4F * static_cast<float>((place * 2654435761U) >> 16U) / 65536.0F;
 }
 
+// Of which corners of its world box lines consist; empty when they consist of something else.
+std::vector<std::uint8_t> findCorners(const DrawItem& item, const GeometryData& data)
+{
+    constexpr std::size_t MostCorners = 8;
+    std::vector<std::uint8_t> corners;
+    if (data.lines.empty() || !data.triangles.empty() || !data.points.empty() || data.positions.size() > MostCorners) {
+        return corners;
+    }
+    const Matrix4 toWorld(item.toWorld);
+    for (const osg::Pnt3f& position : data.positions) {
+        const Vector4 place = toWorld.transform(position);
+        std::uint8_t corner = 0;
+        for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+            const auto value = static_cast<float>(place[axis]);
+            if (value != item.minimum[axis] && value != item.maximum[axis]) {
+                return {};
+            }
+            corner = static_cast<std::uint8_t>(corner | (value == item.maximum[axis] ? 1U << axis : 0U));
+        }
+        corners.push_back(corner);
+    }
+    return corners;
+}
+
 Marker makeMarker(const DrawItem& item, const std::array<double, 3>& origin)
 {
     Marker marker;
@@ -199,6 +226,26 @@ Marker makeMarker(const DrawItem& item, const std::array<double, 3>& origin)
         marker.colour.at(component) = static_cast<std::uint8_t>(sum / colours.size());
     }
     return marker;
+}
+
+/// A mirror turns a surface inside out.
+SurfaceFacing findFacing(const DrawItem& item)
+{
+    const SurfaceFacing facing = item.mesh->facing;
+    if (facing == SurfaceFacing::Any) {
+        return facing;
+    }
+    const auto value = [&](const osg::UInt32 column, const osg::UInt32 row) {
+        return static_cast<double>(item.toWorld[column][row]);
+    };
+    const double volume = value(0, 0) * (value(1, 1) * value(2, 2) - value(1, 2) * value(2, 1)) +
+                          value(0, 1) * (value(1, 2) * value(2, 0) - value(1, 0) * value(2, 2)) +
+                          value(0, 2) * (value(1, 0) * value(2, 1) - value(1, 1) * value(2, 0));
+    if (!(std::abs(volume) > 0)) {
+        return SurfaceFacing::Any;
+    }
+    const bool isOutward = (facing == SurfaceFacing::Outward) == (volume > 0);
+    return isOutward ? SurfaceFacing::Outward : SurfaceFacing::Inward;
 }
 
 /// Sets the world box of an item; false when it is too far out, or not a box.
@@ -227,6 +274,15 @@ bool setBounds(DrawItem& item)
 }
 
 } // namespace
+
+bool IndexPattern::equals(const GeometryData& data, const std::vector<std::uint8_t>& others) const
+{
+    const auto isSame = [](const std::vector<GLushort>& a, const std::vector<osg::UInt32>& b) {
+        return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin());
+    };
+    return isSame(triangles, data.triangles) && isSame(lines, data.lines) && isSame(points, data.points) &&
+           corners == others;
+}
 
 osg::Pnt3f DrawItem::getCentre() const
 {
@@ -386,6 +442,7 @@ void BatchList::read(const osg::GeometryPtr& geometry, Mesh& mesh)
     mesh.vertexCount = data.positions.size();
     mesh.hasNormals = !data.normals.empty();
     mesh.hasColours = !data.colours.empty();
+    mesh.facing = mesh.content->getFacing();
     mesh.counts = {data.triangles.size(), data.lines.size(), data.points.size()};
     mesh.properties = getProperties(geometry);
     m_newestId = std::max(m_newestId, osg::getContainerId(geometry));
@@ -485,7 +542,8 @@ void BatchList::tidy(const std::uint32_t groupIndex, const std::uint32_t batchIn
         }
     }
     if (group.itemCount == 0) {
-        m_groupIndices.erase(GroupKey(group.materialId, group.format.hasNormals, group.format.hasColours, group.size));
+        m_groupIndices.erase(
+            GroupKey(group.materialId, group.format.hasNormals, group.format.hasColours, group.facing, group.size));
         m_groups[groupIndex] = nullptr;
         m_freeGroups.push_back(groupIndex);
     }
@@ -498,8 +556,9 @@ std::uint32_t BatchList::findGroup(const DrawItem& item)
                          ? static_cast<int>(std::floor(std::log2(item.radius) / OctavesOfGroup))
                          : NoSize;
     const VertexFormat format = item.mesh->getFormat();
+    const SurfaceFacing facing = findFacing(item);
     const auto [index, isNew] =
-        m_groupIndices.try_emplace(GroupKey(item.materialId, format.hasNormals, format.hasColours, size), 0);
+        m_groupIndices.try_emplace(GroupKey(item.materialId, format.hasNormals, format.hasColours, facing, size), 0);
     if (!isNew) {
         return index->second;
     }
@@ -513,6 +572,7 @@ std::uint32_t BatchList::findGroup(const DrawItem& item)
     group->material = item.material;
     group->materialId = item.materialId;
     group->format = format;
+    group->facing = facing;
     group->size = size;
     group->leastRadius = size == NoSize ? 0.0F : std::ldexp(1.0F, size * OctavesOfGroup);
     const auto [rank, isNewMaterial] = m_ranks.try_emplace(item.materialId, m_nextRank);
@@ -614,18 +674,45 @@ void BatchList::build(Batch& batch)
     m_data.vertices.reserve(batch.vertexCount * m_data.format.getSize());
     batch.ends.clear();
     batch.radii.clear();
+    batch.boxes.clear();
+    batch.patterns.clear();
+    batch.patternOfItem.clear();
+    batch.firstVertices.clear();
     m_markers.clear();
     for (const auto& [radius, place] : order) {
         const DrawItem& item = m_items[place];
-        Baker(item.toWorld, batch.origin).addTo(m_data, item.mesh->content->getData());
+        const GeometryData& data = item.mesh->content->getData();
+        batch.firstVertices.push_back(static_cast<std::uint32_t>(m_data.vertexCount));
+        batch.patternOfItem.push_back(findPattern(batch, item));
+        Baker(item.toWorld, batch.origin).addTo(m_data, data);
         batch.ends.push_back({m_data.triangles.size(), m_data.lines.size(), m_data.points.size()});
         batch.radii.push_back(radius);
+        batch.boxes.push_back({item.minimum, item.maximum});
         m_markers.push_back(makeMarker(item, batch.origin));
     }
     batch.buffers.fill(m_data);
     batch.markers.fill(m_markers);
     batch.stale = false;
     ++m_buildCount;
+}
+
+std::uint32_t BatchList::findPattern(Batch& batch, const DrawItem& item)
+{
+    const GeometryData& data = item.mesh->content->getData();
+    const std::vector<std::uint8_t> corners = findCorners(item, data);
+    const std::size_t count = batch.patterns.size();
+    for (std::size_t i = count; i > 0 && count - i < MostPatternsCompared; --i) {
+        if (batch.patterns[i - 1].equals(data, corners)) {
+            return static_cast<std::uint32_t>(i - 1);
+        }
+    }
+    IndexPattern pattern;
+    pattern.triangles.assign(data.triangles.begin(), data.triangles.end());
+    pattern.lines.assign(data.lines.begin(), data.lines.end());
+    pattern.points.assign(data.points.begin(), data.points.end());
+    pattern.corners = corners;
+    batch.patterns.push_back(std::move(pattern));
+    return static_cast<std::uint32_t>(count);
 }
 
 void BatchList::build(Mesh& mesh)

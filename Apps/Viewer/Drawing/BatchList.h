@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Drawing/CoverMap.h"
 #include "Viewer/Drawing/MarkerBuffer.h"
 #include "Viewer/Drawing/VertexBuffers.h"
 #include "Viewer/Model/Matrix4.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/SceneMirror.h"
+#include "Viewer/Model/SurfaceFacing.h"
 
 #include <OpenSG/OSGConfig.h>
 
@@ -26,6 +28,7 @@
 namespace quon::viewer {
 
 class GeometryContent;
+struct GeometryData;
 class PreparedGeometries;
 
 /** The content of one geometry core. */
@@ -44,6 +47,7 @@ struct Mesh {
     VertexFormat getFormat() const { return {hasNormals, hasColours}; }
     bool hasNormals = false;
     bool hasColours = false;
+    SurfaceFacing facing = SurfaceFacing::Any;
 };
 
 /** A geometry node as it is drawn: as a piece of a batch, or by itself when it is large. */
@@ -67,11 +71,26 @@ struct DrawItem {
     osg::Pnt3f getCentre() const;
 };
 
+/** The indices of a geometry among its own vertices; geometries that look alike share them. */
+struct IndexPattern {
+    std::vector<GLushort> triangles;
+    std::vector<GLushort> lines;
+    std::vector<GLushort> points;
+    std::vector<std::uint8_t>
+        corners; ///< by vertex: of the world box; empty unless all are corners of it, see WorldBox
+
+    bool equals(const GeometryData& data, const std::vector<std::uint8_t>& others) const;
+};
+
 /** Many geometries in one pair of buffers, in world space relative to an origin of their own. */
 struct Batch {
     std::vector<std::uint32_t> items; ///< places; the larger ones first once it is built
     std::vector<IndexCounts> ends;    ///< by item: indices up to its end
     std::vector<float> radii;         ///< by item, a little varied; none larger than the one before
+    std::vector<WorldBox> boxes;      ///< by item
+    std::vector<IndexPattern> patterns;
+    std::vector<std::uint32_t> patternOfItem; ///< by item
+    std::vector<std::uint32_t> firstVertices; ///< by item
     std::size_t vertexCount = 0;
     osg::Pnt3f minimum; ///< in the world; holds all items, may be too large
     osg::Pnt3f maximum;
@@ -79,6 +98,8 @@ struct Batch {
     bool stale = true;
     VertexBuffers buffers;
     MarkerBuffer markers; ///< by item
+
+    const IndexPattern& getPattern(const std::uint32_t item) const { return patterns[patternOfItem[item]]; }
 
     /** Whether nothing of it but lines and points is drawn. */
     bool isThin() const { return ends.empty() || ends.back().triangles == 0; }
@@ -89,9 +110,10 @@ struct DrawGroup {
     osg::MaterialPtr material; ///< may be null
     osg::UInt32 materialId = 0;
     VertexFormat format;
-    std::uint64_t rank = 0; ///< groups whose material came first have the lower one
-    int size = 0;           ///< class of the radii
-    float leastRadius = 0;  ///< of the class
+    std::uint64_t rank = 0;                    ///< groups whose material came first have the lower one
+    SurfaceFacing facing = SurfaceFacing::Any; ///< in the world
+    int size = 0;                              ///< class of the radii
+    float leastRadius = 0;                     ///< of the class
     std::vector<std::uint32_t> batches;
     std::vector<std::uint32_t> open;    ///< batches with room
     std::vector<std::uint32_t> singles; ///< places of the items that are drawn by themselves
@@ -154,7 +176,7 @@ public:
     std::size_t takeBuildCount();
 
 private:
-    using GroupKey = std::tuple<osg::UInt32, bool, bool, int>;
+    using GroupKey = std::tuple<osg::UInt32, bool, bool, SurfaceFacing, int>;
 
     bool isWanted(const osg::NodePtr& node) override;
     void geometryShown(std::size_t place, const GeometryInstance& instance) override;
@@ -167,6 +189,7 @@ private:
     void place(std::uint32_t place, std::uint32_t formerGroup, std::uint32_t formerBatch);
     void moveItem(std::uint32_t place);
     void takeOut(std::uint32_t place);
+    static std::uint32_t findPattern(Batch& batch, const DrawItem& item);
     void tidy(std::uint32_t group, std::uint32_t batch);
     std::uint32_t findGroup(const DrawItem& item);
     std::uint32_t findBatch(std::uint32_t groupIndex, std::uint32_t preferred, const DrawItem& item);

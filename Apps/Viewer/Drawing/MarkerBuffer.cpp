@@ -27,6 +27,19 @@ void MarkerBuffer::fill(const std::vector<Marker>& markers)
 
 void MarkerBuffer::draw(const std::size_t first, const std::size_t count) const
 {
+    bind();
+    glDrawArrays(GL_POINTS, static_cast<GLint>(first), static_cast<GLsizei>(count));
+}
+
+void MarkerBuffer::draw(const std::vector<std::uint32_t>& places) const
+{
+    bind();
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glDrawElements(GL_POINTS, static_cast<GLsizei>(places.size()), GL_UNSIGNED_INT, places.data());
+}
+
+void MarkerBuffer::bind() const
+{
     static_assert(offsetof(Marker, size) == 3 * sizeof(float), "the size is the fourth component of the position");
     const auto stride = static_cast<GLsizei>(sizeof(Marker));
     glBindBuffer(GL_ARRAY_BUFFER, m_name);
@@ -37,7 +50,6 @@ void MarkerBuffer::draw(const std::size_t first, const std::size_t count) const
     // OpenGL takes offsets in the clothes of pointers.
     glVertexAttribPointer(ColourAttribute, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride,
                           reinterpret_cast<const void*>(offsetof(Marker, colour))); // NOLINT(performance-no-int-to-ptr)
-    glDrawArrays(GL_POINTS, static_cast<GLint>(first), static_cast<GLsizei>(count));
 }
 
 } // namespace quon::viewer

@@ -28,7 +28,12 @@ public:
     /** Binds the buffer, draws a run of markers with the current program and unbinds nothing. */
     void draw(std::size_t first, std::size_t count) const;
 
+    /** The same with markers one by one. */
+    void draw(const std::vector<std::uint32_t>& places) const;
+
 private:
+    void bind() const;
+
     GLuint m_name = 0;
 };
 

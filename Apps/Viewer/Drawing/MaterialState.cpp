@@ -17,9 +17,6 @@ namespace quon::viewer {
 
 namespace {
 
-// Points have no chunk of their own; this is the size at which one is still found with the eye.
-constexpr float PointSize = 3;
-
 // What a geometry is made of when its material says nothing.
 const osg::Color3f DefaultDiffuse(0.7F, 0.7F, 0.7F);
 
@@ -158,6 +155,19 @@ bool MaterialState::isOrderless() const
     const bool replaces = sourceFactor == GL_ONE && destinationFactor == GL_ZERO;
     const bool adds = blendEquation == GL_NONE || blendEquation == GL_FUNC_ADD;
     return !lit && (!hasBlending || (adds && (usual || replaces)));
+}
+
+bool MaterialState::isCovering() const
+{
+    return !transparent && isCoverable() && !depthReadOnly && !hasBlending && alphaFunction == GL_NONE &&
+           frontMode == GL_FILL && backMode == GL_FILL && !polygonSmooth;
+}
+
+bool MaterialState::isCoverable() const
+{
+    const bool passesNearer = depthFunction == GL_LESS || depthFunction == GL_LEQUAL;
+    const bool isMoved = offsetPoint || offsetLine || offsetFill || depthNear != 0 || depthFar != 1;
+    return depthTest && passesNearer && !isMoved;
 }
 
 void MaterialState::apply(const float pixelRatio, const bool smoothLines) const

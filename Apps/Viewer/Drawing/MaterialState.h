@@ -16,6 +16,9 @@ namespace quon::viewer {
  * number is infinite or not a number.
  */
 struct MaterialState {
+    /** Points have no chunk of their own; this is the size at which one is still found with the eye. */
+    static constexpr float PointSize = 3;
+
     bool transparent = false; ///< belongs to the transparent pass
     osg::Int32 sortKey = 0;
 
@@ -64,6 +67,12 @@ struct MaterialState {
      * picture in whatever order: one colour, blended the usual way or not at all.
      */
     bool isOrderless() const;
+
+    /** Whether it writes depths as opaque surfaces do, so that nothing is seen of what is behind it. */
+    bool isCovering() const;
+
+    /** Whether nothing is seen of it behind an opaque surface. */
+    bool isCoverable() const;
 
     /**
      * Sets the state of the current context.

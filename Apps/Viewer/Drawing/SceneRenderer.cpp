@@ -2,7 +2,11 @@
 #include "Viewer/Drawing/SceneRenderer.h"
 
 #include "Viewer/Drawing/BatchList.h"
+#include "Viewer/Drawing/CoverMap.h"
+#include "Viewer/Drawing/CoverReader.h"
+#include "Viewer/Drawing/DrawUnit.h"
 #include "Viewer/Drawing/MaterialState.h"
+#include "Viewer/Drawing/Occluders.h"
 #include "Viewer/Drawing/ShaderPrograms.h"
 
 #include <OpenSG/OSGGL.h>
@@ -10,6 +14,7 @@
 #include <GL/glext.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <optional>
@@ -31,6 +36,11 @@ using Clock = std::chrono::steady_clock;
 // What drawing with several samples takes at most, compared with one.
 constexpr double SlowestSamples = 4;
 
+// How many primitives of one colour are worth looking for pixels that have it already, and how many of the geometries
+// are drawn before each look.
+constexpr std::size_t LeastCovered = 50000;
+constexpr std::array<double, 6> CoveredShares{0.15, 0.25, 0.35, 0.5, 0.7, 1};
+
 // The largest side of a marker in pixels of the user interface, of surfaces and of lines: what is seen through lines is
 // not to be hidden by what stands for them.
 constexpr double LargestMarker = 12;
@@ -41,48 +51,9 @@ constexpr double LargestThinMarker = 3;
 constexpr double MarkerLift = 0.5;
 constexpr double ThinMarkerLift = 1;
 
-/** What is drawn with one pair of buffers: a batch, or a geometry by itself. */
-struct Unit {
-    const DrawGroup* group = nullptr;
-    const MaterialState* state = nullptr;
-    Batch* batch = nullptr;         ///< null for a single geometry
-    const DrawItem* item = nullptr; ///< null for a batch
-    double pixels = 0;              ///< on the screen for one unit of length
-    double depth = 0;               ///< of the middle, in front of the eye
-    std::size_t itemCount = 0;      ///< how many are drawn: the first ones, which are the largest
-    std::size_t markedCount = 0;    ///< how many are drawn, as they are or as markers
-
-    bool isStale() const { return batch != nullptr ? batch->stale : item->mesh->buffersStale; }
-
-    const VertexBuffers& getBuffers() const { return batch != nullptr ? batch->buffers : item->mesh->buffers; }
-
-    std::size_t getAllItems() const { return batch != nullptr ? batch->items.size() : 1; }
-
-    /** The indices up to the end of an item. */
-    IndexCounts getEnd(const std::size_t count) const
-    {
-        if (count == 0) {
-            return {};
-        }
-        return batch != nullptr ? batch->ends[count - 1] : item->mesh->counts;
-    }
-
-    /** How many items have at least this size on the screen. */
-    std::size_t countLarger(const double size) const
-    {
-        if (batch == nullptr) {
-            return static_cast<double>(item->radius) * pixels < size ? 0 : 1;
-        }
-        const auto end = std::partition_point(batch->radii.begin(), batch->radii.end(), [&](const float radius) {
-            return !(static_cast<double>(radius) * pixels < size);
-        });
-        return static_cast<std::size_t>(end - batch->radii.begin());
-    }
-};
-
 /** One geometry of the transparent pass that has its place in the order. */
 struct SortedItem {
-    const Unit* unit;
+    const DrawUnit* unit;
     std::size_t index; ///< in the batch
     double depth;
 };
@@ -93,6 +64,27 @@ void resetState()
     MaterialState::reset();
     glUseProgram(0);
     VertexBuffers::unbind();
+}
+
+// A number from 0 to 1, evenly spread over the places.
+double spread(const std::uint32_t place)
+{
+    return static_cast<double>(place * 2654435761U) / 4294967296.0;
+}
+
+/** Whether a box is wholly beyond the near plane. */
+bool isBeyondNear(const Matrix4& worldToClip, const osg::Pnt3f& minimum, const osg::Pnt3f& maximum)
+{
+    for (unsigned corner = 0; corner < 8; ++corner) {
+        const Vector4 clip = worldToClip.transform(osg::Pnt3f((corner & 1U) != 0 ? maximum[0] : minimum[0],
+                                                              (corner & 2U) != 0 ? maximum[1] : minimum[1],
+                                                              (corner & 4U) != 0 ? maximum[2] : minimum[2]));
+        // Written so that a NaN fails.
+        if (!(clip[3] > 0 && clip[2] >= -clip[3])) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /** Whether a box is wholly on the outer side of one of the planes of the view. */
@@ -123,6 +115,7 @@ public:
     {
         if (m_programs == std::nullopt) {
             m_programs.emplace();
+            m_reader.emplace();
         }
         m_batches.update(root, m_travMask);
         m_batches.deleteDoomedBuffers();
@@ -134,14 +127,14 @@ public:
         m_statistics = Statistics();
         collectUnits();
         buildUnits(detail == Detail::Moving ? Clock::now() + getBuildingTime() : Clock::time_point::max());
+        const auto start = Clock::now();
+        glViewport(0, 0, width, height);
+        resetState();
+        leaveOutHidden(width, height, detail);
         if (detail == Detail::Moving) {
             leaveOutSmall();
             m_statistics.simplified = m_isSlow || m_statistics.leftOut > 0;
         }
-
-        const auto start = Clock::now();
-        glViewport(0, 0, width, height);
-        resetState();
         if (m_statistics.simplified) {
             glDisable(GL_MULTISAMPLE);
         }
@@ -171,6 +164,7 @@ public:
     void releaseResources()
     {
         m_batches.release();
+        m_reader.reset();
         m_programs.reset();
     }
 
@@ -180,6 +174,7 @@ public:
     osg::UInt32 m_travMask = 0xFFFFFFFF;
     double m_movingSeconds = 0.15;
     double m_buildingSeconds = 0.03;
+    double m_mostPrimitives = FirstPrimitives; ///< while the camera moves
 
 private:
     Clock::duration getBuildingTime() const
@@ -197,7 +192,7 @@ private:
             for (const std::uint32_t index : group->batches) {
                 Batch& batch = m_batches.getBatch(index);
                 if (!isOutside(m_worldToClip, batch.minimum, batch.maximum)) {
-                    Unit unit;
+                    DrawUnit unit;
                     unit.batch = &batch;
                     addUnit(unit, group, batch.minimum, batch.maximum);
                 }
@@ -205,7 +200,7 @@ private:
             for (const std::uint32_t place : group->singles) {
                 const DrawItem& item = m_batches.getItem(place);
                 if (!isOutside(m_worldToClip, item.minimum, item.maximum)) {
-                    Unit unit;
+                    DrawUnit unit;
                     unit.item = &item;
                     addUnit(unit, group, item.minimum, item.maximum);
                 }
@@ -213,7 +208,7 @@ private:
         }
     }
 
-    void addUnit(Unit& unit, const DrawGroup* group, const osg::Pnt3f& minimum, const osg::Pnt3f& maximum)
+    void addUnit(DrawUnit& unit, const DrawGroup* group, const osg::Pnt3f& minimum, const osg::Pnt3f& maximum)
     {
         const osg::Pnt3f centre((minimum[0] + maximum[0]) / 2, (minimum[1] + maximum[1]) / 2,
                                 (minimum[2] + maximum[2]) / 2);
@@ -223,6 +218,7 @@ private:
         const double w = m_worldToClip.transform(centre)[3];
         unit.pixels = m_pixelsPerUnit / std::max(w, 1e-6);
         unit.itemCount = unit.markedCount = unit.getAllItems();
+        unit.isBeyondNear = isBeyondNear(m_worldToClip, minimum, maximum);
         m_units.push_back(unit);
     }
 
@@ -233,20 +229,96 @@ private:
         return std::isfinite(depth) ? depth : 0.0;
     }
 
+    /**
+     * Leaves out what is behind opaque surfaces, where there is so much that finding out pays. The picture stays the
+     * same: what is left out would not pass the depth test in any of its pixels, nor in any of their samples.
+     */
+    void leaveOutHidden(const int width, const int height, const Detail detail)
+    {
+        std::size_t primitives = 0;
+        bool isPossible = true;
+        for (const DrawUnit& unit : m_units) {
+            primitives += unit.getEnd(unit.getAllItems()).getPrimitives();
+            // Whoever looks through surfaces or writes depths of its own could show what is behind them.
+            isPossible = isPossible && (unit.state->transparent || unit.state->isCovering());
+        }
+        m_isSifted = static_cast<double>(primitives) > m_mostPrimitives;
+        if (!m_isSifted) {
+            return;
+        }
+        m_depthMap.setSize(width, height);
+        for (DrawUnit& unit : m_units) {
+            unit.findBoxes(m_depthMap, m_worldToClip);
+        }
+        // While the camera moves, one sample of a pixel may speak for the others.
+        GLint samples = 0;
+        if (detail == Detail::Full) {
+            glGetIntegerv(GL_SAMPLES, &samples);
+        }
+        if (!isPossible || !drawOccluders(width, height, samples)) {
+            return;
+        }
+        for (DrawUnit& unit : m_units) {
+            if (unit.state->isCoverable()) {
+                unit.sift(m_depthMap, m_pixelRatio);
+                m_statistics.hidden += unit.getAllItems() - unit.countSeen(unit.getAllItems());
+            }
+        }
+    }
+
+    /** Draws what hides most into a depth buffer of its own and reads that; false where there is none. */
+    bool drawOccluders(const int width, const int height, const int samples)
+    {
+        m_occluders.collect(m_units, width, height);
+        for (std::size_t round = 0; round < Occluders::RoundCount; ++round) {
+            if (!m_reader->beginDepth(width, height, samples)) {
+                return false;
+            }
+            if (round == 0) {
+                glClear(GL_DEPTH_BUFFER_BIT);
+            }
+            drawOccluders(round);
+            resetState();
+            m_reader->readDepth(m_depthMap);
+        }
+        return true;
+    }
+
+    void drawOccluders(const std::size_t round)
+    {
+        const std::vector<Occluders::Item> items = m_occluders.getRound(round);
+        const DrawUnit* current = nullptr;
+        for (auto begin = items.begin(); begin != items.end();) {
+            const auto end =
+                std::find_if(begin, items.end(), [&](const auto& item) { return item.unit != begin->unit; });
+            const DrawUnit& unit = m_units[begin->unit];
+            m_indices.clear();
+            for (; begin != end; ++begin) {
+                const PictureBox& box = unit.boxes[begin->item];
+                if (round == 0 || !m_depthMap.hides(box, 0, box.nearest)) {
+                    m_indices.addTriangles(*unit.batch, begin->item);
+                }
+            }
+            use(unit, current);
+            m_indices.draw();
+            current = &unit;
+        }
+    }
+
     // The size on the screen below which geometries are left out, so that the rest can be drawn in time.
     void leaveOutSmall()
     {
         const auto countPrimitives = [&](const double size) {
             std::size_t primitives = 0;
-            for (const Unit& unit : m_units) {
-                primitives += unit.getEnd(unit.countLarger(size)).getPrimitives();
+            for (const DrawUnit& unit : m_units) {
+                primitives += unit.countPrimitives(unit.countLarger(size));
             }
             return static_cast<double>(primitives);
         };
         const auto countMarkers = [&](const double size) {
             std::size_t items = 0;
-            for (const Unit& unit : m_units) {
-                items += unit.batch != nullptr ? unit.countLarger(size) : 0;
+            for (const DrawUnit& unit : m_units) {
+                items += unit.batch != nullptr ? unit.countSeen(unit.countLarger(size)) : 0;
             }
             return static_cast<double>(items);
         };
@@ -259,12 +331,12 @@ private:
         const double drawn = findSize(
             [&](const double size) { return countPrimitives(size) + std::max(0.0, allMarkers - countMarkers(size)); },
             m_mostPrimitives);
-        for (Unit& unit : m_units) {
+        for (DrawUnit& unit : m_units) {
             unit.itemCount = unit.countLarger(drawn);
             unit.markedCount =
                 unit.batch != nullptr ? std::max(unit.itemCount, unit.countLarger(marked)) : unit.itemCount;
-            m_statistics.leftOut += unit.getAllItems() - unit.itemCount;
-            m_statistics.marked += unit.markedCount - unit.itemCount;
+            m_statistics.leftOut += unit.countSeen(unit.getAllItems()) - unit.countSeen(unit.itemCount);
+            m_statistics.marked += unit.countSeen(unit.markedCount) - unit.countSeen(unit.itemCount);
         }
     }
 
@@ -295,6 +367,11 @@ private:
     {
         if (!m_statistics.simplified) {
             m_isSlow = seconds > m_movingSeconds;
+            if (m_isSifted && !m_isSlow) {
+                // Where everything could be drawn in time, looking for what is hidden does not pay.
+                const double share = m_movingSeconds / std::max(seconds, 1e-6);
+                m_mostPrimitives = std::max(m_mostPrimitives, static_cast<double>(m_statistics.primitives) * share);
+            }
             return;
         }
         // At most twice as much the next time: the first drawings of a context are slower than those that follow. What
@@ -311,7 +388,7 @@ private:
     void buildUnits(const Clock::time_point deadline)
     {
         bool isAnyBuilt = false;
-        const auto waits = [&](const Unit& unit) {
+        const auto waits = [&](const DrawUnit& unit) {
             if (!unit.isStale()) {
                 return false;
             }
@@ -332,11 +409,11 @@ private:
 
     void drawOpaque()
     {
-        std::vector<const Unit*> units;
-        for (const Unit& unit : m_units) {
+        std::vector<const DrawUnit*> units;
+        for (const DrawUnit& unit : m_units) {
             if (!unit.state->transparent) {
                 units.push_back(&unit);
-                m_statistics.opaque += unit.itemCount;
+                m_statistics.opaque += unit.countSeen(unit.itemCount);
             }
         }
         sortByKey(units);
@@ -345,33 +422,34 @@ private:
 
     void drawTransparent()
     {
-        std::vector<const Unit*> units;
-        for (const Unit& unit : m_units) {
+        std::vector<const DrawUnit*> units;
+        for (const DrawUnit& unit : m_units) {
             if (unit.state->transparent) {
                 units.push_back(&unit);
-                m_statistics.transparent += unit.itemCount;
+                m_statistics.transparent += unit.countSeen(unit.itemCount);
             }
         }
         sortByKey(units);
         for (auto begin = units.begin(); begin != units.end();) {
-            const auto end = std::find_if(
-                begin, units.end(), [&](const Unit* unit) { return unit->state->sortKey != (*begin)->state->sortKey; });
+            const auto end = std::find_if(begin, units.end(), [&](const DrawUnit* unit) {
+                return unit->state->sortKey != (*begin)->state->sortKey;
+            });
             drawTransparentKey(begin, end);
             begin = end;
         }
     }
 
-    using UnitIterator = std::vector<const Unit*>::iterator;
+    using UnitIterator = std::vector<const DrawUnit*>::iterator;
 
-    static void sortByKey(std::vector<const Unit*>& units)
+    static void sortByKey(std::vector<const DrawUnit*>& units)
     {
         std::stable_sort(units.begin(), units.end(),
-                         [](const Unit* a, const Unit* b) { return a->state->sortKey < b->state->sortKey; });
+                         [](const DrawUnit* a, const DrawUnit* b) { return a->state->sortKey < b->state->sortKey; });
     }
 
     void drawTransparentKey(const UnitIterator begin, const UnitIterator end)
     {
-        const bool orderless = std::all_of(begin, end, [&](const Unit* unit) {
+        const bool orderless = std::all_of(begin, end, [&](const DrawUnit* unit) {
             return unit->group->materialId == (*begin)->group->materialId && unit->state->isOrderless() &&
                    !isColoured(*unit);
         });
@@ -385,14 +463,91 @@ private:
             return;
         }
         if (!orderless) {
-            std::stable_sort(begin, end, [](const Unit* a, const Unit* b) { return a->depth > b->depth; });
+            std::stable_sort(begin, end, [](const DrawUnit* a, const DrawUnit* b) { return a->depth > b->depth; });
+        } else if (canLookForColour(begin, end)) {
+            drawUncovered(begin, end);
+            drawMarkers(begin, end);
+            return;
         }
         drawUnits(begin, end);
     }
 
+    bool canLookForColour(const UnitIterator begin, const UnitIterator end) const
+    {
+        std::size_t primitives = 0;
+        for (auto unit = begin; unit != end; ++unit) {
+            if ((*unit)->batch == nullptr) {
+                return false;
+            }
+            primitives += (*unit)->countPrimitives((*unit)->itemCount);
+        }
+        return m_isSifted && primitives >= LeastCovered;
+    }
+
+    /**
+     * Draws geometries of one colour in whatever order, a part of them at a time, and leaves out what would only touch
+     * pixels that already have this colour.
+     */
+    void drawUncovered(const UnitIterator begin, const UnitIterator end)
+    {
+        const MaterialState& state = *(*begin)->state;
+        // How far the sides of a smooth line are from the pixels that it runs through.
+        const auto distance = static_cast<int>((state.lineWidth * m_pixelRatio / 2 + 0.5) * std::sqrt(2.0) + 0.5);
+        bool isKnown = false;
+        double from = 0;
+        for (const double to : CoveredShares) {
+            if (from > 0) {
+                isKnown =
+                    m_reader->readColour(m_colourMap, m_depthMap.getWidth(), m_depthMap.getHeight(), state.diffuse);
+            }
+            if (isKnown) {
+                m_colourMap.grow(distance);
+                m_colourMap.finish();
+            }
+            const DrawUnit* current = nullptr;
+            for (auto unit = begin; unit != end; ++unit) {
+                gatherUncovered(**unit, from, to, isKnown, static_cast<float>(distance));
+                if (m_indices.countCalls() > 0) {
+                    use(**unit, current);
+                    drawIndices();
+                    current = *unit;
+                }
+            }
+            from = to;
+        }
+    }
+
+    void gatherUncovered(const DrawUnit& unit, const double from, const double to, const bool isKnown,
+                         const float grown)
+    {
+        const float border = std::max(0.0F, unit.getBorder(m_pixelRatio) - grown);
+        const std::size_t count = unit.countSeen(unit.itemCount);
+        m_indices.clear();
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::uint32_t item = unit.getSeen(i);
+            const double share = spread(item);
+            if (share < from || share >= to) {
+                continue;
+            }
+            const PictureBox& box = unit.boxes[item];
+            if (!isKnown || !box.isKnown()) {
+                m_indices.add(*unit.batch, item);
+            } else if (!m_colourMap.hides(box, border, ColourDepth)) {
+                m_indices.addUncovered(*unit.batch, item, m_colourMap, m_worldToClip);
+            }
+        }
+    }
+
+    void drawIndices()
+    {
+        m_indices.draw();
+        m_statistics.drawCalls += m_indices.countCalls();
+        m_statistics.primitives += m_indices.countPrimitives();
+    }
+
     void drawUnits(const UnitIterator begin, const UnitIterator end)
     {
-        const Unit* current = nullptr;
+        const DrawUnit* current = nullptr;
         for (auto unit = begin; unit != end; ++unit) {
             if ((*unit)->itemCount > 0) {
                 use(**unit, current);
@@ -405,9 +560,10 @@ private:
 
     void drawMarkers(const UnitIterator begin, const UnitIterator end)
     {
-        const Unit* current = nullptr;
+        const DrawUnit* current = nullptr;
         for (auto unit = begin; unit != end; ++unit) {
-            const std::size_t count = (*unit)->markedCount - (*unit)->itemCount;
+            const std::size_t first = (*unit)->countSeen((*unit)->itemCount);
+            const std::size_t count = (*unit)->countSeen((*unit)->markedCount) - first;
             if (count == 0) {
                 continue;
             }
@@ -421,7 +577,7 @@ private:
             const bool isThin = (*unit)->batch->isThin() || state.frontMode != GL_FILL;
             m_programs->setMarkerSizes(m_pixelsPerUnit, m_pixelRatio * (isThin ? LargestThinMarker : LargestMarker),
                                        isThin ? ThinMarkerLift : MarkerLift);
-            (*unit)->batch->markers.draw((*unit)->itemCount, count);
+            drawMarkers(**unit, first, count);
             ++m_statistics.drawCalls;
             m_statistics.primitives += count;
             current = *unit;
@@ -432,11 +588,23 @@ private:
         }
     }
 
+    static void drawMarkers(const DrawUnit& unit, const std::size_t first, const std::size_t count)
+    {
+        if (!unit.isSifted) {
+            unit.batch->markers.draw(first, count);
+            return;
+        }
+        const auto begin = unit.seen.begin() + static_cast<std::ptrdiff_t>(first);
+        unit.batch->markers.draw({begin, begin + static_cast<std::ptrdiff_t>(count)});
+    }
+
     void drawSorted(const UnitIterator begin, const UnitIterator end)
     {
         std::vector<SortedItem> items;
         for (auto unit = begin; unit != end; ++unit) {
-            for (std::size_t i = 0; i < (*unit)->itemCount; ++i) {
+            const std::size_t count = (*unit)->countSeen((*unit)->itemCount);
+            for (std::size_t place = 0; place < count; ++place) {
+                const std::size_t i = (*unit)->getSeen(place);
                 const DrawItem& item =
                     (*unit)->batch != nullptr ? m_batches.getItem((*unit)->batch->items[i]) : *(*unit)->item;
                 items.push_back({*unit, i, getDepth(item.getCentre())});
@@ -444,7 +612,7 @@ private:
         }
         std::stable_sort(items.begin(), items.end(),
                          [](const SortedItem& a, const SortedItem& b) { return a.depth > b.depth; });
-        const Unit* current = nullptr;
+        const DrawUnit* current = nullptr;
         for (std::size_t i = 0; i < items.size();) {
             // Neighbours in the order that are neighbours in a batch go together.
             std::size_t count = 1;
@@ -452,7 +620,7 @@ private:
                    items[i + count].index == items[i].index + count) {
                 ++count;
             }
-            const Unit& unit = *items[i].unit;
+            const DrawUnit& unit = *items[i].unit;
             use(unit, current);
             drawItems(unit, items[i].index, count);
             current = &unit;
@@ -460,9 +628,9 @@ private:
         }
     }
 
-    static bool isColoured(const Unit& unit) { return unit.group->format.hasColours && unit.state->coloursCount; }
+    static bool isColoured(const DrawUnit& unit) { return unit.group->format.hasColours && unit.state->coloursCount; }
 
-    void use(const Unit& unit, const Unit* current)
+    void use(const DrawUnit& unit, const DrawUnit* current)
     {
         if (&unit == current) {
             return;
@@ -473,9 +641,25 @@ private:
         }
         m_programs->setMatrices(m_view * getToWorld(unit), m_projection);
         unit.getBuffers().bind();
+        setCulling(unit);
     }
 
-    static Matrix4 getToWorld(const Unit& unit)
+    // Of bodies that are seen from outside the far side need not be drawn; the near plane lets look into them.
+    static void setCulling(const DrawUnit& unit)
+    {
+        if (!unit.state->isCovering() || unit.state->cullFace != GL_NONE) {
+            return;
+        }
+        if (unit.group->facing == SurfaceFacing::Any || !unit.isBeyondNear) {
+            glDisable(GL_CULL_FACE);
+            return;
+        }
+        glEnable(GL_CULL_FACE);
+        glCullFace(unit.group->facing == SurfaceFacing::Outward ? GL_BACK : GL_FRONT);
+        glFrontFace(GL_CCW);
+    }
+
+    static Matrix4 getToWorld(const DrawUnit& unit)
     {
         if (unit.batch == nullptr) {
             return Matrix4(unit.item->toWorld);
@@ -487,8 +671,20 @@ private:
         return toWorld;
     }
 
-    void drawItems(const Unit& unit, const std::size_t first, const std::size_t count)
+    void drawItems(const DrawUnit& unit, const std::size_t first, const std::size_t count)
     {
+        if (unit.isSifted && unit.batch != nullptr) {
+            m_indices.clear();
+            const std::size_t last = unit.countSeen(first + count);
+            for (std::size_t i = unit.countSeen(first); i < last; ++i) {
+                m_indices.add(*unit.batch, unit.seen[i]);
+            }
+            drawIndices();
+            return;
+        }
+        if (unit.countSeen(first + count) == 0) {
+            return;
+        }
         const IndexCounts begin = unit.getEnd(first);
         const IndexCounts end = unit.getEnd(first + count);
         const VertexBuffers& buffers = unit.getBuffers();
@@ -505,11 +701,16 @@ private:
     Matrix4 m_view;
     Matrix4 m_projection;
     Matrix4 m_worldToClip;
-    double m_pixelsPerUnit = 1;                ///< at a distance of one
-    std::vector<MaterialState> m_states;       ///< of the groups, in this frame
-    std::vector<Unit> m_units;                 ///< what is in view
-    double m_mostPrimitives = FirstPrimitives; ///< while the camera moves
-    bool m_isSlow = false;                     ///< no time for several samples while the camera moves
+    double m_pixelsPerUnit = 1; ///< at a distance of one
+    std::optional<CoverReader> m_reader;
+    CoverMap m_depthMap;  ///< of opaque surfaces, while hidden geometries are looked for
+    CoverMap m_colourMap; ///< of the geometries of one colour that are being drawn
+    Occluders m_occluders;
+    ItemIndices m_indices;               ///< kept for their memory
+    bool m_isSifted = false;             ///< hidden geometries were looked for in this frame
+    std::vector<MaterialState> m_states; ///< of the groups, in this frame
+    std::vector<DrawUnit> m_units;       ///< what is in view
+    bool m_isSlow = false;               ///< no time for several samples while the camera moves
     Statistics m_statistics;
 };
 
@@ -538,6 +739,11 @@ void SceneRenderer::setTravMask(const osg::UInt32 mask)
 void SceneRenderer::setMovingTime(const double seconds)
 {
     m_implementation->m_movingSeconds = seconds;
+}
+
+void SceneRenderer::setExpectedPrimitives(const double count)
+{
+    m_implementation->m_mostPrimitives = count;
 }
 
 void SceneRenderer::setBuildingTime(const double seconds)

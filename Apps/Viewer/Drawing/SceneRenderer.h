@@ -41,6 +41,8 @@ class PreparedGeometries;
  * unchanged scene costs as much as there are batches, not as much as there are nodes, and an edit costs as much as the
  * batches of what it touched. sceneChanged() has to hear of every edit before the next drawing; the values of materials
  * and chunks are read anew at every drawing.
+ * Where a picture takes long, it is found out first what is hidden behind opaque surfaces, and of many geometries of
+ * one unlit colour those are left out that touch no pixel of another colour. What is seen stays the same.
  * @par Resources
  * Geometry lives in buffers of the context from its first drawing until it changes or is destroyed. All operations
  * except the setters and sceneChanged() need the same context to be current; releaseResources() must be called with it
@@ -61,6 +63,7 @@ public:
     struct Statistics {
         std::size_t opaque = 0;      ///< geometry nodes drawn in the opaque pass
         std::size_t transparent = 0; ///< geometry nodes drawn in the transparent pass
+        std::size_t hidden = 0;      ///< geometry nodes left out because nothing is seen of them
         std::size_t leftOut = 0;     ///< geometry nodes in view that there was no time for
         std::size_t marked = 0;      ///< how many of those were drawn as points
         bool simplified = false;  ///< something is left out, or drawn with one sample and hard lines, for lack of time
@@ -90,6 +93,12 @@ public:
 
     /** How long a drawing with Detail::Moving should take, in seconds; 0.15 at first. */
     void setMovingTime(double seconds);
+
+    /**
+     * How many primitives are expected to be drawn in the moving time, until drawings with Detail::Moving tell better;
+     * 300,000 at first. Whatever the detail, what is hidden is looked for in pictures with more than that.
+     */
+    void setExpectedPrimitives(double count);
 
     /**
      * How long a drawing with Detail::Moving copies into buffers what was never drawn before, in seconds; 0.03 at

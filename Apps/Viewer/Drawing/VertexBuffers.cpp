@@ -140,6 +140,14 @@ void VertexBuffers::drawElements(const GLenum mode, const std::size_t first, con
     }
 }
 
+void VertexBuffers::draw(const GLenum mode, const std::vector<GLushort>& indices)
+{
+    if (!indices.empty()) {
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+        glDrawElements(mode, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_SHORT, indices.data());
+    }
+}
+
 void VertexBuffers::unbind()
 {
     glBindBuffer(GL_ARRAY_BUFFER, 0);

@@ -78,6 +78,9 @@ public:
     void drawLines(std::size_t first, std::size_t count) const;
     void drawPoints(std::size_t first, std::size_t count) const;
 
+    /** Draws with indices that are in no buffer; bind() is to be called before anything else is drawn. */
+    static void draw(GLenum mode, const std::vector<GLushort>& indices);
+
     static void unbind();
 
 private:

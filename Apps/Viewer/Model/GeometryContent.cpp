@@ -61,9 +61,18 @@ const TriangleTree& GeometryContent::getTree() const
     return *m_tree;
 }
 
+SurfaceFacing GeometryContent::getFacing() const
+{
+    if (m_facing == std::nullopt) {
+        m_facing = findSurfaceFacing(m_data);
+    }
+    return *m_facing;
+}
+
 void GeometryContent::prepare(const TriangleTree::Progress& progress) const
 {
     getBlocks();
+    getFacing();
     if (m_tree == nullptr) {
         m_tree = std::make_unique<TriangleTree>(m_data, progress);
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Viewer/Model/GeometryData.h"
+#include "Viewer/Model/SurfaceFacing.h"
 #include "Viewer/Model/TriangleTree.h"
 
 #include <OpenSG/OSGConfig.h>
@@ -10,6 +11,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quon::viewer {
@@ -51,6 +53,9 @@ public:
     /** The triangles as rays look for them. */
     const TriangleTree& getTree() const;
 
+    /** Whether the triangles enclose bodies, and from which side they are seen. */
+    SurfaceFacing getFacing() const;
+
     /** Makes everything that takes long. After @p progress has returned false, the content is of no use. */
     void prepare(const TriangleTree::Progress& progress) const;
 
@@ -64,6 +69,7 @@ private:
     mutable std::vector<Block> m_blocks;
     mutable std::vector<bool> m_used; ///< by position; empty when all are
     mutable std::unique_ptr<const TriangleTree> m_tree;
+    mutable std::optional<SurfaceFacing> m_facing;
 };
 
 } // namespace quon::viewer

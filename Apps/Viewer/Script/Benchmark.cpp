@@ -202,7 +202,8 @@ void Benchmark::measureOrbit(const char* name, const SceneRenderer::Detail detai
         m_session.getCamera().orbit(static_cast<double>(Width) / FramesOfTurn, 0);
         times.push_back(drawFrame(detail));
         const SceneRenderer::Statistics& statistics = m_renderer.getStatistics();
-        const auto drawn = static_cast<double>(statistics.opaque + statistics.transparent);
+        // What is hidden behind others is shown as well as can be.
+        const auto drawn = static_cast<double>(statistics.opaque + statistics.transparent + statistics.hidden);
         const double all = std::max(1.0, drawn + static_cast<double>(statistics.leftOut));
         shown += drawn / all;
         marked += static_cast<double>(statistics.marked) / all;
