@@ -117,8 +117,8 @@ public:
      * Reports the pointer, then sends "start" for each binding of the button with exactly the modifiers held.
      *
      * The pointer is reported with InteractionManager::pointerMoved(), in whole pixels, halves rounded towards positive
-     * infinity, and only when it differs from the last one reported (at first (0, 0)). The categories become active even
-     * when nobody consumed their "start".
+     * infinity, and only when it differs from the last one reported (at first (0, 0)). The categories become active
+     * even when nobody consumed their "start".
      *
      * @param event must not be null (not checked)
      * @return true when a "start" was consumed
@@ -189,7 +189,9 @@ public:
      * Sends "stop" and "trigger" for each category that a key made active, then for each that a mouse button made
      * active, both in byte order, then "release" for each pending key press, by key and oldest first. A reset from
      * inside one of these events ends nothing twice. What is started or pressed from inside is ended as well when its
-     * turn is still to come, else it is forgotten: nothing is pending afterwards.
+     * turn is still to come, and forgotten when its place among those that are being ended has passed. A category that
+     * becomes active after all of its kind were ended, by a key while those of the buttons are ended or by either
+     * during a "release", stays active: a later release ends it.
      *
      * Must only be called while a manager is bound or nothing is pending.
      */

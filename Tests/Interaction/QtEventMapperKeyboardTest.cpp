@@ -765,6 +765,22 @@ TEST_F(QtEventMapperKeyboardTest, NothingIsPendingAfterAResetFromInsideWhichKeys
     EXPECT_THAT(m_log.calls(), IsEmpty());
 }
 
+TEST_F(QtEventMapperKeyboardTest, AKeyPressedFromInsideAResetWhenKeysHadTheirTurnStaysActive)
+{
+    bind(Qt::Key_A, none, "a");
+    m_mapper.addMouseMapping(Qt::LeftButton, none, "b", QString());
+    press(Qt::LeftButton);
+    consume("a", "start");
+    m_log.clear();
+    during(sent("b", "stop"), [this] { pressKey(Qt::Key_A); });
+
+    m_mapper.resetEvents();
+    EXPECT_THAT(m_log.take(), ElementsAre(sent("b", "stop"), sent("a", "start"), sent("b", "trigger")));
+
+    releaseKey(Qt::Key_A);
+    EXPECT_THAT(m_log.calls(), ElementsAre(sent("a", "stop"), sent("a", "trigger")));
+}
+
 TEST_F(QtEventMapperKeyboardTest, AResetInsideAGenericPressComesTooEarlyForIt)
 {
     during(sent("qt-key:65", "press"), [this] { m_mapper.resetEvents(); });

@@ -11,7 +11,11 @@
 
 namespace quon::testing {
 
-/** What a QtEventMapper does, with vectors that are searched from end to end. */
+/**
+ * What a QtEventMapper does, with vectors that are searched from end to end.
+ *
+ * What becomes of calls from inside of its events is as the class itself promises.
+ */
 class QtEventMapperModel {
 public:
     // The flags of Qt's modifiers, as numbers of our own.
@@ -28,13 +32,14 @@ public:
         int code;
         int modifiers;
         std::string category;
+        int number = 0; ///< in order of addition
     };
 
     /** What the model calls: the manager that is bound, and the registry of shortcuts. */
     struct Surroundings {
         std::function<bool(const std::string& category, const std::string& verb)> triggerEvent;
         std::function<void(int x, int y)> pointerMoved;
-        std::function<bool()> isPresenting;
+        std::function<bool()> isPresenting; ///< as the other two, called only while a manager is bound
         std::function<void(int code, int modifiers, const std::string& description)> addKey;
         std::function<void(int code, int modifiers)> subKey;
         std::function<void(int code, int modifiers, const std::string& description)> addMouseButton;
@@ -68,7 +73,12 @@ public:
                 "release of a key category that is not active",
                 "two presses of a key pending",
                 "reset of key and mouse categories",
-                "reset of pending presses"};
+                "reset of pending presses",
+                "binding removed from inside",
+                "event after the manager was unbound from inside",
+                "ended from inside its own release",
+                "forgotten by a reset",
+                "started during a reset after its turn"};
     }
 
     QtEventMapperModel(Surroundings surroundings, ModelCoverage& coverage)
@@ -82,13 +92,13 @@ public:
 
     void addKeyboardMapping(const Binding& binding, const std::string& description)
     {
-        m_keys.push_back(binding);
+        add(m_keys, binding);
         registerUnlessEmpty(binding, description, m_surroundings.addKey);
     }
 
     void addMouseMapping(const Binding& binding, const std::string& description)
     {
-        m_buttons.push_back(binding);
+        add(m_buttons, binding);
         registerUnlessEmpty(binding, description, m_surroundings.addMouseButton);
     }
 
@@ -110,8 +120,8 @@ public:
         }
         movePointer(x, y);
         bool consumed = false;
-        for (const Binding& binding : m_buttons) {
-            if (binding.code != button) {
+        for (const Binding& binding : bindingsOf(m_buttons, button)) {
+            if (isGone(m_buttons, binding)) {
                 continue;
             }
             if (binding.modifiers != relevant(modifiers)) {
@@ -144,8 +154,8 @@ public:
         movePointer(x, y);
         bool consumed = false;
         std::vector<std::string> hovered;
-        for (const Binding& binding : dragging ? m_buttons : ordered(m_buttons)) {
-            if (binding.modifiers != relevant(modifiers)) {
+        for (const Binding& binding : dragging ? bindingsOf(m_buttons, buttons) : ordered(m_buttons)) {
+            if (binding.modifiers != relevant(modifiers) || isGone(m_buttons, binding)) {
                 continue;
             }
             if (!dragging) {
@@ -154,7 +164,7 @@ public:
                     m_coverage.see("hover over several bindings of one category");
                 }
                 hovered.push_back(binding.category);
-            } else if (binding.code == buttons) {
+            } else {
                 consumed = send(binding.category, "process") || consumed;
                 if (!has(m_activeButtons, binding.category)) {
                     m_coverage.see("drag over a category that is not active");
@@ -171,7 +181,9 @@ public:
         }
         bool consumed = false;
         for (const Binding& binding : ordered(m_buttons)) {
-            consumed = send(binding.category, "stopHover") || consumed;
+            if (!isGone(m_buttons, binding)) {
+                consumed = send(binding.category, "stopHover") || consumed;
+            }
         }
         return consumed;
     }
@@ -202,8 +214,8 @@ public:
             m_coverage.see("own flag of a modifier key dropped");
         }
         bool consumed = false;
-        for (const Binding& binding : m_keys) {
-            if (binding.code != key || (binding.modifiers != 0 && binding.modifiers != expected)) {
+        for (const Binding& binding : bindingsOf(m_keys, key)) {
+            if ((binding.modifiers != 0 && binding.modifiers != expected) || isGone(m_keys, binding)) {
                 continue;
             }
             if (binding.modifiers != 0) {
@@ -245,21 +257,8 @@ public:
             return false;
         }
         bool consumed = end(m_keys, key, m_activeKeys, "release of a key category that is not active");
-        std::vector<std::pair<int, std::string>> others;
-        int ended = 0;
-        for (const auto& pending : m_pending) {
-            if (pending.first == key) {
-                consumed = send(pending.second, "release") || consumed;
-                ++ended;
-            } else {
-                others.push_back(pending);
-            }
-        }
-        if (ended > 1) {
-            m_coverage.see("two presses of a key pending");
-        }
-        m_pending = others;
-        return consumed;
+        const bool isReleaseConsumed = releasePending(key);
+        return consumed || isReleaseConsumed;
     }
 
     void resetEvents()
@@ -273,20 +272,44 @@ public:
         if (!m_pending.empty()) {
             m_coverage.see("reset of pending presses");
         }
-        for (std::vector<std::string>* active : {&m_activeKeys, &m_activeButtons}) {
-            std::sort(active->begin(), active->end());
-            for (const std::string& category : *active) {
-                send(category, "stop");
-                send(category, "trigger");
+        for (Categories* active : {&m_activeKeys, &m_activeButtons}) {
+            // What is started from inside is ended as well when its turn is still to come.
+            std::string last;
+            for (bool isFirst = true;; isFirst = false) {
+                std::sort(active->begin(), active->end());
+                const auto next = isFirst ? active->begin() : std::upper_bound(active->begin(), active->end(), last);
+                if (next == active->end()) {
+                    break;
+                }
+                last = *next;
+                active->erase(next);
+                send(last, "stop");
+                send(last, "trigger");
             }
+            seeForgotten(!active->empty());
             active->clear();
         }
-        std::stable_sort(m_pending.begin(), m_pending.end(),
-                         [](const auto& left, const auto& right) { return left.first < right.first; });
-        for (const auto& pending : m_pending) {
-            send(pending.second, "release");
+        int lastKey = 0;
+        for (bool isFirst = true;; isFirst = false) {
+            bool isFound = false;
+            int nextKey = 0;
+            for (const auto& pending : m_pending) {
+                if ((isFirst || pending.first > lastKey) && (!isFound || pending.first < nextKey)) {
+                    nextKey = pending.first;
+                    isFound = true;
+                }
+            }
+            if (!isFound) {
+                break;
+            }
+            lastKey = nextKey;
+            releasePending(lastKey);
         }
+        seeForgotten(!m_pending.empty());
         m_pending.clear();
+        if (isPending()) {
+            m_coverage.see("started during a reset after its turn");
+        }
     }
 
     static std::string toText(int key, int modifiers)
@@ -310,6 +333,62 @@ private:
     {
         if (!has(active, category)) {
             active.push_back(category);
+        }
+    }
+
+    void add(Bindings& bindings, Binding binding)
+    {
+        binding.number = ++m_lastBinding;
+        bindings.push_back(binding);
+    }
+
+    // Each walk goes over the bindings of its beginning: what is added from inside waits for the next operation.
+    static Bindings bindingsOf(const Bindings& bindings, int code)
+    {
+        Bindings found;
+        for (const Binding& binding : bindings) {
+            if (binding.code == code) {
+                found.push_back(binding);
+            }
+        }
+        return found;
+    }
+
+    // What is removed from inside gets no further event.
+    bool isGone(const Bindings& bindings, const Binding& binding)
+    {
+        for (const Binding& each : bindings) {
+            if (each.number == binding.number) {
+                return false;
+            }
+        }
+        m_coverage.see("binding removed from inside");
+        return true;
+    }
+
+    // Taken out before they are sent: what happens from inside does not meet them again.
+    bool releasePending(int key)
+    {
+        std::vector<std::pair<int, std::string>> released;
+        std::vector<std::pair<int, std::string>> others;
+        for (const auto& pending : m_pending) {
+            (pending.first == key ? released : others).push_back(pending);
+        }
+        m_pending = others;
+        if (released.size() > 1) {
+            m_coverage.see("two presses of a key pending");
+        }
+        bool consumed = false;
+        for (const auto& pending : released) {
+            consumed = send(pending.second, "release") || consumed;
+        }
+        return consumed;
+    }
+
+    void seeForgotten(bool isForgotten)
+    {
+        if (isForgotten) {
+            m_coverage.see("forgotten by a reset");
         }
     }
 
@@ -361,9 +440,13 @@ private:
         return m_bound;
     }
 
+    // A context may have unbound the manager from inside an earlier event.
     bool send(const std::string& category, const std::string& verb)
     {
-        return m_surroundings.triggerEvent(category, verb);
+        if (!m_bound) {
+            m_coverage.see("event after the manager was unbound from inside");
+        }
+        return m_bound && m_surroundings.triggerEvent(category, verb);
     }
 
     void movePointer(int x, int y)
@@ -390,8 +473,8 @@ private:
     bool end(const Bindings& bindings, int code, Categories& active, const char* inactiveBranch)
     {
         bool consumed = false;
-        for (const Binding& binding : bindings) {
-            if (binding.code != code) {
+        for (const Binding& binding : bindingsOf(bindings, code)) {
+            if (isGone(bindings, binding)) {
                 continue;
             }
             if (!has(active, binding.category)) {
@@ -400,7 +483,13 @@ private:
             }
             consumed = send(binding.category, "stop") || consumed;
             consumed = send(binding.category, "trigger") || consumed;
-            active.erase(std::find(active.begin(), active.end(), binding.category));
+            // Active until here, unless a reset from inside has ended it once more.
+            const auto ended = std::find(active.begin(), active.end(), binding.category);
+            if (ended != active.end()) {
+                active.erase(ended);
+            } else {
+                m_coverage.see("ended from inside its own release");
+            }
         }
         return consumed;
     }
@@ -413,6 +502,7 @@ private:
     Categories m_activeKeys;
     Categories m_activeButtons;
     std::vector<std::pair<int, std::string>> m_pending;
+    int m_lastBinding = 0;
     int m_x = 0;
     int m_y = 0;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "QtEventMapperModel.h"
+#include "ModelReactions.h"
 
 #include <Interaction/InteractionManager.h>
 #include <Interaction/QtEventMapper.h>
@@ -26,6 +27,7 @@ using quon::interaction::QtEventMapper;
 using quon::testing::CallLog;
 using quon::testing::ModelCoverage;
 using quon::testing::ModelOperation;
+using quon::testing::ModelReactions;
 using quon::testing::ModelStep;
 using quon::testing::QtEventMapperModel;
 using quon::testing::RecordingContext;
@@ -127,32 +129,40 @@ public:
     static const std::vector<Operation>& operations()
     {
         static const std::vector<Operation> all = {
-            {"addKeyboardMapping", 10, &Driver::addKeyboardMapping},
-            {"addMouseMapping", 10, &Driver::addMouseMapping},
-            {"removeKeyboardMapping", 3, &Driver::removeKeyboardMapping},
-            {"removeKeyboardMapping of any category", 2, &Driver::removeKeyboardMappingOfAnyCategory},
-            {"removeMouseMapping", 3, &Driver::removeMouseMapping},
-            {"removeMouseMapping of any category", 2, &Driver::removeMouseMappingOfAnyCategory},
-            {"setInteractionManager", 4, &Driver::setInteractionManager},
+            {"addKeyboardMapping", 10, &Driver::carryOut<&Driver::addKeyboardMapping>},
+            {"addMouseMapping", 10, &Driver::carryOut<&Driver::addMouseMapping>},
+            {"removeKeyboardMapping", 3, &Driver::carryOut<&Driver::removeKeyboardMapping>},
+            {"removeKeyboardMapping of any category", 2,
+             &Driver::carryOut<&Driver::removeKeyboardMappingOfAnyCategory>},
+            {"removeMouseMapping", 3, &Driver::carryOut<&Driver::removeMouseMapping>},
+            {"removeMouseMapping of any category", 2, &Driver::carryOut<&Driver::removeMouseMappingOfAnyCategory>},
+            {"setInteractionManager", 4, &Driver::carryOut<&Driver::setInteractionManager>},
             {"setPresenterMode", 3, &Driver::setPresenterMode},
-            {"mousePressed", 12, &Driver::mousePressed},
-            {"mouseReleased", 10, &Driver::mouseReleased},
-            {"mouseMoved", 8, &Driver::mouseMoved},
-            {"hoverStopped", 3, &Driver::hoverStopped},
-            {"keyPressed", 16, &Driver::keyPressed},
-            {"keyReleased", 14, &Driver::keyReleased},
-            {"resetEvents", 3, &Driver::resetEvents},
+            {"mousePressed", 12, &Driver::carryOut<&Driver::mousePressed>},
+            {"mouseReleased", 10, &Driver::carryOut<&Driver::mouseReleased>},
+            {"mouseMoved", 8, &Driver::carryOut<&Driver::mouseMoved>},
+            {"hoverStopped", 3, &Driver::carryOut<&Driver::hoverStopped>},
+            {"keyPressed", 16, &Driver::carryOut<&Driver::keyPressed>},
+            {"keyReleased", 14, &Driver::carryOut<&Driver::keyReleased>},
+            {"resetEvents", 3, &Driver::carryOut<&Driver::resetEvents>},
             {"qtKeyEventToString", 2, &Driver::qtKeyEventToString},
             {"other answers", 4, &Driver::changeAnswers},
             {"other language", 1, &Driver::changeLanguage},
-            {"copy", 1, &Driver::copy}};
+            {"copy", 1, &Driver::copy},
+            {"reaction from inside an event", 6, &Driver::react}};
         return all;
     }
 
-    static std::vector<std::string> branches() { return QtEventMapperModel::branches(); }
+    static std::vector<std::string> branches()
+    {
+        std::vector<std::string> names = QtEventMapperModel::branches();
+        names.emplace_back("reaction from inside");
+        return names;
+    }
 
     explicit Driver(ModelCoverage& coverage)
-        : m_model(makeSurroundings(), coverage)
+        : m_coverage(coverage)
+        , m_model(makeSurroundings(), coverage)
     {
         registryLog = &m_log;
         for (std::size_t index = 0; index < m_managers.size(); ++index) {
@@ -160,7 +170,8 @@ public:
             m_contexts[index].setHook([this, index](const std::string& operation) { answer(index, operation); });
         }
         m_log.clear();
-        bind(0);
+        bindTo(0)(true);
+        bindTo(0)(false);
     }
 
     ~Driver()
@@ -181,13 +192,15 @@ public:
     void finish()
     {
         // Nothing else shows what is still pending.
-        bind(1);
-        m_mapper->resetEvents();
-        m_model.resetEvents();
+        m_pending.clear();
+        m_reactions.carryOut(bindTo(1));
+        m_reactions.carryOut(reset());
         compare();
     }
 
 private:
+    using Action = ModelReactions::Action;
+
     // Both sides ask the same thing: what is consumed depends on the event alone, until the answers change.
     bool isConsumed(const std::string& category, const std::string& verb) const
     {
@@ -203,6 +216,8 @@ private:
         const std::string call = m_log.calls().back();
         const std::size_t start = call.find('(') + 1;
         const std::size_t comma = call.rfind(", ");
+        m_reactions.onLibraryCall();
+        // Last: what happened from inside had answers of its own.
         m_contexts[index].setConsuming(
             isConsumed(call.substr(start, comma - start), call.substr(comma + 2, call.size() - comma - 3)));
     }
@@ -212,6 +227,7 @@ private:
         QtEventMapperModel::Surroundings surroundings;
         surroundings.triggerEvent = [this](const std::string& category, const std::string& verb) {
             m_expectedLog.call(contextName(), "triggerEvent", category, verb);
+            m_reactions.onModelCall([this] { return decide(); });
             return isConsumed(category, verb);
         };
         surroundings.pointerMoved = [this](int x, int y) { m_expectedLog.call(contextName(), "pointerMoved", x, y); };
@@ -231,6 +247,40 @@ private:
         return surroundings;
     }
 
+    // What a context does from inside an event: any operation of the mapper.
+    Action decide()
+    {
+        if (m_pending.empty() || m_pending.back().pick(5, 4) > m_waited++) {
+            return {};
+        }
+        m_waited = 0;
+        const ModelStep step = m_pending.back();
+        m_pending.pop_back();
+        m_coverage.see("reaction from inside");
+        static const std::array<Action (Driver::*)(const ModelStep&), 16> kinds = {
+            &Driver::addKeyboardMapping,    &Driver::addMouseMapping,
+            &Driver::removeKeyboardMapping, &Driver::removeKeyboardMappingOfAnyCategory,
+            &Driver::removeMouseMapping,    &Driver::removeMouseMappingOfAnyCategory,
+            &Driver::setInteractionManager, &Driver::mousePressed,
+            &Driver::mouseReleased,         &Driver::mouseMoved,
+            &Driver::hoverStopped,          &Driver::keyPressed,
+            &Driver::keyReleased,           &Driver::resetEvents,
+            &Driver::resetEvents,           &Driver::keyPressed};
+        return (this->*kinds[step.pick(4, kinds.size())])(step);
+    }
+
+    template <Action (Driver::*actionOf)(const ModelStep&)>
+    void carryOut(const ModelStep& step)
+    {
+        m_reactions.carryOut((this->*actionOf)(step));
+    }
+
+    // The side that an action is for notes what it got.
+    void noteResult(bool isLibrary, bool result)
+    {
+        (isLibrary ? m_log : m_expectedLog).call("mapper", "returned", result);
+    }
+
     std::string contextName() const { return m_bound == 0 ? "first" : "second"; }
     std::string group() const { return m_german ? "Interaktion" : "Interaction"; }
 
@@ -240,63 +290,82 @@ private:
                 categories[step.pick(2, categories.size())]};
     }
 
-    void addKeyboardMapping(const ModelStep& step)
+    Action addKeyboardMapping(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(keys, step);
         const std::string description = descriptions[step.pick(3, descriptions.size())];
-        m_mapper->addKeyboardMapping(binding.code, binding.modifiers, binding.category,
-                                     QString::fromStdString(description));
-        m_model.addKeyboardMapping(binding, description);
+        return [=](bool isLibrary) {
+            isLibrary ? m_mapper->addKeyboardMapping(binding.code, binding.modifiers, binding.category,
+                                                     QString::fromStdString(description))
+                      : m_model.addKeyboardMapping(binding, description);
+        };
     }
 
-    void addMouseMapping(const ModelStep& step)
+    Action addMouseMapping(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(buttons, step);
         const std::string description = descriptions[step.pick(3, descriptions.size())];
-        m_mapper->addMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers, binding.category,
-                                  QString::fromStdString(description));
-        m_model.addMouseMapping(binding, description);
+        return [=](bool isLibrary) {
+            isLibrary ? m_mapper->addMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers,
+                                                  binding.category, QString::fromStdString(description))
+                      : m_model.addMouseMapping(binding, description);
+        };
     }
 
-    void removeKeyboardMapping(const ModelStep& step)
+    Action removeKeyboardMapping(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(keys, step);
-        m_mapper->removeKeyboardMapping(binding.code, binding.modifiers, binding.category);
-        m_model.removeKeyboardMapping(binding.code, binding.modifiers, &binding.category);
+        return [=](bool isLibrary) {
+            isLibrary ? m_mapper->removeKeyboardMapping(binding.code, binding.modifiers, binding.category)
+                      : m_model.removeKeyboardMapping(binding.code, binding.modifiers, &binding.category);
+        };
     }
 
-    void removeKeyboardMappingOfAnyCategory(const ModelStep& step)
+    Action removeKeyboardMappingOfAnyCategory(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(keys, step);
-        m_mapper->removeKeyboardMapping(binding.code, binding.modifiers);
-        m_model.removeKeyboardMapping(binding.code, binding.modifiers, nullptr);
+        return [=](bool isLibrary) {
+            isLibrary ? m_mapper->removeKeyboardMapping(binding.code, binding.modifiers)
+                      : m_model.removeKeyboardMapping(binding.code, binding.modifiers, nullptr);
+        };
     }
 
-    void removeMouseMapping(const ModelStep& step)
+    Action removeMouseMapping(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(buttons, step);
-        m_mapper->removeMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers, binding.category);
-        m_model.removeMouseMapping(binding.code, binding.modifiers, &binding.category);
+        return [=](bool isLibrary) {
+            isLibrary ? m_mapper->removeMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers,
+                                                     binding.category)
+                      : m_model.removeMouseMapping(binding.code, binding.modifiers, &binding.category);
+        };
     }
 
-    void removeMouseMappingOfAnyCategory(const ModelStep& step)
+    Action removeMouseMappingOfAnyCategory(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(buttons, step);
-        m_mapper->removeMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers);
-        m_model.removeMouseMapping(binding.code, binding.modifiers, nullptr);
+        return [=](bool isLibrary) {
+            isLibrary ? m_mapper->removeMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers)
+                      : m_model.removeMouseMapping(binding.code, binding.modifiers, nullptr);
+        };
     }
 
-    void bind(std::size_t manager)
+    // 2: to none.
+    Action bindTo(std::size_t manager)
     {
-        m_bound = manager;
-        const bool isBound = manager < m_managers.size();
-        m_mapper->setInteractionManager(isBound ? &m_managers[manager] : nullptr);
-        m_model.setBound(isBound);
+        return [=](bool isLibrary) {
+            const bool isBound = manager < m_managers.size();
+            if (isLibrary) {
+                m_mapper->setInteractionManager(isBound ? &m_managers[manager] : nullptr);
+            } else {
+                m_bound = manager;
+                m_model.setBound(isBound);
+            }
+        };
     }
 
-    void setInteractionManager(const ModelStep& step)
+    Action setInteractionManager(const ModelStep& step)
     {
-        bind(step.isRare(0, 50) ? m_managers.size() : step.pick(0, 2));
+        return bindTo(step.isRare(0, 50) ? m_managers.size() : step.pick(0, 2));
     }
 
     void setPresenterMode(const ModelStep& step)
@@ -341,71 +410,91 @@ private:
                            Qt::MouseButtons(held), Qt::KeyboardModifiers(modifiers));
     }
 
-    void mousePressed(const ModelStep& step)
+    Action mousePressed(const ModelStep& step)
     {
-        const int button = buttons[step.pick(0, buttons.size())];
-        const int others = buttons[step.pick(2, buttons.size())];
-        const Pointer pointer = pointerOf(step);
-        const QMouseEvent event =
-            mouseEvent(QEvent::MouseButtonPress, pointer, button, button | others, modifiersOf(step));
-        requireSame("the result", m_mapper->mousePressed(&event),
-                    m_model.mousePressed(pointer.x(), pointer.y(), button, modifiersOf(step)));
+        return [=](bool isLibrary) {
+            const int button = buttons[step.pick(0, buttons.size())];
+            const int others = buttons[step.pick(2, buttons.size())];
+            const Pointer pointer = pointerOf(step);
+            const QMouseEvent event =
+                mouseEvent(QEvent::MouseButtonPress, pointer, button, button | others, modifiersOf(step));
+            noteResult(isLibrary, isLibrary
+                                      ? m_mapper->mousePressed(&event)
+                                      : m_model.mousePressed(pointer.x(), pointer.y(), button, modifiersOf(step)));
+        };
     }
 
-    void mouseReleased(const ModelStep& step)
+    Action mouseReleased(const ModelStep& step)
     {
-        const int button = buttons[step.pick(0, buttons.size())];
-        const int others = buttons[step.pick(2, buttons.size())];
-        const Pointer pointer = pointerOf(step);
-        const QMouseEvent event = mouseEvent(QEvent::MouseButtonRelease, pointer, button, others, modifiersOf(step));
-        requireSame("the result", m_mapper->mouseReleased(&event),
-                    m_model.mouseReleased(pointer.x(), pointer.y(), button));
+        return [=](bool isLibrary) {
+            const int button = buttons[step.pick(0, buttons.size())];
+            const int others = buttons[step.pick(2, buttons.size())];
+            const Pointer pointer = pointerOf(step);
+            const QMouseEvent event =
+                mouseEvent(QEvent::MouseButtonRelease, pointer, button, others, modifiersOf(step));
+            noteResult(isLibrary, isLibrary ? m_mapper->mouseReleased(&event)
+                                            : m_model.mouseReleased(pointer.x(), pointer.y(), button));
+        };
     }
 
-    void mouseMoved(const ModelStep& step)
+    Action mouseMoved(const ModelStep& step)
     {
-        const int held = buttons[step.pick(0, buttons.size())];
-        const int button = buttons[step.pick(2, buttons.size())];
-        const bool dragging = step.pick(5, 2) == 1;
-        const Pointer pointer = pointerOf(step);
-        const QMouseEvent event = mouseEvent(QEvent::MouseMove, pointer, button, held, modifiersOf(step));
-        requireSame("the result", m_mapper->mouseMoved(&event, dragging),
-                    m_model.mouseMoved(pointer.x(), pointer.y(), held, modifiersOf(step), dragging));
+        return [=](bool isLibrary) {
+            const int held = buttons[step.pick(0, buttons.size())];
+            const int button = buttons[step.pick(2, buttons.size())];
+            const bool dragging = step.pick(5, 2) == 1;
+            const Pointer pointer = pointerOf(step);
+            const QMouseEvent event = mouseEvent(QEvent::MouseMove, pointer, button, held, modifiersOf(step));
+            noteResult(isLibrary,
+                       isLibrary ? m_mapper->mouseMoved(&event, dragging)
+                                 : m_model.mouseMoved(pointer.x(), pointer.y(), held, modifiersOf(step), dragging));
+        };
     }
 
-    void hoverStopped(const ModelStep& step)
+    Action hoverStopped(const ModelStep& step)
     {
-        const QEvent event(QEvent::Leave);
-        requireSame("the result", m_mapper->hoverStopped(step.pick(0, 2) == 0 ? &event : nullptr),
-                    m_model.hoverStopped());
+        return [=](bool isLibrary) {
+            const QEvent event(QEvent::Leave);
+            noteResult(isLibrary, isLibrary ? m_mapper->hoverStopped(step.pick(0, 2) == 0 ? &event : nullptr)
+                                            : m_model.hoverStopped());
+        };
     }
 
-    void keyPressed(const ModelStep& step)
+    Action keyPressed(const ModelStep& step)
     {
-        const int key = keys[step.pick(0, keys.size())];
-        const bool isRepeat = step.isRare(2, 25);
-        const QKeyEvent event(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiersOf(step)), QString(), isRepeat);
-        // Of a modifier key itself Qt reports other flags than those that the event was made with.
-        const int reported = static_cast<int>(event.modifiers());
-        requireSame("the result", m_mapper->keyPressed(&event), m_model.keyPressed(key, reported, isRepeat));
+        return [=](bool isLibrary) {
+            const int key = keys[step.pick(0, keys.size())];
+            const bool isRepeat = step.isRare(2, 25);
+            const QKeyEvent event(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiersOf(step)), QString(), isRepeat);
+            // Of a modifier key itself Qt reports other flags than those that the event was made with.
+            const int reported = static_cast<int>(event.modifiers());
+            noteResult(isLibrary,
+                       isLibrary ? m_mapper->keyPressed(&event) : m_model.keyPressed(key, reported, isRepeat));
+        };
     }
 
-    void keyReleased(const ModelStep& step)
+    Action keyReleased(const ModelStep& step)
     {
-        const int key = keys[step.pick(0, keys.size())];
-        const bool isRepeat = step.isRare(2, 25);
-        const QKeyEvent event(QEvent::KeyRelease, key, Qt::KeyboardModifiers(modifiersOf(step)), QString(), isRepeat);
-        const int reported = static_cast<int>(event.modifiers());
-        requireSame("the result", m_mapper->keyReleased(&event), m_model.keyReleased(key, reported, isRepeat));
+        return [=](bool isLibrary) {
+            const int key = keys[step.pick(0, keys.size())];
+            const bool isRepeat = step.isRare(2, 25);
+            const QKeyEvent event(QEvent::KeyRelease, key, Qt::KeyboardModifiers(modifiersOf(step)), QString(),
+                                  isRepeat);
+            const int reported = static_cast<int>(event.modifiers());
+            noteResult(isLibrary,
+                       isLibrary ? m_mapper->keyReleased(&event) : m_model.keyReleased(key, reported, isRepeat));
+        };
     }
 
-    void resetEvents(const ModelStep&)
+    Action reset()
     {
-        // Not to be called while there is something to send and nobody to send it to.
-        if (m_model.isBound() || !m_model.isPending()) {
-            m_mapper->resetEvents();
-            m_model.resetEvents();
-        }
+        return [=](bool isLibrary) { isLibrary ? m_mapper->resetEvents() : m_model.resetEvents(); };
+    }
+
+    // Not to be called while there is something to send and nobody to send it to; the model is asked before both.
+    Action resetEvents(const ModelStep&)
+    {
+        return m_model.isBound() || !m_model.isPending() ? reset() : [](bool) {};
     }
 
     void qtKeyEventToString(const ModelStep& step)
@@ -429,6 +518,14 @@ private:
     // That mappers can be copied is this library's own promise.
     void copy(const ModelStep&) { m_mapper = std::make_unique<QtEventMapper>(*m_mapper); }
 
+    void react(const ModelStep& step)
+    {
+        if (m_pending.size() < 3) {
+            m_pending.push_back(step);
+        }
+    }
+
+    ModelCoverage& m_coverage;
     CallLog m_log;
     CallLog m_expectedLog;
     std::array<InteractionManager, 2> m_managers;
@@ -438,6 +535,9 @@ private:
     bool m_german = false;
     int m_answers = 0;
     std::size_t m_bound = 0;
+    ModelReactions m_reactions;
+    std::vector<ModelStep> m_pending;
+    std::size_t m_waited = 0;
     std::unique_ptr<QtEventMapper> m_mapper = std::make_unique<QtEventMapper>();
     QtEventMapperModel m_model;
 };
