@@ -97,15 +97,14 @@ public:
         if (!visible) {
             return;
         }
-        const std::vector<Entry> entries = m_entries;
-        for (const Entry& entry : entries) {
-            if (m_scene.exists(entry.node)) {
-                updateNode(entry.node);
+        forEachNode([this](int node) {
+            if (m_scene.exists(node)) {
+                updateNode(node);
             } else {
                 m_coverage.see("shown again with a node that is gone");
                 m_messages += "AbstractSelectionVisualisation::setVisible: invalid node pointer!\n";
             }
-        }
+        });
     }
 
     virtual bool isVisible() { return m_rootMask == allOnes; }
@@ -137,7 +136,8 @@ public:
             m_coverage.see("node added again gets its first visualisation");
         }
         const int visualisation = createVisualisation(node);
-        entry = entry != nullptr ? entry : insert(node);
+        // Looked up again: the hook may have added other nodes.
+        entry = find(node) != nullptr ? find(node) : insert(node);
         entry->visualisation = visualisation;
         ++m_visualisations[visualisation].references;
         if (m_visualisations[visualisation].isBelowRoot) {
@@ -186,18 +186,21 @@ public:
             m_coverage.see("updated while hidden");
             return;
         }
-        Entry* const entry = find(node);
+        Entry* entry = find(node);
         if (entry == nullptr) {
             m_coverage.see("unknown node updated");
             return;
         }
         if (m_scene.getMask(node) == allOnes && shouldHaveVisualization(node)) {
+            entry = find(node);
             if (entry->visualisation == 0) {
                 m_coverage.see("first visualisation by update");
-                entry->visualisation = createVisualisation(node);
-                ++m_visualisations[entry->visualisation].references;
-                attach(entry->visualisation);
-                setMask(entry->visualisation, allOnes);
+                const int created = createVisualisation(node);
+                // Looked up again: the hook may have added other nodes.
+                find(node)->visualisation = created;
+                ++m_visualisations[created].references;
+                attach(created);
+                setMask(created, allOnes);
                 return;
             }
             if (m_visualisations[entry->visualisation].mask != allOnes) {
@@ -226,29 +229,29 @@ public:
             m_coverage.see("all updated while hidden");
             return;
         }
-        const std::vector<Entry> entries = m_entries;
-        for (const Entry& entry : entries) {
-            if (m_scene.exists(entry.node)) {
-                updateNode(entry.node);
+        forEachNode([this](int node) {
+            if (m_scene.exists(node)) {
+                updateNode(node);
             } else {
                 m_coverage.see("all updated with a node that is gone");
             }
-        }
+        });
     }
 
     void removeAllNodes()
     {
-        for (const Entry& entry : m_entries) {
-            if (entry.visualisation == 0) {
+        forEachNode([this](int node) {
+            const int visualisation = find(node)->visualisation;
+            if (visualisation == 0) {
                 m_coverage.see("all removed with a node without visualisation");
-            } else if (m_scene.exists(entry.node)) {
-                removeVisualisation(entry.node, entry.visualisation);
+            } else if (m_scene.exists(node)) {
+                removeVisualisation(node, visualisation);
             } else {
                 m_coverage.see("all removed with a node that is gone");
-                m_messages += "AbstractSelectionVisualisation::removeAllNodes: invalid node pointer (" +
-                              nodeName(entry.node) + ")!\n";
+                m_messages +=
+                    "AbstractSelectionVisualisation::removeAllNodes: invalid node pointer (" + nodeName(node) + ")!\n";
             }
-        }
+        });
         const std::vector<int> children = m_children;
         for (const int child : children) {
             detach(child);
@@ -359,6 +362,22 @@ protected:
     ModelCoverage& coverage() { return m_coverage; }
 
 private:
+    // In the order of the numbers, with those that are added on the way where their turn is still to come.
+    template <typename Visit>
+    void forEachNode(const Visit& visit)
+    {
+        int last = 0;
+        for (;;) {
+            const auto next = std::find_if(m_entries.begin(), m_entries.end(),
+                                           [last](const Entry& each) { return each.node > last; });
+            if (next == m_entries.end()) {
+                return;
+            }
+            last = next->node;
+            visit(last);
+        }
+    }
+
     Entry* find(int node)
     {
         const auto entry =

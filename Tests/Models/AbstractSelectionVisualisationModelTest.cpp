@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AbstractSelectionVisualisationModel.h"
+#include "ModelReactions.h"
 #include "SceneChanges.h"
 
 #include <Interaction/AbstractSelectionVisualisation.h>
@@ -16,6 +17,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -29,6 +31,7 @@ using quon::testing::AbstractSelectionVisualisationModel;
 using quon::testing::CallLog;
 using quon::testing::ModelCoverage;
 using quon::testing::ModelOperation;
+using quon::testing::ModelReactions;
 using quon::testing::ModelStep;
 using quon::testing::NodeRef;
 using quon::testing::SceneChanges;
@@ -54,6 +57,8 @@ struct World {
     std::map<osg::UInt32, int> visualisations; ///< numbers of visualisation nodes, by container id
     std::map<int, osg::UInt32> ids;            ///< of visualisation nodes
     NodeRef elsewhere = quon::testing::makeNode(osg::Group::create());
+    std::function<void()> onLibraryCall;       ///< called from inside each hook
+    std::function<void(int node)> onModelCall; ///< the same, on the side of the model
 
     int numberOf(const osg::NodePtr& node) const
     {
@@ -115,6 +120,7 @@ public:
     osg::NodePtr createVisualisation(const osg::NodePtr& node) override
     {
         m_log.call("kind", "createVisualisation", nameOf(m_world.numberOf(node)));
+        m_world.onLibraryCall();
         if (m_world.plan == Plan::NodeHandedBackLast && !m_spare.empty()) {
             const osg::NodePtr spare = m_spare.back();
             m_spare.pop_back();
@@ -139,6 +145,7 @@ public:
         m_log.call("kind", "removeVisualisation", nameOf(m_world.numberOf(node)),
                    visualisationNameOf(m_world.visualisationOf(visualisation)),
                    visualisation->getParent() == getVisualisation(), hasNode(node));
+        m_world.onLibraryCall();
         for (const osg::NodePtr& owned : m_owned) {
             if (owned == visualisation) {
                 m_spare.push_back(visualisation);
@@ -150,6 +157,7 @@ public:
     {
         m_log.call("kind", "updateVisualisation", nameOf(m_world.numberOf(node)),
                    visualisationNameOf(m_world.visualisationOf(visualisation)), visualisation->getTravMask());
+        m_world.onLibraryCall();
     }
 
     bool shouldHaveVisualization(const osg::NodePtr& node) const override
@@ -201,6 +209,7 @@ protected:
     int createVisualisation(int node) override
     {
         m_log.call("kind", "createVisualisation", nodeName(node));
+        m_world.onModelCall(node);
         if (m_world.plan == Plan::NodeHandedBackLast && !m_spare.empty()) {
             coverage().see("visualisation used again");
             const int spare = m_spare.back();
@@ -224,6 +233,7 @@ protected:
     {
         m_log.call("kind", "removeVisualisation", nodeName(node), visualisationName(visualisation),
                    visualisations()[visualisation].isBelowRoot, hasNode(node));
+        m_world.onModelCall(node);
         for (const int owned : m_owned) {
             if (owned == visualisation) {
                 m_spare.push_back(visualisation);
@@ -235,6 +245,7 @@ protected:
     {
         m_log.call("kind", "updateVisualisation", nodeName(node), visualisationName(visualisation),
                    visualisations()[visualisation].mask);
+        m_world.onModelCall(node);
     }
 
     bool shouldHaveVisualization(int node) override
@@ -268,7 +279,8 @@ public:
                                                    {"other filter", 5, &Driver::setFilter},
                                                    {"child added by the host", 1, &Driver::addForeignChild},
                                                    {"mask of the root set by the host", 1, &Driver::setRootMask},
-                                                   {"destroyed and made anew", 1, &Driver::makeAnew}};
+                                                   {"destroyed and made anew", 1, &Driver::makeAnew},
+                                                   {"node added from inside a hook", 6, &Driver::react}};
         return all;
     }
 
@@ -276,6 +288,7 @@ public:
     {
         std::vector<std::string> names = AbstractSelectionVisualisationModel::branches();
         names.emplace_back("visualisation used again");
+        names.emplace_back("node added from inside");
         return names;
     }
 
@@ -283,6 +296,12 @@ public:
         : m_coverage(coverage)
         , m_world(std::make_unique<World>())
     {
+        m_world->onLibraryCall = [this] { m_reactions.onLibraryCall(); };
+        m_world->onModelCall = [this](int node) {
+            m_insideNodes.push_back(node);
+            m_reactions.onModelCall([this] { return decide(); });
+            m_insideNodes.pop_back();
+        };
         for (std::size_t slot = 0; slot < m_nodes.size(); ++slot) {
             createNode(slot);
         }
@@ -429,39 +448,42 @@ private:
 
     void addNode(const ModelStep& step)
     {
-        m_kind->addNode(nodeOf(step));
-        m_model->addNode(m_world->numberOf(nodeOf(step)));
+        m_reactions.carryOut([&](bool isLibrary) {
+            isLibrary ? m_kind->addNode(nodeOf(step)) : m_model->addNode(m_world->numberOf(nodeOf(step)));
+        });
     }
 
     void removeNode(const ModelStep& step)
     {
-        m_kind->removeNode(nodeOf(step));
-        m_model->removeNode(m_world->numberOf(nodeOf(step)));
+        m_reactions.carryOut([&](bool isLibrary) {
+            isLibrary ? m_kind->removeNode(nodeOf(step)) : m_model->removeNode(m_world->numberOf(nodeOf(step)));
+        });
     }
 
     void updateNode(const ModelStep& step)
     {
-        m_kind->updateNode(nodeOf(step));
-        m_model->updateNode(m_world->numberOf(nodeOf(step)));
+        m_reactions.carryOut([&](bool isLibrary) {
+            isLibrary ? m_kind->updateNode(nodeOf(step)) : m_model->updateNode(m_world->numberOf(nodeOf(step)));
+        });
     }
 
     void updateAllNodes(const ModelStep&)
     {
-        m_kind->updateAllNodes();
-        m_model->updateAllNodes();
+        m_reactions.carryOut(
+            [this](bool isLibrary) { isLibrary ? m_kind->updateAllNodes() : m_model->updateAllNodes(); });
     }
 
     void removeAllNodes(const ModelStep&)
     {
-        m_kind->removeAllNodes();
-        m_model->removeAllNodes();
+        m_reactions.carryOut(
+            [this](bool isLibrary) { isLibrary ? m_kind->removeAllNodes() : m_model->removeAllNodes(); });
     }
 
     void setVisible(const ModelStep& step)
     {
         const bool visible = step.pick(0, 3) != 1;
-        m_kind->setVisible(visible);
-        m_model->setVisible(visible);
+        m_reactions.carryOut(
+            [&](bool isLibrary) { isLibrary ? m_kind->setVisible(visible) : m_model->setVisible(visible); });
     }
 
     void setMask(const ModelStep& step)
@@ -514,8 +536,36 @@ private:
         make();
     }
 
+    // A hook may add nodes other than those that it is called for.
+    ModelReactions::Action decide()
+    {
+        if (m_pending.empty()) {
+            return {};
+        }
+        const osg::NodePtr node = m_nodes[m_pending.back().pick(0, m_nodes.size())].get();
+        const int number = m_world->numberOf(node);
+        for (const int inside : m_insideNodes) {
+            if (inside == number) {
+                return {};
+            }
+        }
+        m_pending.pop_back();
+        m_coverage.see("node added from inside");
+        return [this, node, number](bool isLibrary) { isLibrary ? m_kind->addNode(node) : m_model->addNode(number); };
+    }
+
+    void react(const ModelStep& step)
+    {
+        if (m_pending.size() < 2) {
+            m_pending.push_back(step);
+        }
+    }
+
     ModelCoverage& m_coverage;
     SceneChanges m_changes;
+    ModelReactions m_reactions;
+    std::vector<ModelStep> m_pending;
+    std::vector<int> m_insideNodes;
     CallLog m_log;
     CallLog m_expectedLog;
     std::unique_ptr<World> m_world;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -150,6 +151,25 @@ inline std::uint64_t wantedOperations()
 #endif
 }
 
+/** The sequence that is being carried out, for the case that it is the last. */
+inline const std::vector<ModelStep>* currentSteps = nullptr;
+inline std::uint64_t currentSeed = 0;
+
+// A crash is not made shorter, but it tells what led to it.
+inline void tellSequenceAndDie(int signalNumber)
+{
+    if (currentSteps != nullptr) {
+        std::cout << StandardError::take() << "crashed in this sequence, again with RC_PARAMS=seed=" << currentSeed
+                  << ":";
+        for (const ModelStep& step : *currentSteps) {
+            std::cout << step;
+        }
+        std::cout << std::endl;
+    }
+    std::signal(signalNumber, SIG_DFL);
+    std::raise(signalNumber);
+}
+
 template <class Driver>
 class Run {
 public:
@@ -171,6 +191,11 @@ public:
         parameters.maxSuccess = 500;
         while (m_done < m_wanted) {
             const std::uint64_t doneBefore = m_done;
+            currentSeed = parameters.seed;
+#ifndef KO_MODEL_FEW_OPERATIONS
+            std::signal(SIGSEGV, tellSequenceAndDie);
+            std::signal(SIGABRT, tellSequenceAndDie);
+#endif
             const auto result =
                 rc::detail::checkTestable([this] { carryOut(*sequences()); }, rc::detail::TestMetadata(), parameters);
             if (!result.template is<rc::detail::SuccessResult>()) {
@@ -193,6 +218,11 @@ public:
 
 private:
     using Steps = std::vector<ModelStep>;
+
+    struct Mark {
+        explicit Mark(const Steps& steps) { currentSteps = &steps; }
+        ~Mark() { currentSteps = nullptr; }
+    };
 
     static std::vector<std::string> announced()
     {
@@ -248,6 +278,7 @@ private:
 
     void carryOut(const Steps& steps)
     {
+        const Mark mark(steps);
         Driver driver(m_coverage);
         for (const ModelStep& step : steps) {
             const auto& operation = Driver::operations()[step.operation];
