@@ -414,7 +414,7 @@ private:
                                       : change.second == osg::Node::CoreFieldMask
                                           ? "Core"
                                           : "mask " + std::to_string(change.second);
-            changes.push_back(name + " " + field);
+            changes.push_back(name.append(" ").append(field));
         }
         return changes;
     }

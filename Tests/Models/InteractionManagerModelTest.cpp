@@ -448,8 +448,8 @@ private:
                 isLibrary ? manager->pointerMoved(osg::Pnt2f(7, -8)) : model->pointerMoved(7, -8);
             };
         case 6: {
-            const std::string category = categories[step.pick(2, categories.size())];
-            const std::string name = eventNames[step.pick(3, eventNames.size())];
+            const std::string& category = categories[step.pick(2, categories.size())];
+            const std::string& name = eventNames[step.pick(3, eventNames.size())];
             return [=](bool isLibrary) {
                 CallLog& log = isLibrary ? m_log : m_expectedLog;
                 const bool taken = isLibrary ? manager->triggerEvent(InteractionEvent(category, name))
@@ -458,7 +458,7 @@ private:
             };
         }
         default: {
-            const std::string description = descriptions[step.pick(2, descriptions.size())];
+            const std::string& description = descriptions[step.pick(2, descriptions.size())];
             return [=](bool isLibrary) {
                 isLibrary ? m_contexts[context]->setDescription(description)
                           : m_contextModels[context]->setDescription(description);

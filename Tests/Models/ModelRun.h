@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -16,7 +15,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
-#include <numeric>
 #include <sstream>
 #include <stdexcept>
 #include <string>

@@ -159,7 +159,7 @@ private:
         }
         const ModelStep step = m_pending.back();
         m_pending.pop_back();
-        const std::string mode = modes[step.pick(0, modes.size())];
+        const std::string& mode = modes[step.pick(0, modes.size())];
         switch (step.pick(1, 5)) {
         case 0:
         case 1:
@@ -198,7 +198,7 @@ private:
         const std::string tool =
             step.pick(0, 4) == 3 ? categories[step.pick(1, categories.size())] : m_model.getModeCategory();
         const std::string category = step.isRare(2, 20) ? tool : tool + ":" + modes[step.pick(2, modes.size())];
-        const std::string name = eventNames[step.pick(3, eventNames.size())];
+        const std::string& name = eventNames[step.pick(3, eventNames.size())];
         carryOut([&](bool isLibrary) {
             return isLibrary ? m_library->triggerEvent(nullptr, InteractionEvent(category, name))
                              : m_model.triggerEvent(0, EventModel(category, name));

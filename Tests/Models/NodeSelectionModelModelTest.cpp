@@ -187,6 +187,7 @@ private:
     std::vector<osg::NodePtr> handlesOf(const std::vector<int>& numbers) const
     {
         std::vector<osg::NodePtr> handles;
+        handles.reserve(numbers.size());
         for (const int number : numbers) {
             handles.push_back(m_handles[static_cast<std::size_t>(number)]);
         }

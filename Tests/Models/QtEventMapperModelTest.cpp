@@ -293,7 +293,7 @@ private:
     Action addKeyboardMapping(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(keys, step);
-        const std::string description = descriptions[step.pick(3, descriptions.size())];
+        const std::string& description = descriptions[step.pick(3, descriptions.size())];
         return [=](bool isLibrary) {
             isLibrary ? m_mapper->addKeyboardMapping(binding.code, binding.modifiers, binding.category,
                                                      QString::fromStdString(description))
@@ -304,7 +304,7 @@ private:
     Action addMouseMapping(const ModelStep& step)
     {
         const QtEventMapperModel::Binding binding = bindingOf(buttons, step);
-        const std::string description = descriptions[step.pick(3, descriptions.size())];
+        const std::string& description = descriptions[step.pick(3, descriptions.size())];
         return [=](bool isLibrary) {
             isLibrary ? m_mapper->addMouseMapping(static_cast<Qt::MouseButton>(binding.code), binding.modifiers,
                                                   binding.category, QString::fromStdString(description))

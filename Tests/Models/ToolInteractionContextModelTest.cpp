@@ -404,7 +404,7 @@ private:
     {
         const std::size_t index = step.pick(0, contextCount);
         const std::size_t tool = step.pick(2, toolCount + 1);
-        const std::string mode = modes[step.pick(2, modes.size())];
+        const std::string& mode = modes[step.pick(2, modes.size())];
         switch (step.pick(1, kindCount)) {
         case 0:
             return [=](bool isLibrary) {
@@ -449,7 +449,7 @@ private:
             };
         }
         case 7: {
-            const std::string description = descriptions[step.pick(3, descriptions.size())];
+            const std::string& description = descriptions[step.pick(3, descriptions.size())];
             return [=](bool isLibrary) {
                 isLibrary ? m_tools[tool % toolCount]->setDescription(description)
                           : m_toolModels[tool % toolCount]->setDescription(description);
@@ -457,7 +457,7 @@ private:
             };
         }
         default: {
-            const std::string description = descriptions[step.pick(3, descriptions.size())];
+            const std::string& description = descriptions[step.pick(3, descriptions.size())];
             return [=](bool isLibrary) {
                 isLibrary ? m_tools[tool % toolCount]->displayDescription(description)
                           : m_toolModels[tool % toolCount]->displayDescription(description);
