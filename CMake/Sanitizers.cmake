@@ -5,6 +5,15 @@ if(KOINTERACTION_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+# Containers have other members then: nothing that was built without it may see them.
+if(KOINTERACTION_DEBUG_CONTAINERS)
+    add_compile_definitions(_GLIBCXX_DEBUG)
+    if(KOINTERACTION_BUILD_TESTS)
+        # From its sources, which Debian's libgtest-dev brings along: the library there knows only ordinary containers.
+        add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+    endif()
+endif()
+
 if(KOINTERACTION_COVERAGE)
     add_compile_options(--coverage -fprofile-abs-path)
     add_link_options(--coverage)
