@@ -183,13 +183,13 @@ float vary(const std::uint32_t place)
     return 0.8F + 0.4F * static_cast<float>((place * 2654435761U) >> 16U) / 65536.0F;
 }
 
-// Of which corners of its world box lines consist; empty when they consist of something else.
-std::vector<std::uint8_t> findCorners(const DrawItem& item, const GeometryData& data)
+// Of which corners of its world box lines consist; none when they consist of something else.
+void findCorners(const DrawItem& item, const GeometryData& data, std::vector<std::uint8_t>& corners)
 {
     constexpr std::size_t MostCorners = 8;
-    std::vector<std::uint8_t> corners;
+    corners.clear();
     if (data.lines.empty() || !data.triangles.empty() || !data.points.empty() || data.positions.size() > MostCorners) {
-        return corners;
+        return;
     }
     const Matrix4 toWorld(item.toWorld);
     for (const osg::Pnt3f& position : data.positions) {
@@ -198,13 +198,13 @@ std::vector<std::uint8_t> findCorners(const DrawItem& item, const GeometryData& 
         for (osg::UInt32 axis = 0; axis < 3; ++axis) {
             const auto value = static_cast<float>(place[axis]);
             if (value != item.minimum[axis] && value != item.maximum[axis]) {
-                return {};
+                corners.clear();
+                return;
             }
             corner = static_cast<std::uint8_t>(corner | (value == item.maximum[axis] ? 1U << axis : 0U));
         }
         corners.push_back(corner);
     }
-    return corners;
 }
 
 Marker makeMarker(const DrawItem& item, const std::array<double, 3>& origin)
@@ -699,10 +699,10 @@ void BatchList::build(Batch& batch)
 std::uint32_t BatchList::findPattern(Batch& batch, const DrawItem& item)
 {
     const GeometryData& data = item.mesh->content->getData();
-    const std::vector<std::uint8_t> corners = findCorners(item, data);
+    findCorners(item, data, m_corners);
     const std::size_t count = batch.patterns.size();
     for (std::size_t i = count; i > 0 && count - i < MostPatternsCompared; --i) {
-        if (batch.patterns[i - 1].equals(data, corners)) {
+        if (batch.patterns[i - 1].equals(data, m_corners)) {
             return static_cast<std::uint32_t>(i - 1);
         }
     }
@@ -710,7 +710,7 @@ std::uint32_t BatchList::findPattern(Batch& batch, const DrawItem& item)
     pattern.triangles.assign(data.triangles.begin(), data.triangles.end());
     pattern.lines.assign(data.lines.begin(), data.lines.end());
     pattern.points.assign(data.points.begin(), data.points.end());
-    pattern.corners = corners;
+    pattern.corners = m_corners;
     batch.patterns.push_back(std::move(pattern));
     return static_cast<std::uint32_t>(count);
 }

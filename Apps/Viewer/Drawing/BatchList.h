@@ -189,7 +189,7 @@ private:
     void place(std::uint32_t place, std::uint32_t formerGroup, std::uint32_t formerBatch);
     void moveItem(std::uint32_t place);
     void takeOut(std::uint32_t place);
-    static std::uint32_t findPattern(Batch& batch, const DrawItem& item);
+    std::uint32_t findPattern(Batch& batch, const DrawItem& item);
     void tidy(std::uint32_t group, std::uint32_t batch);
     std::uint32_t findGroup(const DrawItem& item);
     std::uint32_t findBatch(std::uint32_t groupIndex, std::uint32_t preferred, const DrawItem& item);
@@ -212,6 +212,7 @@ private:
     std::vector<GLuint> m_doomedBuffers;
     VertexData m_data; ///< what is filled into buffers; kept for its memory
     std::vector<Marker> m_markers;
+    std::vector<std::uint8_t> m_corners;
     std::size_t m_readCount = 0;
     std::size_t m_buildCount = 0;
 };

@@ -56,9 +56,9 @@ std::size_t DrawUnit::countPrimitives(const std::size_t count) const
     return seenCount == 0 ? 0 : seenCounted[seenCount - 1];
 }
 
-void DrawUnit::findBoxes(const CoverMap& map, const Matrix4& worldToClip)
+void DrawUnit::findBoxes(const CoverMap& map, const Matrix4& worldToClip, const std::size_t count)
 {
-    boxes.resize(getAllItems());
+    boxes.resize(count);
     for (std::size_t i = 0; i < boxes.size(); ++i) {
         const WorldBox box = batch != nullptr ? batch->boxes[i] : WorldBox{item->minimum, item->maximum};
         if (!map.project(worldToClip, box, boxes[i])) {
@@ -71,8 +71,8 @@ void DrawUnit::sift(const CoverMap& map, const float pixelRatio)
 {
     const float border = getBorder(pixelRatio);
     std::size_t counted = 0;
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-        const PictureBox& box = boxes[i];
+    for (std::size_t i = 0; i < getAllItems(); ++i) {
+        const PictureBox box = getBox(i);
         // The ends of wide lines may reach nearer than the lines themselves, by a part of their length.
         const float nearest = box.nearest - DepthError - (border > 1 ? box.farthest - box.nearest : 0.0F);
         if (box.isKnown() && map.hides(box, border, nearest)) {
@@ -82,7 +82,7 @@ void DrawUnit::sift(const CoverMap& map, const float pixelRatio)
         seen.push_back(static_cast<std::uint32_t>(i));
         seenCounted.push_back(counted);
     }
-    isSifted = seen.size() < boxes.size();
+    isSifted = seen.size() < getAllItems();
 }
 
 float DrawUnit::getBorder(const float pixelRatio) const

@@ -23,7 +23,7 @@ struct DrawUnit {
     std::size_t markedCount = 0;    ///< how many are drawn, as they are or as markers
     bool isBeyondNear = false;      ///< nothing of it is cut off by the near plane
 
-    std::vector<PictureBox> boxes;        ///< of the items, where somebody asked for them; see findBoxes()
+    std::vector<PictureBox> boxes;        ///< of the first items, as far as somebody asked for them; see findBoxes()
     bool isSifted = false;                ///< of its items only those count that are seen
     std::vector<std::uint32_t> seen;      ///< items, ascending
     std::vector<std::size_t> seenCounted; ///< primitives of the seen ones, up to the end of each
@@ -57,10 +57,13 @@ struct DrawUnit {
         return isSifted ? seen[place] : static_cast<std::uint32_t>(place);
     }
 
-    /** Finds out where all items are in a picture. */
-    void findBoxes(const CoverMap& map, const Matrix4& worldToClip);
+    /** Finds out where the first items are in a picture. */
+    void findBoxes(const CoverMap& map, const Matrix4& worldToClip, std::size_t count);
 
-    /** Leaves out what a map hides; needs the boxes. */
+    /** Where an item is; not known where nobody asked for it. */
+    PictureBox getBox(const std::size_t index) const { return index < boxes.size() ? boxes[index] : PictureBox(); }
+
+    /** Leaves out what a map hides, as far as there are boxes. */
     void sift(const CoverMap& map, float pixelRatio);
 
     /** How many pixels what is drawn of an item reaches beyond its box. */

@@ -17,6 +17,7 @@
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -40,6 +41,9 @@ constexpr double SlowestSamples = 4;
 // are drawn before each look.
 constexpr std::size_t LeastCovered = 50000;
 constexpr std::array<double, 6> CoveredShares{0.15, 0.25, 0.35, 0.5, 0.7, 1};
+
+// Among so many geometries, the largest, hidden ones are looked for while the camera moves.
+constexpr double MostSought = 100000;
 
 // The largest side of a marker in pixels of the user interface, of surfaces and of lines: what is seen through lines is
 // not to be hidden by what stands for them.
@@ -243,19 +247,22 @@ private:
             isPossible = isPossible && (unit.state->transparent || unit.state->isCovering());
         }
         m_isSifted = static_cast<double>(primitives) > m_mostPrimitives;
+        m_occluderPrimitives = 0;
         if (!m_isSifted) {
             return;
         }
         m_depthMap.setSize(width, height);
+        const double least = detail == Detail::Moving ? findLeastSought() : 0;
         for (DrawUnit& unit : m_units) {
-            unit.findBoxes(m_depthMap, m_worldToClip);
+            unit.findBoxes(m_depthMap, m_worldToClip, unit.countLarger(least));
         }
         // While the camera moves, one sample of a pixel may speak for the others.
         GLint samples = 0;
         if (detail == Detail::Full) {
             glGetIntegerv(GL_SAMPLES, &samples);
         }
-        if (!isPossible || !drawOccluders(width, height, samples)) {
+        const double most = detail == Detail::Moving ? m_mostPrimitives / 4 : std::numeric_limits<double>::max();
+        if (!isPossible || !drawOccluders(width, height, samples, most)) {
             return;
         }
         for (DrawUnit& unit : m_units) {
@@ -266,11 +273,31 @@ private:
         }
     }
 
-    /** Draws what hides most into a depth buffer of its own and reads that; false where there is none. */
-    bool drawOccluders(const int width, const int height, const int samples)
+    // The size on the screen of the smallest geometries that hidden ones are looked for among while the camera moves.
+    double findLeastSought() const
+    {
+        const auto count = [&](const double size) {
+            std::size_t items = 0;
+            for (const DrawUnit& unit : m_units) {
+                items += unit.countLarger(size);
+            }
+            return static_cast<double>(items);
+        };
+        return findSize(count, MostSought);
+    }
+
+    /**
+     * Draws what hides most into a depth buffer of its own and reads that; false where there is none.
+     *
+     * @param most how many primitives are enough; no round begins after that
+     */
+    bool drawOccluders(const int width, const int height, const int samples, const double most)
     {
         m_occluders.collect(m_units, width, height);
         for (std::size_t round = 0; round < Occluders::RoundCount; ++round) {
+            if (static_cast<double>(m_occluderPrimitives) > most) {
+                break;
+            }
             if (!m_reader->beginDepth(width, height, samples)) {
                 return false;
             }
@@ -299,6 +326,7 @@ private:
                     m_indices.addTriangles(*unit.batch, begin->item);
                 }
             }
+            m_occluderPrimitives += m_indices.countPrimitives();
             use(unit, current);
             m_indices.draw();
             current = &unit;
@@ -322,15 +350,18 @@ private:
             }
             return static_cast<double>(items);
         };
-        if (countPrimitives(0) <= m_mostPrimitives) {
+        // What was drawn to find hidden geometry took its time, too.
+        const auto spent = static_cast<double>(m_isSifted ? m_occluderPrimitives : 0);
+        const double most = std::max(m_mostPrimitives - spent, m_mostPrimitives / 2);
+        if (countPrimitives(0) <= most) {
             return;
         }
         // A marker is one primitive; half of them at most are markers.
-        const double marked = findSize(countMarkers, m_mostPrimitives / 2);
+        const double marked = findSize(countMarkers, most / 2);
         const double allMarkers = countMarkers(marked);
         const double drawn = findSize(
             [&](const double size) { return countPrimitives(size) + std::max(0.0, allMarkers - countMarkers(size)); },
-            m_mostPrimitives);
+            most);
         for (DrawUnit& unit : m_units) {
             unit.itemCount = unit.countLarger(drawn);
             unit.markedCount =
@@ -529,7 +560,7 @@ private:
             if (share < from || share >= to) {
                 continue;
             }
-            const PictureBox& box = unit.boxes[item];
+            const PictureBox box = unit.getBox(item);
             if (!isKnown || !box.isKnown()) {
                 m_indices.add(*unit.batch, item);
             } else if (!m_colourMap.hides(box, border, ColourDepth)) {
@@ -706,11 +737,12 @@ private:
     CoverMap m_depthMap;  ///< of opaque surfaces, while hidden geometries are looked for
     CoverMap m_colourMap; ///< of the geometries of one colour that are being drawn
     Occluders m_occluders;
-    ItemIndices m_indices;               ///< kept for their memory
-    bool m_isSifted = false;             ///< hidden geometries were looked for in this frame
-    std::vector<MaterialState> m_states; ///< of the groups, in this frame
-    std::vector<DrawUnit> m_units;       ///< what is in view
-    bool m_isSlow = false;               ///< no time for several samples while the camera moves
+    ItemIndices m_indices;                ///< kept for their memory
+    std::size_t m_occluderPrimitives = 0; ///< drawn to find what is hidden in this frame
+    bool m_isSifted = false;              ///< hidden geometries were looked for in this frame
+    std::vector<MaterialState> m_states;  ///< of the groups, in this frame
+    std::vector<DrawUnit> m_units;        ///< what is in view
+    bool m_isSlow = false;                ///< no time for several samples while the camera moves
     Statistics m_statistics;
 };
 

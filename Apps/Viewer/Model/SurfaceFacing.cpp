@@ -122,7 +122,7 @@ std::vector<Middle> findMiddles(const std::vector<Corners>& triangles, Bodies& b
 
 SurfaceFacing findSurfaceFacing(const GeometryData& data)
 {
-    if (data.triangles.size() > 3 * MostTriangles) {
+    if (data.triangles.empty() || data.triangles.size() > 3 * MostTriangles) {
         return SurfaceFacing::Any;
     }
     const std::vector<Corners> triangles = findTriangles(data);
