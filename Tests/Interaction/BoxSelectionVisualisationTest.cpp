@@ -440,6 +440,40 @@ public:
     std::vector<std::pair<osg::NodePtr, osg::NodePtr>> m_updates;
 };
 
+// Empties the stack of spare boxes from inside each update.
+class ClearingBoxes : public BoxSelectionVisualisation {
+public:
+    void updateVisualisation(const osg::NodePtr& node, const osg::NodePtr& visualisation) override
+    {
+        clear();
+        BoxSelectionVisualisation::updateVisualisation(node, visualisation);
+    }
+};
+
+TEST_F(BoxSelectionVisualisationTest, ASpareBoxIsOffTheStackBeforeItIsRefitted)
+{
+    const osg::NodePtr node = addExtent();
+    koNodeUtils::setIsEditable(node, false);
+    auto boxes = std::make_unique<ClearingBoxes>();
+    osg::MaterialPtr highlightMaterial =
+        osg::MaterialGroupPtr::dcast(boxes->getVisualisation()->getCore())->getMaterial();
+    boxes->addNode(node);
+    boxes->removeNode(node);
+
+    boxes->addNode(node);
+
+    ASSERT_EQ(boxes->getVisualisation()->getNChildren(), 1U);
+    const osg::NodePtr box = boxes->getVisualisation()->getChild(0);
+    EXPECT_EQ(box.getRefCount(), 3);
+
+    // This second instance keeps its materials.
+    osg::MaterialPtr lockedNodeMaterial = geometryOf(box)->getMaterial();
+    boxes->removeNode(node);
+    boxes.reset();
+    osg::subRefCP(highlightMaterial);
+    osg::subRefCP(lockedNodeMaterial);
+}
+
 TEST_F(BoxSelectionVisualisationTest, ANewBoxIsRefittedThroughTheVirtualTableFromATemplateOfOnes)
 {
     const osg::NodePtr node = addExtent();

@@ -759,6 +759,15 @@ TEST_F(QtEventMapperMouseTest, ABindingAddedAndRemovedFromInsideAnEventLeavesNoT
     EXPECT_THAT(m_log.calls(), ElementsAre(sent("a", "hover"), sent("added again", "hover"), sent("b", "hover")));
 }
 
+TEST_F(QtEventMapperMouseTest, AMoveToTheSamePlaceFromInsideTheReportOfTheMoveIsNotReportedAgain)
+{
+    during(pointer(5, 6), [this] { hover(none, QPointF(5, 6)); });
+
+    hover(none, QPointF(5, 6));
+
+    EXPECT_THAT(m_log.calls(), ElementsAre(pointer(5, 6)));
+}
+
 TEST_F(QtEventMapperMouseTest, BindingAKeyFromInsideAnEventOfTheMouseDoesNotDisturbTheOthers)
 {
     bind(Qt::LeftButton, none, "a");

@@ -53,7 +53,7 @@ def closing(code, start):
 
 
 def is_statement(code):
-    return bool(STATEMENT.match(code)) and not (DECLARATION.match(code) and not re.match(r"^\s+(return|delete)\b", code))
+    return not code.rstrip().endswith("= delete;") and bool(STATEMENT.match(code)) and not (DECLARATION.match(code) and not re.match(r"^\s+(return|delete)\b", code))
 
 
 def mutate_line(line, code):
@@ -135,24 +135,22 @@ def find_mutants(file):
 
 
 def load_explained():
-    """Survivors that nobody can kill, each as 'file | operator | line' with its reason above."""
-    explained = set()
-    if EXPLAINED.exists():
-        for line in EXPLAINED.read_text(encoding="utf-8").splitlines():
-            if line and not line.startswith("#"):
-                explained.add(tuple(part.strip() for part in line.split(" @ ", 2)))
-    return explained
+    """Survivors that nobody can kill: for each the patterns of file, operator and line; the reason stands above."""
+    return [[re.compile(part.strip()) for part in line.split(" @ ", 2)]
+            for line in EXPLAINED.read_text(encoding="utf-8").splitlines() if line and not line.startswith("#")]
 
 
-def key(mutant):
-    return (mutant.file.name, mutant.operator, mutant.before)
+def is_explained(mutant, explained):
+    texts = (mutant.file.name, mutant.operator, mutant.before)
+    return any(all(pattern.fullmatch(text) for pattern, text in zip(patterns, texts)) for patterns in explained)
 
 
 class Worker:
     """One copy of the sources with one build."""
 
-    def __init__(self, number, tests):
-        self.folder = WORK / f"copy{number}"
+    def __init__(self, number, tests, is_checked):
+        self.folder = WORK / (f"checked{number}" if is_checked else f"copy{number}")
+        self.is_checked = is_checked
         self.build = self.folder / "build"
         self.tests = tests
 
@@ -169,7 +167,8 @@ class Worker:
                 shutil.copy(ROOT / name, target)
         self.run(["cmake", "-G", "Ninja", "-S", source, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
                   "-DCMAKE_CXX_FLAGS=-O0 -g0 -D_GLIBCXX_ASSERTIONS", "-DKOINTERACTION_BUILD_VIEWER=OFF",
-                  "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"], 600)
+                  "-DCMAKE_CXX_COMPILER_LAUNCHER=ccache", f"-DKOINTERACTION_DEBUG_CONTAINERS={'ON' if self.is_checked else 'OFF'}"],
+                 600)
         listed = subprocess.run(["ctest", "--test-dir", self.build, "-N"], capture_output=True, text=True, check=True).stdout
         available = re.findall(r"Test +#\d+: (\S+)", listed)
         self.tests = [test for test in available if any(re.fullmatch(pattern, test) for pattern in self.tests)]
@@ -227,6 +226,7 @@ def main():
     parser.add_argument("--jobs", type=int, default=1, metavar="N", help="copies that work side by side (1)")
     parser.add_argument("--list", action="store_true", help="print the mutants and build nothing")
     parser.add_argument("--again", action="store_true", help="only those that survived the last time")
+    parser.add_argument("--checked", action="store_true", help="with the checked containers of the standard library")
     parser.add_argument("--tests", action="append", metavar="REGEX", help="names of the tests that run; may be given again")
     arguments = parser.parse_args()
 
@@ -251,7 +251,7 @@ def main():
     tests = arguments.tests or [r"(QtEventMapper\w*|Interaction(Event|Manager)\w*|\w*InteractionContext\w*|AbstractInteractionTool\w*|"
                                 r"\w*SelectionVisualisation\w*|LazyPicker\w*|NodeSelectionModel\w*|SelectionManager\w*|SpareNodes\w*)Test"]
     WORK.mkdir(parents=True, exist_ok=True)
-    workers = [Worker(number, tests) for number in range(arguments.jobs)]
+    workers = [Worker(number, tests, arguments.checked) for number in range(arguments.jobs)]
     for worker in workers:
         print(f"mutate.sh: building {worker.folder.name}", flush=True)
         worker.prepare()
@@ -271,7 +271,7 @@ def main():
                 mutant = queue.popleft()
             verdict = worker.judge(mutant)
             kind = "killed" if verdict.startswith("killed") else verdict
-            if kind == "survived" and key(mutant) in explained:
+            if kind == "survived" and is_explained(mutant, explained):
                 kind = "explained"
             with lock:
                 counts[kind] += 1
