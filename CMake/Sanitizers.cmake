@@ -14,6 +14,11 @@ if(KOINTERACTION_DEBUG_CONTAINERS)
     endif()
 endif()
 
+# What the fuzzer steers by; its main function is linked into the fuzzers alone.
+if(KOINTERACTION_BUILD_FUZZERS)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(KOINTERACTION_COVERAGE)
     add_compile_options(--coverage -fprofile-abs-path)
     add_link_options(--coverage)
