@@ -29,6 +29,8 @@ packages=(
     dpkg-dev file lintian debootstrap groff-base desktop-file-utils
     # benchmarks, counts of instructions, coverage
     libbenchmark-dev valgrind python3 gcovr
+    # what looks at the sources
+    clang-tidy-14 cppcheck clazy
     # the manual
     doxygen graphviz
 )

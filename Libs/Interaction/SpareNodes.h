@@ -48,7 +48,8 @@ public:
         Node node = takeNode();
         node.key() = key;
         const auto place = container.insert(hint, std::move(node));
-        keep(std::move(node));
+        // The map left it here when the key was there.
+        keep(std::move(node)); // NOLINT(bugprone-use-after-move)
         return place;
     }
 

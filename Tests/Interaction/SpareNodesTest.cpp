@@ -126,6 +126,28 @@ TEST(SpareNodesTest, AnEntryOfAMapLosesItsValueWhenItIsTakenOut)
     EXPECT_EQ(again, map.begin());
 }
 
+TEST(SpareNodesTest, WhatWasErasedFromAMapIsUsedForWhatIsInsertedNext)
+{
+    using Map = std::map<int, int, std::less<int>, CountingAllocator<std::pair<const int, int>, 4>>;
+    using Spares = interaction::SpareNodes<Map, 8>;
+    Map map;
+    Spares::instance().insert(map, map.end(), 1);
+    EXPECT_EQ(getAllocations<4>(), 1);
+
+    Spares::instance().eraseEntry(map, map.begin());
+    EXPECT_TRUE(map.empty());
+    Spares::instance().insert(map, map.end(), 2);
+    EXPECT_EQ(getAllocations<4>(), 1);
+
+    // A spare that was not needed is there for the next.
+    Spares::instance().insert(map, map.end(), 3);
+    Spares::instance().eraseEntry(map, map.find(3));
+    Spares::instance().insert(map, map.end(), 2);
+    Spares::instance().insert(map, map.end(), 4);
+    EXPECT_THAT(map, ElementsAre(Pair(2, 0), Pair(4, 0)));
+    EXPECT_EQ(getAllocations<4>(), 2);
+}
+
 TEST(SpareNodesTest, AnEntryThatIsThereKeepsItsValueAndIsReturned)
 {
     using Map = std::map<int, std::string>;

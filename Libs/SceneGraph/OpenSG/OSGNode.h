@@ -143,7 +143,7 @@ private:
     void setParent(const NodePtr& parent);
     void leaveParent();
     void removeChildAt(UInt32 slot, const NodePtr& child);
-    void replaceChildAt(UInt32 slot, const NodePtr& child);
+    void replaceChildAt(UInt32 index, const NodePtr& child);
     void closeHoles() const;
     Node* findStaleChild(UInt32 slot) const;
     void computeVolume();

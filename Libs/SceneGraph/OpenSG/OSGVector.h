@@ -57,7 +57,7 @@ public:
     template <class OtherT, UInt32 OtherI>
     constexpr Point(const Point<OtherT, OtherI>& other) noexcept
     {
-        for (UInt32 i = 0; i < (SizeI < OtherI ? SizeI : OtherI); ++i) {
+        for (UInt32 i = 0; i < SizeI && i < OtherI; ++i) {
             m_values[i] = static_cast<ValueType>(other[i]);
         }
     }

@@ -23,7 +23,7 @@ struct FreePiece {
 /// Hands out pieces of one size, of slabs that are never given back. For one thread.
 struct Pool {
     static constexpr std::size_t CacheLine = 64;
-    static constexpr std::size_t SlabBytes = 64 * 1024;
+    static constexpr std::size_t SlabBytes = std::size_t(64) * 1024;
 
     /// @param size of a piece, a multiple of 16 and the same in each call; a multiple of CacheLine gives whole lines
     void* take(const std::size_t size)
