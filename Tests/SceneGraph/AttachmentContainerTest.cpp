@@ -201,4 +201,33 @@ TEST_F(AttachmentContainerTest, SubtractingAnotherOfTheSameGroupTakesOutWhatIsAt
     EXPECT_EQ(other.get().getRefCount(), 1);
 }
 
+TEST_F(AttachmentContainerTest, TakingTheNameOfNullIsLoggedAndIgnored)
+{
+    osg::setName(NodePtr(), static_cast<const Char8*>(nullptr));
+
+    EXPECT_THAT(StandardError::take(), ::testing::Not(::testing::IsEmpty()));
+}
+
+TEST_F(AttachmentContainerTest, AnotherUntypedPointerReplacesTheFirst)
+{
+    const auto node = hold(Node::create());
+    int first = 0;
+    int second = 0;
+    osg::setVoidP(node.get(), &first);
+
+    osg::setVoidP(node.get(), &second);
+
+    EXPECT_TRUE(osg::getVoidP(node.get()) == &second);
+    EXPECT_TRUE(osg::getVoidP(NodePtr()) == nullptr);
+}
+
+TEST_F(AttachmentContainerTest, AttachingAPointerToNullIsLoggedAndIgnored)
+{
+    int value = 0;
+
+    osg::setVoidP(NodePtr(), &value);
+
+    EXPECT_THAT(StandardError::take(), ::testing::Not(::testing::IsEmpty()));
+}
+
 } // namespace

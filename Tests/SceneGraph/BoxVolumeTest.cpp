@@ -4,6 +4,7 @@
 #include <OpenSG/OSGConfig.h>
 
 #include <OpenSG/OSGBoxVolume.h>
+#include <OpenSG/OSGLine.h>
 #include <OpenSG/OSGQuaternion.h>
 
 #include <gtest/gtest.h>
@@ -371,6 +372,41 @@ RC_GTEST_PROP(BoxVolumePropertyTest, ABoxExtendedByPointsHoldsExactlyTheirExtrem
         RC_ASSERT(box.getMin()[i] == static_cast<Real32>((*low)[i]));
         RC_ASSERT(box.getMax()[i] == static_cast<Real32>((*high)[i]));
     }
+}
+
+TEST(BoxVolumeTest, ReadsItsCornersOneByOne)
+{
+    const BoxVolume box(1, 2, 3, 4, 5, 6);
+    const Volume& volume = box;
+
+    EXPECT_EQ(box.getMin(), Pnt3f(1, 2, 3));
+    EXPECT_EQ(box.getMax(), Pnt3f(4, 5, 6));
+    EXPECT_EQ(volume.getMin(), Pnt3f(1, 2, 3));
+    EXPECT_EQ(volume.getMax(), Pnt3f(4, 5, 6));
+}
+
+TEST(BoxVolumeTest, ASizeAloneLiesAroundTheOrigin)
+{
+    BoxVolume box;
+
+    box.setBounds(2, 4, 6);
+
+    EXPECT_FALSE(box.isEmpty());
+    EXPECT_EQ(box, BoxVolume(-1, -2, -3, 1, 2, 3));
+}
+
+TEST(BoxVolumeTest, HitsLinesThatMeetIt)
+{
+    const BoxVolume box(-1, -1, -1, 1, 1, 1);
+    Real32 enter = 0.0F;
+    Real32 exit = 0.0F;
+
+    EXPECT_TRUE(box.intersect(Line(Pnt3f(0, 0, 5), Vec3f(0, 0, -1))));
+    EXPECT_FALSE(box.intersect(Line(Pnt3f(2, 0, 5), Vec3f(0, 0, -1))));
+    EXPECT_TRUE(box.intersect(Line(Pnt3f(0, 0, 5), Vec3f(0, 0, -1)), enter, exit));
+
+    EXPECT_FLOAT_EQ(enter, 4.0F);
+    EXPECT_FLOAT_EQ(exit, 6.0F);
 }
 
 } // namespace

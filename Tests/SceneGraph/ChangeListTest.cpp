@@ -334,4 +334,63 @@ TEST_F(ChangeListTest, EditorsEndTheEditWithTheirScope)
     EXPECT_THAT(takeChanges(), ElementsAre(Pair(getContainerId(group), FieldBits::AllFields)));
 }
 
+TEST_F(ChangeListTest, MergingAppendsEveryKind)
+{
+    ChangeList first;
+    ChangeList second;
+    first.setReadOnly(false);
+    second.setReadOnly(false);
+    first.addCreated(1);
+    second.addCreated(2);
+    second.addAddRefd(3);
+    second.addSubRefd(4);
+    second.addDestroyed(5);
+    second.addChanged(6, 0x40);
+
+    first.merge(second);
+
+    EXPECT_THAT(std::vector<UInt32>(first.beginCreated(), first.endCreated()), ElementsAre(1U, 2U));
+    EXPECT_THAT(std::vector<UInt32>(first.beginAddRefd(), first.endAddRefd()), ElementsAre(3U));
+    EXPECT_THAT(std::vector<UInt32>(first.beginSubRefd(), first.endSubRefd()), ElementsAre(4U));
+    EXPECT_THAT(std::vector<UInt32>(first.beginDestroyed(), first.endDestroyed()), ElementsAre(5U));
+    EXPECT_THAT(std::vector<Change>(first.beginChanged(), first.endChanged()), ElementsAre(Pair(6U, 0x40U)));
+    EXPECT_EQ(second.sizeCreated(), 1U);
+}
+
+TEST_F(ChangeListTest, SwappingExchangesEveryKind)
+{
+    ChangeList first;
+    ChangeList second;
+    first.setReadOnly(false);
+    second.setReadOnly(false);
+    first.addCreated(1);
+    first.addChanged(2, 0x8);
+    second.addAddRefd(3);
+    second.addSubRefd(4);
+    second.addDestroyed(5);
+    second.addChanged(6, 0x40);
+
+    first.swap(second);
+
+    EXPECT_EQ(first.sizeCreated(), 0U);
+    EXPECT_THAT(std::vector<UInt32>(first.beginAddRefd(), first.endAddRefd()), ElementsAre(3U));
+    EXPECT_THAT(std::vector<UInt32>(first.beginSubRefd(), first.endSubRefd()), ElementsAre(4U));
+    EXPECT_THAT(std::vector<UInt32>(first.beginDestroyed(), first.endDestroyed()), ElementsAre(5U));
+    EXPECT_THAT(std::vector<Change>(first.beginChanged(), first.endChanged()), ElementsAre(Pair(6U, 0x40U)));
+    EXPECT_THAT(std::vector<UInt32>(second.beginCreated(), second.endCreated()), ElementsAre(1U));
+    EXPECT_THAT(std::vector<Change>(second.beginChanged(), second.endChanged()), ElementsAre(Pair(2U, 0x8U)));
+    EXPECT_EQ(second.sizeAddRefd(), 0U);
+}
+
+TEST_F(ChangeListTest, ChangedIsEndOfEdit)
+{
+    const auto group = hold(Group::create());
+    takeChanges();
+
+    changedCP(group, 0x2);
+    changedCP(NullFC, 0x2);
+
+    EXPECT_THAT(takeChanges(), ElementsAre(Pair(getContainerId(group.get()), 0x2U)));
+}
+
 } // namespace

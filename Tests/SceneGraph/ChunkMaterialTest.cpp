@@ -148,4 +148,37 @@ TEST_F(ChunkMaterialTest, ATransparentChunkMakesItsMaterialTransparent)
     EXPECT_TRUE(material->isTransparent());
 }
 
+TEST_F(ChunkMaterialTest, SlotsAreStoredOnceOneIsAskedFor)
+{
+    const auto material = hold(ChunkMaterial::create());
+    const auto line = hold(LineChunk::create());
+    const auto blend = hold(BlendChunk::create());
+    const auto polygon = hold(PolygonChunk::create());
+    material->addChunk(line.get());
+
+    material->addChunk(blend.get(), 0);
+    material->addChunk(polygon.get());
+
+    ASSERT_EQ(material->getMFSlots()->size(), 3U);
+    EXPECT_EQ((*material->getMFSlots())[0], Int32(State::AutoSlotReplace));
+    EXPECT_EQ((*material->getMFSlots())[1], 0);
+    EXPECT_EQ((*material->getMFSlots())[2], Int32(State::AutoSlotReplace));
+    EXPECT_TRUE(material->find(BlendChunk::getClassType(), 0) == blend.get());
+}
+
+TEST_F(ChunkMaterialTest, SubtractingAChunkTakesItsSlotOutAsWell)
+{
+    const auto material = hold(ChunkMaterial::create());
+    const auto line = hold(LineChunk::create());
+    const auto blend = hold(BlendChunk::create());
+    material->addChunk(line.get());
+    material->addChunk(blend.get(), 0);
+
+    EXPECT_FALSE(material->subChunk(line.get()));
+
+    ASSERT_EQ(material->getMFSlots()->size(), 1U);
+    EXPECT_EQ((*material->getMFSlots())[0], 0);
+    EXPECT_EQ(material->getMFChunks()->size(), 1U);
+}
+
 } // namespace

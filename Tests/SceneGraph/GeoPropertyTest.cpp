@@ -127,4 +127,93 @@ TEST_F(GeoPropertyTest, ACloneIsACopyWithoutOwner)
     EXPECT_TRUE(GeoPositions3fPtr::dcast(copy.get()) != NullFC);
 }
 
+TEST_F(GeoPropertyTest, InsertingMovesWhatIsBehind)
+{
+    const auto lengths = hold(GeoPLengthsUI32::create());
+    lengths->addValue(1);
+    lengths->addValue(3);
+
+    EXPECT_TRUE(lengths->insertValue(2, 1));
+    EXPECT_TRUE(lengths->insertValue(4, 3));
+
+    ASSERT_EQ(lengths->size(), 4U);
+    for (UInt32 i = 0; i < 4; ++i) {
+        EXPECT_EQ(lengths->getValue(i), i + 1);
+    }
+}
+
+TEST_F(GeoPropertyTest, SmallerIntegersReadAsTheGenericType)
+{
+    const auto lengths = hold(GeoPLengthsUI16::create());
+    const auto indices = hold(GeoIndicesUI16::create());
+
+    lengths->addValue(65535);
+    indices->addValue(4711);
+
+    EXPECT_EQ(lengths->getValue(0), 65535U);
+    EXPECT_EQ(indices->getValue(0), 4711U);
+    EXPECT_EQ((*lengths->getFieldPtr())[0], 65535U);
+}
+
+TEST_F(GeoPropertyTest, DoublePrecisionReadsAsTheGenericType)
+{
+    const auto positions = hold(GeoPositions3d::create());
+
+    positions->addValue(Pnt3f(1, 2.5F, -3));
+    positions->addValue(Pnt3f());
+    positions->setValue(Pnt3f(4, 5, 6), 1);
+
+    EXPECT_EQ(positions->getValue(0), Pnt3f(1, 2.5F, -3));
+    EXPECT_EQ(positions->getValue(1), Pnt3f(4, 5, 6));
+    EXPECT_EQ((*positions->getFieldPtr())[0], Pnt3d(1, 2.5, -3));
+    EXPECT_EQ(positions->getDimension(), 3U);
+}
+
+TEST_F(GeoPropertyTest, ThePropertyOfAnIntegerHasOneDimension)
+{
+    EXPECT_EQ(hold(GeoPTypesUI8::create())->getDimension(), 1U);
+    EXPECT_EQ(hold(GeoIndicesUI32::create())->getDimension(), 1U);
+    EXPECT_EQ(hold(GeoTexCoords2f::create())->getDimension(), 2U);
+    EXPECT_EQ(hold(GeoColors4f::create())->getDimension(), 4U);
+}
+
+TEST_F(GeoPropertyTest, FormatsAreTheNumbersOfOpenGL)
+{
+    EXPECT_EQ(hold(GeoPTypesUI8::create())->getFormat(), UInt32(GL_UNSIGNED_BYTE));
+    EXPECT_EQ(hold(GeoPLengthsUI16::create())->getFormat(), UInt32(GL_UNSIGNED_SHORT));
+    EXPECT_EQ(hold(GeoIndicesUI32::create())->getFormat(), UInt32(GL_UNSIGNED_INT));
+    EXPECT_EQ(hold(GeoPositions3f::create())->getFormat(), UInt32(GL_FLOAT));
+    EXPECT_EQ(hold(GeoPositions3d::create())->getFormat(), UInt32(GL_DOUBLE));
+    EXPECT_EQ(hold(GeoNormals3f::create())->getFormat(), UInt32(GL_FLOAT));
+}
+
+TEST_F(GeoPropertyTest, FindsItsParents)
+{
+    const auto positions = hold(GeoPositions3f::create());
+    const auto first = hold(Geometry::create());
+    const auto second = hold(Geometry::create());
+    const auto stranger = hold(Geometry::create());
+
+    first->setPositions(positions.get());
+    second->setPositions(positions.get());
+
+    EXPECT_EQ(positions->findParent(first.get()), 0);
+    EXPECT_EQ(positions->findParent(second.get()), 1);
+    EXPECT_EQ(positions->findParent(stranger.get()), -1);
+}
+
+TEST_F(GeoPropertyTest, AShallowCopyHasTheValuesAndNoParents)
+{
+    const auto positions = hold(GeoPositions3f::create());
+    const auto geometry = hold(Geometry::create());
+    positions->addValue(Pnt3f(1, 2, 3));
+    geometry->setPositions(positions.get());
+
+    const auto copy = hold(GeoPositions3fPtr::dcast(positions->shallowCopy()));
+
+    ASSERT_TRUE(copy != NullFC);
+    EXPECT_EQ(copy->getValue(0), Pnt3f(1, 2, 3));
+    EXPECT_EQ(copy->getMFParents()->size(), 0U);
+}
+
 } // namespace

@@ -108,4 +108,48 @@ TEST(LineTest, MissesATriangleBesideOrParallelToIt)
     EXPECT_FALSE(Line(Pnt3f(0, 0, 1), Vec3f(1, 0, 0)).intersect(a, b, c, distance));
 }
 
+TEST(LineTest, MeetsATriangleOnlyInFrontOfItsPosition)
+{
+    Real32 distance = -1.0F;
+
+    EXPECT_FALSE(Line(Pnt3f(0.25F, 0.25F, -1), Vec3f(0, 0, -1))
+                     .intersect(Pnt3f(0, 0, 0), Pnt3f(1, 0, 0), Pnt3f(0, 1, 0), distance));
+
+    EXPECT_EQ(distance, -1.0F);
+}
+
+TEST(LineTest, SetValueReplacesPositionAndDirection)
+{
+    Line line(Pnt3f(1, 2, 3), Vec3f(0, 0, 1));
+
+    line.setValue(Pnt3f(4, 0, 0), Pnt3f(4, 0, -7));
+
+    EXPECT_EQ(line.getPosition(), Pnt3f(4, 0, 0));
+    EXPECT_EQ(line.getDirection(), Vec3f(0, 0, -1));
+}
+
+TEST(LineTest, TheClosestPointIsTheFootOnTheLine)
+{
+    const Line line(Pnt3f(1, 1, 0), Vec3f(2, 0, 0));
+
+    EXPECT_EQ(line.getClosestPoint(Pnt3f(5, 4, 4)), Pnt3f(5, 1, 0));
+    EXPECT_FLOAT_EQ(line.distance(Pnt3f(5, 4, 4)), 5.0F);
+}
+
+TEST(LineTest, TheFootMayLieBehindThePosition)
+{
+    const Line line(Pnt3f(1, 1, 0), Vec3f(2, 0, 0));
+
+    EXPECT_EQ(line.getClosestPoint(Pnt3f(-5, 4, 0)), Pnt3f(-5, 1, 0));
+    EXPECT_FLOAT_EQ(line.distance(Pnt3f(-5, 4, 0)), 3.0F);
+}
+
+TEST(LineTest, MeetsNoEmptyBox)
+{
+    BoxVolume box(unitBox);
+    box.setEmpty();
+
+    EXPECT_FALSE(Line(Pnt3f(0, 0, 5), Vec3f(0, 0, -1)).intersect(box));
+}
+
 } // namespace

@@ -131,4 +131,40 @@ TEST(QuaternionTest, HalfWayIsHalfTheAngle)
     EXPECT_TRUE(middle.equals(Quaternion(Vec3f(0, 0, 1), 0.5F), 1e-5F));
 }
 
+TEST(QuaternionTest, AnAxisWithoutLengthTurnsNothing)
+{
+    EXPECT_EQ(Quaternion(Vec3f(0, 0, 0), 1.0F), Quaternion::identity());
+}
+
+TEST(QuaternionTest, SetIdentityForgetsTheRotation)
+{
+    Quaternion rotation(Vec3f(1, 2, 3), 1.0F);
+
+    rotation.setIdentity();
+
+    EXPECT_EQ(rotation, Quaternion::identity());
+    EXPECT_EQ(rotation, Quaternion(0, 0, 0, 1));
+}
+
+TEST(QuaternionTest, TheIdentityReadsAsNoAngle)
+{
+    Vec3f axis;
+    Real32 angle = 1.0F;
+
+    Quaternion().getValueAsAxisRad(axis, angle);
+
+    EXPECT_EQ(axis, Vec3f(0, 0, 1));
+    EXPECT_EQ(angle, 0.0F);
+}
+
+TEST(QuaternionTest, NormalizingScalesToLengthOne)
+{
+    Quaternion rotation(0, 0, 3, 4);
+
+    rotation.normalize();
+
+    EXPECT_TRUE(rotation.equals(Quaternion(0, 0, 0.6F, 0.8F), 1e-6F));
+    EXPECT_NEAR(rotation.length(), 1.0F, 1e-6F);
+}
+
 } // namespace
