@@ -297,4 +297,20 @@ TEST_F(NotificationManagerTest, DestroysWhatIsLeftWithoutTellingListeners)
     EXPECT_THAT(m_log.calls(), IsEmpty());
 }
 
+TEST_F(NotificationManagerTest, AListenerNeedsToAnswerOnlyWhatItWantsToKnow)
+{
+    class IdleListener : public NotificationListener {};
+    IdleListener idle;
+    m_manager.addListener(&idle);
+    m_manager.addListener(&m_first);
+
+    TextNotification* notification = m_manager.createTextNotification("tool", "one");
+    notification->setText("two");
+    m_manager.removeNotification(notification);
+
+    EXPECT_THAT(m_log.take(),
+                ElementsAre("first.added(tool: one)", "first.changed(tool: two)", "first.removed(tool: two)"));
+    m_manager.removeListener(&idle);
+}
+
 } // namespace

@@ -6,8 +6,11 @@
 
 #include <OpenSG/OSGConfig.h>
 
+#include <OpenSG/OSGAttachment.h>
 #include <OpenSG/OSGAttachmentContainer.h>
+#include <OpenSG/OSGFieldContainerFactory.h>
 #include <OpenSG/OSGRefPtr.h>
+#include <OpenSG/OSGSFSysTypes.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -253,6 +256,22 @@ TEST_F(koNodeUtilsTest, AnswersForAHundredThousandNodesInAFlatAndADeepScene)
 
     koNodeUtils::setIsEditable(m_node, false);
     EXPECT_FALSE(koNodeUtils::isEditable(deepest));
+}
+
+TEST_F(koNodeUtilsTest, TheMarksAreAFieldOfTheirAttachment)
+{
+    koNodeUtils::setIsEditable(m_node, false);
+    const osg::FieldContainerType* const type = osg::FieldContainerFactory::the()->findType("koHostMarks");
+    ASSERT_NE(type, nullptr);
+    const osg::AttachmentPtr attachment = m_node->findAttachment(type->getGroupId());
+    ASSERT_TRUE(attachment != osg::NullFC);
+
+    auto* const marks = static_cast<osg::SFUInt32*>(attachment->getField("marks"));
+
+    ASSERT_NE(marks, nullptr);
+    EXPECT_NE(marks->getValue(), 0U);
+    marks->setValue(0);
+    EXPECT_TRUE(koNodeUtils::isEditable(m_node));
 }
 
 } // namespace

@@ -216,6 +216,21 @@ TEST_F(koShortcutTest, TakesAnEntryOutOfTheRegistryAsArgument)
     EXPECT_EQ(describe(koShortcut::getEntries().front()), "Interaction key 65 with 0: Select");
 }
 
+TEST_F(koShortcutTest, AListenerNeedsToAnswerOnlyWhatItWantsToKnow)
+{
+    class IdleListener : public koShortcut::Listener {};
+    IdleListener idle;
+    koShortcut::addListener(&idle);
+    koShortcut::addListener(&m_first);
+
+    koShortcut::addKey(group, Qt::Key_A, noModifiers, QStringLiteral("Select"));
+    koShortcut::subKey(group, Qt::Key_A, noModifiers);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("first.added(Interaction key 65 with 0: Select)",
+                                           "first.removed(Interaction key 65 with 0: Select)"));
+    koShortcut::removeListener(&idle);
+}
+
 struct TextRow {
     const char* name;
     koShortcut::Kind kind;
