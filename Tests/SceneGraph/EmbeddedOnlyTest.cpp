@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 // What a host has beyond OpenSG 1.8.
@@ -448,6 +449,26 @@ TEST_F(EmbeddedOnlyTest, ATypeRunsItsInitMethodOnceBeforeItsPrototypeIsMade)
 
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(callsBeforePrototype, 1);
+}
+
+TEST_F(EmbeddedOnlyTest, AnOptionOfTheHostIsDestroyedThroughItsBase)
+{
+    class HostOption : public SelectionOption {
+    public:
+        explicit HostOption(bool& destroyed)
+            : m_destroyed(destroyed)
+        {}
+        ~HostOption() override { m_destroyed = true; }
+
+    private:
+        bool& m_destroyed;
+    };
+    bool destroyed = false;
+
+    std::unique_ptr<SelectionOption> option = std::make_unique<HostOption>(destroyed);
+    option.reset();
+
+    EXPECT_TRUE(destroyed);
 }
 
 } // namespace
