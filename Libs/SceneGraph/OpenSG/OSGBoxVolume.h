@@ -53,7 +53,7 @@ public:
     /// An empty or invalid @p volume changes nothing; an infinite one makes this box infinite.
     void extendBy(const Volume& volume) override;
 
-    /// False for empty boxes, true for infinite ones; so do all four. Touching counts.
+    /// False for empty boxes, true for infinite ones; so do all four. Touching counts, but not for points.
     bool intersect(const Pnt3f& point) const override;
     bool intersect(const Line& line) const override;
     bool intersect(const Line& line, Real32& enter, Real32& exit) const override;
