@@ -49,6 +49,20 @@ TEST_F(GeometryTest, KeepsItsProperties)
     EXPECT_TRUE(GeoPositions3fPtr::dcast(geometry->getPositions()) == positions);
 }
 
+TEST_F(GeometryTest, KeepsItsNormalsAndColors)
+{
+    const auto geometry = hold(Geometry::create());
+    const GeoNormals3fPtr normals = GeoNormals3f::create();
+    const GeoColors3fPtr colors = GeoColors3f::create();
+
+    geometry->setNormals(normals);
+    geometry->setColors(colors);
+
+    EXPECT_TRUE(geometry->getNormals() == normals);
+    EXPECT_TRUE(geometry->getColors() == colors);
+    EXPECT_EQ(colors.getRefCount(), 1);
+}
+
 TEST_F(GeometryTest, IsAParentOfItsProperties)
 {
     const auto geometry = hold(Geometry::create());
