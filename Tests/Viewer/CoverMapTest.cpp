@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <limits>
 #include <random>
@@ -22,6 +23,7 @@ class CoverMapTest : public ::testing::Test {
 protected:
     static constexpr int Width = 37;
     static constexpr int Height = 23;
+    static constexpr std::ptrdiff_t Count = Width * Height;
 
     CoverMapTest()
     {
@@ -31,7 +33,7 @@ protected:
 
     void fill(const float value)
     {
-        std::fill(m_map.getPixels(), m_map.getPixels() + Width * Height, value);
+        std::fill(m_map.getPixels(), m_map.getPixels() + Count, value);
         m_map.finish();
     }
 

@@ -94,8 +94,8 @@ void CoverMap::finish()
             const float* lower = fine.values.data() + static_cast<std::ptrdiff_t>(2 * y) * fine.width;
             const float* upper = 2 * y + 1 < fine.height ? lower + fine.width : lower;
             float* values = coarse.values.data() + static_cast<std::ptrdiff_t>(y) * coarse.width;
-            const int pairs = fine.width / 2;
-            for (int x = 0; x < pairs; ++x) {
+            const std::ptrdiff_t pairs = fine.width / 2;
+            for (std::ptrdiff_t x = 0; x < pairs; ++x) {
                 const float left = lower[2 * x] > upper[2 * x] ? lower[2 * x] : upper[2 * x];
                 const float right = lower[2 * x + 1] > upper[2 * x + 1] ? lower[2 * x + 1] : upper[2 * x + 1];
                 values[x] = left > right ? left : right;

@@ -523,7 +523,7 @@ private:
     {
         const MaterialState& state = *(*begin)->state;
         // How far the sides of a smooth line are from the pixels that it runs through.
-        const auto distance = static_cast<int>((state.lineWidth * m_pixelRatio / 2 + 0.5) * std::sqrt(2.0) + 0.5);
+        const auto distance = static_cast<int>(std::lround((state.lineWidth * m_pixelRatio + 1) / std::sqrt(2.0F)));
         bool isKnown = false;
         double from = 0;
         for (const double to : CoveredShares) {
