@@ -3,8 +3,7 @@
 #
 # Builds and runs all tests.
 #
-#   scripts/test.sh            everything: gcc 12, clang 14, both sanitizers over the whole suite, checked containers,
-#                              coverage, the Debian packages
+#   scripts/test.sh            everything: gcc 12, clang 14, both sanitizers over the whole suite, the Debian packages
 #   scripts/test.sh PRESET...  only these presets of CMakePresets.json (dev, qt6, ci, ci-clang, asan, debug-containers)
 set -euo pipefail
 
@@ -14,7 +13,7 @@ scripts/setup.sh
 presets=("$@")
 all=false
 if [ ${#presets[@]} -eq 0 ]; then
-    presets=(ci ci-clang asan debug-containers)
+    presets=(ci ci-clang asan)
     all=true
 fi
 
@@ -25,7 +24,6 @@ for preset in "${presets[@]}"; do
     ctest --preset "$preset" -j "$(nproc)"
 done
 if $all; then
-    scripts/coverage.sh
     scripts/check-package.sh
 fi
 echo "test.sh: all tests passed (${presets[*]})"
