@@ -42,6 +42,7 @@ for name in "${names[@]}"; do
     fi
 done
 
+scripts/setup.sh
 echo "fuzz.sh: building"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target "${names[@]}" -- --quiet

@@ -11,8 +11,6 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh
 cmake --preset tidy >/dev/null
-# What Qt's tools and CMake write into headers before anything is compiled.
-cmake --build --preset tidy --target help >/dev/null
 
 files=("$@")
 if [ ${#files[@]} -eq 0 ]; then

@@ -39,6 +39,7 @@ for model in "${models[@]}"; do
     fi
 done
 
+scripts/setup.sh
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset" --target "${models[@]/%/ModelTest}"
 
