@@ -48,6 +48,8 @@ private:
     friend class AttachmentContainer;
     friend class Geometry;
 
+    /// Lets the next addUser() do without memory.
+    void makeRoomForUser() { m_parents.makeRoom(); }
     /// Takes a place among the parents; the user keeps the slot that is returned, see SlotList.
     UInt32 addUser(const AttachmentContainer& user);
     void removeUser(UInt32 slot);

@@ -147,6 +147,13 @@ public:
             reallocate(static_cast<UInt32>(newCapacity));
         }
     }
+    /// Grows as push_back() does, so that the next one needs no memory. Not part of OpenSG's interface.
+    void makeRoom()
+    {
+        if (size() == capacity()) {
+            grow(size() + 1);
+        }
+    }
     /// Gives all memory back.
     void release()
     {

@@ -53,6 +53,8 @@ protected:
 private:
     friend class Node;
 
+    /// Lets the next addParent() do without memory.
+    void makeRoomForParent() { m_parents.makeRoom(); }
     UInt32 addParent(const NodePtr& node);
     void removeParent(UInt32 slot);
     void closeHoles() const;

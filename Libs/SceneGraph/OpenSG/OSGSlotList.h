@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace osg {
@@ -41,6 +42,9 @@ private:
  * skips the holes. Neither the first slot after the holes at the front nor the last slot is ever a hole, which makes
  * emptying the list from either end cheap.
  *
+ * Taking out and closing never fail, as containers do both while they are destroyed: where there is no memory to keep
+ * holes in mind, the handles behind move up at once. An add() or insert() that fails changes nothing.
+ *
  * Not part of OpenSG's interface: used by nodes, cores and attachments for their children and parents.
  */
 template <class HandleT>
@@ -70,14 +74,15 @@ public:
         return !before(&handle, m_slots.begin()) && before(&handle, m_slots.end());
     }
 
+    /// Lets the next add() do without memory, so that it cannot fail.
+    void makeRoom() { m_slots.makeRoom(); }
+
     /// Appends and returns the slot.
     UInt32 add(const HandleT& handle)
     {
         const UInt32 slot = m_slots.size();
         m_slots.push_back(handle);
-        if (m_holes && m_holes->counts) {
-            m_holes->counts->change(slot, 1);
-        }
+        changeCounts(slot, 1);
         return slot;
     }
 
@@ -97,9 +102,7 @@ public:
         UInt32 slot = slotOf(index);
         if (slot > 0 && m_slots[slot - 1] == NullFC) {
             --slot;
-            if (m_holes->counts) {
-                m_holes->counts->change(slot, 1);
-            }
+            changeCounts(slot, 1);
             fillHole(slot, handle);
             return slot;
         }
@@ -185,9 +188,7 @@ public:
     void remove(const UInt32 slot, const MovedT& moved)
     {
         if (slot + 1 == m_slots.size()) {
-            if (m_holes && m_holes->counts) {
-                m_holes->counts->change(slot, -1);
-            }
+            changeCounts(slot, -1);
             m_slots.pop_back();
             while (!m_slots.empty() && m_slots.back() == NullFC) {
                 m_slots.pop_back();
@@ -199,18 +200,22 @@ public:
             giveMemoryBack();
             return;
         }
-        m_slots[slot] = NullFC;
         if (!m_holes) {
-            m_holes = std::make_unique<Holes>();
+            m_holes.reset(new (std::nothrow) Holes);
         }
+        if (!m_holes) {
+            moveUp(slot, moved);
+            return;
+        }
+        m_slots[slot] = NullFC;
         ++m_holes->count;
         while (m_slots[m_holes->front] == NullFC) {
             ++m_holes->front;
         }
         if (m_holes->count > s_holesAllowed && m_holes->count * 2 > m_slots.size()) {
             close(moved);
-        } else if (m_holes->counts) {
-            m_holes->counts->change(slot, -1);
+        } else {
+            changeCounts(slot, -1);
         }
     }
 
@@ -255,6 +260,29 @@ private:
         std::unique_ptr<SlotCounts> counts;
     };
 
+    /// Takes the handle in @p slot out of a list without holes and leaves none.
+    template <class MovedT>
+    void moveUp(UInt32 slot, const MovedT& moved)
+    {
+        for (; slot + 1 < m_slots.size(); ++slot) {
+            m_slots[slot] = m_slots[slot + 1];
+            moved(m_slots[slot], slot + 1, slot);
+        }
+        m_slots.pop_back();
+    }
+
+    void changeCounts(const UInt32 slot, const Int32 difference)
+    {
+        if (!m_holes || !m_holes->counts) {
+            return;
+        }
+        try {
+            m_holes->counts->change(slot, difference);
+        } catch (const std::bad_alloc&) {
+            m_holes->counts.reset(); // made anew when they are asked for
+        }
+    }
+
     void fillHole(const UInt32 slot, const HandleT& handle)
     {
         m_slots[slot] = handle;
@@ -272,6 +300,7 @@ private:
         MField<HandleT> newSlots;
         newSlots.reserve(gap + size() + 1);
         newSlots.resize(gap);
+        std::unique_ptr<Holes> holes = std::make_unique<Holes>();
         for (UInt32 slot = 0; slot < m_slots.size(); ++slot) {
             if (m_slots[slot] != NullFC) {
                 newSlots.push_back(m_slots[slot]);
@@ -279,7 +308,7 @@ private:
             }
         }
         m_slots.swap(newSlots);
-        m_holes = std::make_unique<Holes>();
+        m_holes = std::move(holes);
         m_holes->count = gap;
         m_holes->front = gap;
     }
@@ -289,7 +318,11 @@ private:
     {
         if (m_slots.capacity() > s_capacityKept && m_slots.size() < m_slots.capacity() / 4) {
             MField<HandleT> newSlots;
-            newSlots.reserve(m_slots.capacity() / 2);
+            try {
+                newSlots.reserve(m_slots.capacity() / 2);
+            } catch (const std::bad_alloc&) {
+                return; // another time
+            }
             for (const HandleT& handle : m_slots) {
                 newSlots.push_back(handle);
             }

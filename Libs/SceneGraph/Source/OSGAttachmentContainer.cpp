@@ -62,8 +62,11 @@ void AttachmentContainer::addAttachment(const AttachmentPtr& attachment, const U
     }
     const UInt32 key = makeKey(attachment->getGroupId(), binding);
     AttachmentMap::Entry entry{key, 0, attachment};
-    addRefCP(entry.second);
     MField<AttachmentMap::Entry>& entries = m_sfAttachments.getValue().m_entries;
+    // All that can fail, before anything changes.
+    entries.makeRoom();
+    attachment->makeRoomForUser();
+    addRefCP(entry.second);
     AttachmentMap::Entry* const found = lowerBound(entries.begin(), entries.end(), key);
     if (found != entries.end() && found->first == key) {
         std::swap(*found, entry);

@@ -34,11 +34,12 @@ ChunkMaterial::~ChunkMaterial()
 
 bool ChunkMaterial::addChunk(StateChunkPtr chunk, const Int32 slot)
 {
-    addRefCP(chunk);
+    m_mfChunks.makeRoom(); // what can fail, before the chunk gains its reference
     if (slot != State::AutoSlotReplace || !m_mfSlots.empty()) {
         m_mfSlots.resize(m_mfChunks.size(), State::AutoSlotReplace);
         m_mfSlots.push_back(slot);
     }
+    addRefCP(chunk);
     m_mfChunks.push_back(chunk);
     return true;
 }

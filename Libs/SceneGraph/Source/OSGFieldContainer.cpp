@@ -32,6 +32,17 @@ std::vector<FieldContainer*>& waitingForDestruction()
     return *waiting;
 }
 
+// False where there is no memory to wait in: destroying a container must not fail.
+bool letWait(FieldContainer& container) noexcept
+{
+    try {
+        waitingForDestruction().push_back(&container);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
 #if !defined(OSG_PLAIN_MEMORY)
 
 // Larger pieces are whole cache lines and begin with one: what a walk reads of a node lies in the first of two.
@@ -116,7 +127,12 @@ bool ContainerAccess::adopt(FieldContainer* container, const FieldContainer* sou
         delete container;
         return false;
     }
-    container->m_containerId = FieldContainerFactory::the()->registerContainer(*container);
+    try {
+        container->m_containerId = FieldContainerFactory::the()->registerContainer(*container);
+    } catch (...) {
+        delete container;
+        throw;
+    }
     if (container->m_containerId == 0) {
         FFATAL(("FieldContainer: there are no identifiers left.\n"));
         delete container;
@@ -150,8 +166,7 @@ void ContainerAccess::destroy(FieldContainer& container)
     container.m_refCount = dyingCount;
     Thread::getCurrentChangeList()->addDestroyed(container.m_containerId);
     FieldContainerFactory::the()->unregisterContainer(container.m_containerId);
-    if (destructionDepth == deepestDestruction) {
-        waitingForDestruction().push_back(&container);
+    if (destructionDepth >= deepestDestruction && letWait(container)) {
         return;
     }
     ++destructionDepth;

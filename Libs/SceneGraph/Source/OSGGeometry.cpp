@@ -200,6 +200,9 @@ template <class FieldT, class HandleT>
 void Geometry::setProperty(FieldT& field, UInt32& slot, const HandleT property)
 {
     HandleT oldProperty = field.getValue();
+    if (property != NullFC) {
+        property->makeRoomForUser(); // all that can fail, before anything changes
+    }
     addRefCP(property);
     if (oldProperty != NullFC) {
         beginEditCP(oldProperty, Attachment::ParentsFieldMask);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <OpenSG/OSGMaterial.h>
 
+#include <new>
+
 namespace osg {
 
 FieldDescription* Material::_desc[] = {
@@ -33,7 +35,12 @@ bool Material::isTransparent() const
 
 void Material::changed(const BitVector whichField, const UInt32 origin)
 {
-    rebuildState();
+    try {
+        rebuildState();
+    } catch (const std::bad_alloc&) {
+        // Edits end in destructors: they must not fail. getState() makes it anew.
+        clearRefCP(m_state);
+    }
     Inherited::changed(whichField, origin);
 }
 

@@ -72,6 +72,9 @@ void Node::replaceCore(const NodeCorePtr& core)
 {
     const NodeCorePtr newCore = core;
     NodeCorePtr oldCore = getCore();
+    if (newCore != NullFC) {
+        newCore->makeRoomForParent(); // all that can fail, before anything changes
+    }
     addRefCP(newCore);
     if (oldCore != NullFC) {
         beginEditCP(oldCore, NodeCore::ParentsFieldMask);
@@ -103,6 +106,7 @@ void Node::addChild(const NodePtr& child)
         return;
     }
     const NodePtr newChild = child;
+    m_children.makeRoom(); // all that can fail, before anything changes
     addRefCP(newChild);
     newChild->leaveParent();
     newChild->m_slotInParent = m_children.add(newChild);

@@ -31,13 +31,20 @@ void setName(AttachmentContainerPtr container, const std::string& name)
             return; // after osgExit()
         }
     }
-    beginEditCP(attachment, Name::SimpleFieldMask);
-    attachment->editField().setValue(name);
-    endEditCP(attachment, Name::SimpleFieldMask);
-    if (isNew) {
-        beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
-        container->addAttachment(attachment);
-        endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+    try {
+        beginEditCP(attachment, Name::SimpleFieldMask);
+        attachment->editField().setValue(name);
+        endEditCP(attachment, Name::SimpleFieldMask);
+        if (isNew) {
+            beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+            container->addAttachment(attachment);
+            endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+        }
+    } catch (...) {
+        if (getRefCount(attachment) == 0) {
+            subRefCP(attachment); // nobody has it
+        }
+        throw;
     }
 }
 
@@ -84,13 +91,20 @@ void setVoidP(AttachmentContainerPtr container, void* pointer)
             return; // after osgExit()
         }
     }
-    beginEditCP(attachment, VoidPAttachment::SimpleFieldMask);
-    attachment->editField().setValue(pointer);
-    endEditCP(attachment, VoidPAttachment::SimpleFieldMask);
-    if (isNew) {
-        beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
-        container->addAttachment(attachment);
-        endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+    try {
+        beginEditCP(attachment, VoidPAttachment::SimpleFieldMask);
+        attachment->editField().setValue(pointer);
+        endEditCP(attachment, VoidPAttachment::SimpleFieldMask);
+        if (isNew) {
+            beginEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+            container->addAttachment(attachment);
+            endEditCP(container, AttachmentContainer::AttachmentsFieldMask);
+        }
+    } catch (...) {
+        if (getRefCount(attachment) == 0) {
+            subRefCP(attachment); // nobody has it
+        }
+        throw;
     }
 }
 
