@@ -75,6 +75,21 @@ HostMarksAttachmentPtr createAttachment(osg::UInt32 marks)
     return attachment;
 }
 
+// An attachment that finds no place is destroyed: nobody has it.
+void attach(const HostMarksAttachmentPtr& attachment, const osg::AttachmentContainerPtr& container)
+{
+    try {
+        osg::beginEditCP(container, osg::AttachmentContainer::AttachmentsFieldMask);
+        container->addAttachment(attachment);
+        osg::endEditCP(container, osg::AttachmentContainer::AttachmentsFieldMask);
+    } catch (...) {
+        if (osg::getRefCount(attachment) == 0) {
+            osg::subRefCP(attachment);
+        }
+        throw;
+    }
+}
+
 HostMarksAttachmentPtr findAttachment(const osg::AttachmentContainerPtr& container)
 {
     // The answer for most containers, and asked for all ancestors of each selected node.
@@ -114,9 +129,7 @@ void setMark(const osg::AttachmentContainerPtr& container, Mark mark, bool marke
     if (attachment == osg::NullFC || attachment->getParents().size() > 1) {
         const HostMarksAttachmentPtr replacement = createAttachment(after);
         if (replacement != osg::NullFC) {
-            osg::beginEditCP(container, osg::AttachmentContainer::AttachmentsFieldMask);
-            container->addAttachment(replacement);
-            osg::endEditCP(container, osg::AttachmentContainer::AttachmentsFieldMask);
+            attach(replacement, container);
         }
         return;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace quon {
@@ -11,6 +12,8 @@ namespace quon {
  *
  * While the listeners are being called they may be added and removed: one that was removed meanwhile is not called any
  * more, one that was added meanwhile is called from the next time on.
+ *
+ * Calling the listeners takes no memory and fails only where a listener does.
  */
 template <typename Listener>
 class ListenerList {
@@ -26,29 +29,57 @@ public:
     /** Removes @p listener. Null is ignored, and so is an unknown listener. */
     void remove(Listener* listener)
     {
-        m_listeners.erase(std::remove(m_listeners.begin(), m_listeners.end(), listener), m_listeners.end());
+        // The places stay while anybody is on the way through them.
+        std::replace(m_listeners.begin(), m_listeners.end(), listener, static_cast<Listener*>(nullptr));
+        closeGaps();
     }
 
     /** Hands each listener to @p call, which returns whether to go on with the next one. */
     template <typename Call>
     void callWhile(Call call) const
     {
-        // Over a copy: the listeners may change while they are called.
-        const std::vector<Listener*> listeners = m_listeners;
-        for (Listener* listener : listeners) {
-            if (has(listener) && !call(*listener)) {
+        const Walk walk(*this);
+        const std::size_t end = m_listeners.size();
+        for (std::size_t place = 0; place < end; ++place) {
+            if (m_listeners[place] != nullptr && !call(*m_listeners[place])) {
                 return;
             }
         }
     }
 
 private:
+    struct Walk {
+        explicit Walk(const ListenerList& walked)
+            : list(walked)
+        {
+            ++list.m_walks;
+        }
+        Walk(const Walk&) = delete;
+        Walk& operator=(const Walk&) = delete;
+        ~Walk()
+        {
+            --list.m_walks;
+            list.closeGaps();
+        }
+
+        const ListenerList& list;
+    };
+
     bool has(const Listener* listener) const
     {
         return std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end();
     }
 
-    std::vector<Listener*> m_listeners;
+    void closeGaps() const
+    {
+        if (m_walks == 0) {
+            m_listeners.erase(std::remove(m_listeners.begin(), m_listeners.end(), nullptr), m_listeners.end());
+        }
+    }
+
+    // Null: removed during a walk that has not ended.
+    mutable std::vector<Listener*> m_listeners;
+    mutable int m_walks = 0;
 };
 
 } // namespace quon
