@@ -6,10 +6,12 @@
 #include <OpenSG/OSGFieldContainerFactory.h>
 #include <OpenSG/OSGGroup.h>
 
+#include "NewContainer.h"
 #include "SpareNodes.h"
 
 #include <cstdio>
 #include <map>
+#include <utility>
 
 namespace quon::interaction {
 
@@ -44,8 +46,9 @@ osg::NodePtr resolve(unsigned int id)
 AbstractSelectionVisualisation::AbstractSelectionVisualisation()
 {
     m_visualisation = osg::Node::create();
+    const NewContainer<osg::GroupPtr> group(osg::Group::create());
     const osg::CPEditor edit(m_visualisation, osg::Node::CoreFieldMask);
-    m_visualisation->setCore(osg::Group::create());
+    m_visualisation->setCore(group.get());
 }
 
 // The members go in reverse order: first the visualisation nodes, then the root.
@@ -104,11 +107,24 @@ void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
         return;
     }
 
+    // What is made has a place to go to.
+    SpareEntries::Node entry = isTracked ? SpareEntries::Node() : SpareEntries::instance().prepareEntry(id);
     const osg::NodePtr visualisation = createVisualisation(node);
     // Nodes that the hook added meanwhile do not disturb the hint.
-    SpareEntries::instance().insert(m_nodeVisualisations, position, id)->second = visualisation;
+    const auto place =
+        isTracked ? position : SpareEntries::instance().insert(m_nodeVisualisations, position, std::move(entry));
+    place->second = visualisation;
     if (visualisation->getParent() != m_visualisation) {
-        attach(visualisation);
+        try {
+            attach(visualisation);
+        } catch (...) {
+            removeVisualisation(node, visualisation);
+            place->second = osg::NullFC;
+            if (!isTracked) {
+                SpareEntries::instance().eraseEntry(m_nodeVisualisations, place);
+            }
+            throw;
+        }
     }
     setTravMask(visualisation, isShown(node) ? shownMask : hiddenMask);
 }
@@ -152,8 +168,14 @@ void AbstractSelectionVisualisation::updateNode(const osg::NodePtr& node)
     if (visualisation == osg::NullFC) {
         const osg::NodePtr created = createVisualisation(node);
         position->second = created;
-        // Unlike addNode() without a look at the parent: one that is under the root already moves to the end.
-        attach(created);
+        try {
+            // Unlike addNode() without a look at the parent: one that is under the root already moves to the end.
+            attach(created);
+        } catch (...) {
+            removeVisualisation(node, created);
+            position->second = osg::NullFC;
+            throw;
+        }
         setTravMask(created, shownMask);
         return;
     }

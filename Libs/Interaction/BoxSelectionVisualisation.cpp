@@ -14,9 +14,13 @@
 #include <OpenSG/OSGLineChunk.h>
 #include <OpenSG/OSGMaterialGroup.h>
 #include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGRefPtr.h>
 #include <OpenSG/OSGState.h>
 
+#include "NewContainer.h"
+
 #include <array>
+#include <new>
 #include <string>
 
 namespace quon::interaction {
@@ -37,8 +41,8 @@ osg::SimpleMaterialPtr createMaterial(const std::string& name, const osg::Color3
                                       const osg::DepthTestChunkPtr& depthTestChunk, const osg::LineChunkPtr& lineChunk,
                                       const osg::BlendChunkPtr& blendChunk)
 {
-    const osg::SimpleMaterialPtr material = osg::SimpleMaterial::create();
-    osg::addRefCP(material);
+    NewContainer<osg::SimpleMaterialPtr> created(osg::SimpleMaterial::create());
+    const osg::SimpleMaterialPtr material = created.get();
     const osg::CPEditor edit(material);
     koMaterials::setName(material, name, true);
     material->setDiffuse(color);
@@ -50,7 +54,7 @@ osg::SimpleMaterialPtr createMaterial(const std::string& name, const osg::Color3
     material->setSortKey(defaultSortKey);
     material->setTransparency(defaultTransparency);
     material->setTransparencyMode(osg::Material::TransparencyForceTransparent);
-    return material;
+    return created.handOver();
 }
 
 // Corner 0 is min, corner 7 max: the bits of the index take x, y and z from max.
@@ -77,33 +81,33 @@ bool isNear(const osg::Pnt3f& left, const osg::Pnt3f& right)
     return true;
 }
 
-osg::GeoPTypesUI8Ptr createTypes()
+NewContainer<osg::GeoPTypesUI8Ptr> createTypes()
 {
-    const osg::GeoPTypesUI8Ptr types = osg::GeoPTypesUI8::create();
-    const osg::CPEditor edit(types);
+    NewContainer<osg::GeoPTypesUI8Ptr> types(osg::GeoPTypesUI8::create());
+    const osg::CPEditor edit(types.get());
     types->resize(2);
     types->setValue(GL_LINE_STRIP, 0);
     types->setValue(GL_LINES, 1);
     return types;
 }
 
-osg::GeoPLengthsUI32Ptr createLengths()
+NewContainer<osg::GeoPLengthsUI32Ptr> createLengths()
 {
-    const osg::GeoPLengthsUI32Ptr lengths = osg::GeoPLengthsUI32::create();
-    const osg::CPEditor edit(lengths);
+    NewContainer<osg::GeoPLengthsUI32Ptr> lengths(osg::GeoPLengthsUI32::create());
+    const osg::CPEditor edit(lengths.get());
     lengths->resize(2);
     lengths->setValue(10, 0);
     lengths->setValue(6, 1);
     return lengths;
 }
 
-osg::GeoIndicesUI32Ptr createIndices()
+NewContainer<osg::GeoIndicesUI32Ptr> createIndices()
 {
     // The strip draws the bottom face, one vertical edge and the top face, the lines the other vertical edges.
     constexpr std::array<osg::UInt32, 16> values{0, 1, 3, 2, 0, 4, 5, 7, 6, 4, 1, 5, 2, 6, 3, 7};
 
-    const osg::GeoIndicesUI32Ptr indices = osg::GeoIndicesUI32::create();
-    const osg::CPEditor edit(indices);
+    NewContainer<osg::GeoIndicesUI32Ptr> indices(osg::GeoIndicesUI32::create());
+    const osg::CPEditor edit(indices.get());
     indices->resize(values.size());
     for (osg::UInt32 i = 0; i < values.size(); ++i) {
         indices->setValue(values[i], i);
@@ -112,13 +116,13 @@ osg::GeoIndicesUI32Ptr createIndices()
 }
 
 // A template only: the real corners are written before a box is shown.
-osg::GeoPositions3fPtr createPositions()
+NewContainer<osg::GeoPositions3fPtr> createPositions()
 {
     const osg::Pnt3f min(-1.0F, -1.0F, -1.0F);
     const osg::Pnt3f max(1.0F, 1.0F, 1.0F);
 
-    const osg::GeoPositions3fPtr positions = osg::GeoPositions3f::create();
-    const osg::CPEditor edit(positions);
+    NewContainer<osg::GeoPositions3fPtr> positions(osg::GeoPositions3f::create());
+    const osg::CPEditor edit(positions.get());
     positions->resize(cornerCount);
     for (osg::UInt32 i = 0; i < cornerCount; ++i) {
         positions->setValue(getCorner(i, min, max), i);
@@ -126,36 +130,71 @@ osg::GeoPositions3fPtr createPositions()
     return positions;
 }
 
+// A box of no particular place, reference count zero.
+osg::NodePtr createBox(const osg::MaterialPtr& material)
+{
+    // What is to hold the others ends last.
+    NewContainer<osg::NodePtr> box;
+    NewContainer<osg::GeometryPtr> geometry;
+    const NewContainer<osg::GeoPTypesUI8Ptr> types = createTypes();
+    const NewContainer<osg::GeoPLengthsUI32Ptr> lengths = createLengths();
+    const NewContainer<osg::GeoIndicesUI32Ptr> indices = createIndices();
+    const NewContainer<osg::GeoPositions3fPtr> positions = createPositions();
+
+    geometry.keep(extensions::createGeometry());
+    {
+        const osg::CPEditor edit(geometry.get());
+        geometry->setTypes(types.get());
+        geometry->setLengths(lengths.get());
+        geometry->setIndices(indices.get());
+        geometry->setPositions(positions.get());
+        geometry->setMaterial(material);
+    }
+    box.keep(osg::Node::create());
+    {
+        const osg::CPEditor edit(box.get());
+        extensions::setHostFlags(box.get(), boxHostFlags);
+        box->setCore(geometry.get());
+    }
+    // With a z, unlike the name of the root.
+    NodeUtils::setName(box.get(), "VisualizationHighlightNode", true);
+    koNodeUtils::setIsAuxiliaryNode(box.get(), true);
+    return box.handOver();
+}
+
 } // namespace
 
 BoxSelectionVisualisation::BoxSelectionVisualisation()
 {
-    m_depthTestChunk = osg::DepthTestChunk::create();
+    // Held here until everything is built: what fails half-way leaves nothing behind.
+    const osg::RefPtr<osg::DepthTestChunkPtr> depthTestChunk(osg::DepthTestChunk::create());
     {
-        const osg::CPEditor edit(m_depthTestChunk);
-        m_depthTestChunk->setFunc(GL_ALWAYS);
+        const osg::CPEditor edit(depthTestChunk);
+        depthTestChunk->setFunc(GL_ALWAYS);
     }
-    const osg::LineChunkPtr lineChunk = osg::LineChunk::create();
+    const osg::RefPtr<osg::LineChunkPtr> lineChunk(osg::LineChunk::create());
     {
         const osg::CPEditor edit(lineChunk);
         lineChunk->setWidth(1.0F);
         lineChunk->setSmooth(true);
     }
-    const osg::BlendChunkPtr blendChunk = osg::BlendChunk::create();
+    const osg::RefPtr<osg::BlendChunkPtr> blendChunk(osg::BlendChunk::create());
     {
         const osg::CPEditor edit(blendChunk);
         blendChunk->setSrcFactor(GL_SRC_ALPHA);
         blendChunk->setDestFactor(GL_ONE_MINUS_SRC_ALPHA);
     }
-    m_highlightMaterial = createMaterial("koScenegraph::m_highlightMaterial", osg::Color3f(0.956F, 0.521F, 0.086F),
-                                         m_depthTestChunk, lineChunk, blendChunk);
-    const osg::MaterialGroupPtr materialGroup = osg::MaterialGroup::create();
+    const osg::RefPtr<osg::SimpleMaterialPtr> highlightMaterial(createMaterial("koScenegraph::m_highlightMaterial",
+                                                                               osg::Color3f(0.956F, 0.521F, 0.086F),
+                                                                               depthTestChunk, lineChunk, blendChunk));
+    const osg::RefPtr<osg::MaterialGroupPtr> materialGroup(osg::MaterialGroup::create());
     {
         const osg::CPEditor edit(materialGroup);
-        materialGroup->setMaterial(m_highlightMaterial);
+        materialGroup->setMaterial(highlightMaterial);
     }
-    m_lockedNodeMaterial = createMaterial("koScenegraph::m_lockedNodeMaterial", osg::Color3f(0.046F, 0.046F, 0.046F),
-                                          m_depthTestChunk, lineChunk, blendChunk);
+    const osg::RefPtr<osg::SimpleMaterialPtr> lockedNodeMaterial(createMaterial("koScenegraph::m_lockedNodeMaterial",
+                                                                                osg::Color3f(0.046F, 0.046F, 0.046F),
+                                                                                depthTestChunk, lineChunk, blendChunk));
 
     const osg::NodePtr root = AbstractSelectionVisualisation::getVisualisation();
     {
@@ -163,6 +202,12 @@ BoxSelectionVisualisation::BoxSelectionVisualisation()
         root->setCore(materialGroup);
     }
     NodeUtils::setName(root, "VisualisationRootMaterialGroup", true);
+
+    m_depthTestChunk = depthTestChunk;
+    m_highlightMaterial = highlightMaterial;
+    m_lockedNodeMaterial = lockedNodeMaterial;
+    osg::addRefCP(m_highlightMaterial);
+    osg::addRefCP(m_lockedNodeMaterial);
 }
 
 // The materials and the boxes in use keep their references: a host may still hold them in its scene.
@@ -240,46 +285,35 @@ osg::NodePtr BoxSelectionVisualisation::createVisualisation(const osg::NodePtr& 
     if (node == osg::NullFC) {
         return osg::NodePtr();
     }
-    if (!m_spareNodes.empty()) {
-        const osg::NodePtr spare = m_spareNodes.top();
+    osg::NodePtr box;
+    if (m_spareNodes.empty()) {
+        box = createBox(m_highlightMaterial);
+        osg::addRefCP(box);
+    } else {
+        box = m_spareNodes.top();
         m_spareNodes.pop();
-        updateVisualisation(node, spare);
-        return spare;
     }
-
-    const osg::GeoPTypesUI8Ptr types = createTypes();
-    const osg::GeoPLengthsUI32Ptr lengths = createLengths();
-    const osg::GeoIndicesUI32Ptr indices = createIndices();
-    const osg::GeoPositions3fPtr positions = createPositions();
-
-    const osg::GeometryPtr geometry = extensions::createGeometry();
-    {
-        const osg::CPEditor edit(geometry);
-        geometry->setTypes(types);
-        geometry->setLengths(lengths);
-        geometry->setIndices(indices);
-        geometry->setPositions(positions);
-        geometry->setMaterial(m_highlightMaterial);
+    try {
+        updateVisualisation(node, box);
+    } catch (...) {
+        // Let go of, or nobody would know it any more.
+        osg::subRefCP(box);
+        throw;
     }
-    const osg::NodePtr box = osg::Node::create();
-    osg::addRefCP(box);
-    {
-        const osg::CPEditor edit(box);
-        extensions::setHostFlags(box, boxHostFlags);
-        box->setCore(geometry);
-    }
-    // With a z, unlike the name of the root.
-    NodeUtils::setName(box, "VisualizationHighlightNode", true);
-    koNodeUtils::setIsAuxiliaryNode(box, true);
-
-    updateVisualisation(node, box);
     return box;
 }
 
 void BoxSelectionVisualisation::removeVisualisation(const osg::NodePtr&, const osg::NodePtr& visualisation)
 {
-    if (visualisation != osg::NullFC) {
+    if (visualisation == osg::NullFC) {
+        return;
+    }
+    try {
         m_spareNodes.push(visualisation);
+    } catch (const std::bad_alloc&) {
+        // Not worth a failure: the next box is made anew.
+        osg::NodePtr unwanted = visualisation;
+        osg::subRefCP(unwanted);
     }
 }
 

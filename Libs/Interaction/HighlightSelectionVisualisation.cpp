@@ -14,6 +14,8 @@
 #include <OpenSG/OSGUberCamera.h>
 #include <OpenSG/OSGUberLight.h>
 
+#include "NewContainer.h"
+
 #include <vector>
 
 namespace quon::interaction {
@@ -23,7 +25,7 @@ namespace {
 // A copy that waits for the copies of its children.
 struct PendingCopy {
     osg::NodePtr source;
-    osg::NodePtr copy;
+    NewContainer<osg::NodePtr> copy;
     osg::UInt32 nextChild;
 };
 
@@ -37,17 +39,18 @@ bool isReplacedByGroup(const osg::NodeCorePtr& core)
 }
 
 // The copy of a node without its children, its edit still open; null for a node without core.
-osg::NodePtr beginCopy(const osg::NodePtr& source)
+NewContainer<osg::NodePtr> beginCopy(const osg::NodePtr& source)
 {
     const osg::NodeCorePtr core = source->getCore();
     if (core == osg::NullFC) {
-        return osg::NodePtr();
+        return NewContainer<osg::NodePtr>(osg::NodePtr());
     }
-    const osg::NodePtr copy = osg::Node::create();
-    osg::beginEditCP(copy);
+    NewContainer<osg::NodePtr> copy(osg::Node::create());
+    osg::beginEditCP(copy.get());
     copy->setTravMask(source->getTravMask());
     if (isReplacedByGroup(core)) {
-        copy->setCore(osg::Group::create());
+        const NewContainer<osg::GroupPtr> group(osg::Group::create());
+        copy->setCore(group.get());
     } else {
         copy->setCore(core);
     }
@@ -73,13 +76,12 @@ osg::Matrix getParentToWorld(const osg::NodePtr& node)
     return parent == osg::NullFC ? osg::Matrix() : parent->getToWorld();
 }
 
-osg::NodePtr createNode(const osg::NodeCorePtr& core, const osg::NodePtr& child)
+void createNode(NewContainer<osg::NodePtr>& node, const osg::NodeCorePtr& core, const osg::NodePtr& child)
 {
-    const osg::NodePtr node = osg::Node::create();
-    const osg::CPEditor edit(node);
+    node.keep(osg::Node::create());
+    const osg::CPEditor edit(node.get());
     node->setCore(core);
     node->addChild(child);
-    return node;
 }
 
 } // namespace
@@ -89,37 +91,37 @@ osg::NodePtr cloneSelectionTree(const osg::NodePtr& node)
     if (node == osg::NullFC) {
         return osg::NodePtr();
     }
-    osg::NodePtr finished = beginCopy(node);
-    if (finished == osg::NullFC) {
-        return finished;
+    NewContainer<osg::NodePtr> root = beginCopy(node);
+    if (root.get() == osg::NullFC) {
+        return osg::NodePtr();
     }
 
     // Depth first with a stack of its own: trees may be deeper than the thread's stack.
     std::vector<PendingCopy> pending;
-    pending.push_back({node, finished, 0});
-    while (!pending.empty()) {
+    pending.push_back({node, std::move(root), 0});
+    for (;;) {
         PendingCopy& top = pending.back();
         if (top.nextChild < top.source->getNChildren()) {
             const osg::NodePtr child = top.source->getChild(top.nextChild++);
-            const osg::NodePtr copy = beginCopy(child);
-            if (copy != osg::NullFC) {
-                pending.push_back({child, copy, 0});
+            NewContainer<osg::NodePtr> copy = beginCopy(child);
+            if (copy.get() != osg::NullFC) {
+                pending.push_back({child, std::move(copy), 0});
             }
             continue;
         }
-        finished = top.copy;
-        osg::endEditCP(finished);
-        pending.pop_back();
-        if (!pending.empty()) {
-            pending.back().copy->addChild(finished);
+        osg::endEditCP(top.copy.get());
+        if (pending.size() == 1) {
+            return top.copy.handOver();
         }
+        pending[pending.size() - 2].copy->addChild(top.copy.get());
+        pending.pop_back();
     }
-    return finished;
 }
 
 HighlightSelectionVisualisation::HighlightSelectionVisualisation()
 {
-    const osg::PolygonChunkPtr polygonChunk = osg::PolygonChunk::create();
+    // Held here until everything is built: what fails half-way leaves nothing behind.
+    const osg::RefPtr<osg::PolygonChunkPtr> polygonChunk(osg::PolygonChunk::create());
     {
         // Pulled towards the viewer, so that the lines win against the surface that they outline.
         const osg::CPEditor edit(polygonChunk);
@@ -129,33 +131,37 @@ HighlightSelectionVisualisation::HighlightSelectionVisualisation()
         polygonChunk->setOffsetBias(-100.0F);
         polygonChunk->setOffsetLine(true);
     }
-    m_depthTestChunk = osg::DepthTestChunk::create();
+    const osg::RefPtr<osg::DepthTestChunkPtr> depthTestChunk(osg::DepthTestChunk::create());
     {
-        const osg::CPEditor edit(m_depthTestChunk);
-        m_depthTestChunk->setFunc(GL_ALWAYS);
+        const osg::CPEditor edit(depthTestChunk);
+        depthTestChunk->setFunc(GL_ALWAYS);
     }
-    m_highlightMaterial = osg::SimpleMaterial::create();
-    osg::addRefCP(m_highlightMaterial);
+    const osg::RefPtr<osg::SimpleMaterialPtr> highlightMaterial(osg::SimpleMaterial::create());
     {
-        const osg::CPEditor edit(m_highlightMaterial);
-        koMaterials::setName(m_highlightMaterial, "koScenegraph::m_highlightMaterial", true);
-        m_highlightMaterial->setDiffuse(osg::Color3f(0.956F, 0.521F, 0.086F));
-        m_highlightMaterial->setLit(false);
-        m_highlightMaterial->addChunk(polygonChunk, osg::State::AutoSlotReplace);
-        m_highlightMaterial->addChunk(m_depthTestChunk, osg::State::AutoSlotReplace);
+        const osg::CPEditor edit(highlightMaterial);
+        koMaterials::setName(highlightMaterial.get(), "koScenegraph::m_highlightMaterial", true);
+        highlightMaterial->setDiffuse(osg::Color3f(0.956F, 0.521F, 0.086F));
+        highlightMaterial->setLit(false);
+        highlightMaterial->addChunk(polygonChunk.get(), osg::State::AutoSlotReplace);
+        highlightMaterial->addChunk(depthTestChunk.get(), osg::State::AutoSlotReplace);
         // Late in the transparent pass: the scene is drawn before.
-        m_highlightMaterial->setSortKey(60000);
-        m_highlightMaterial->setTransparency(0.001F);
-        m_highlightMaterial->setTransparencyMode(osg::Material::TransparencyForceTransparent);
+        highlightMaterial->setSortKey(60000);
+        highlightMaterial->setTransparency(0.001F);
+        highlightMaterial->setTransparencyMode(osg::Material::TransparencyForceTransparent);
     }
     m_materialGroup = osg::MaterialGroup::create();
     {
         const osg::CPEditor edit(m_materialGroup);
-        m_materialGroup->setMaterial(m_highlightMaterial);
+        m_materialGroup->setMaterial(highlightMaterial.get());
     }
     const osg::NodePtr root = AbstractSelectionVisualisation::getVisualisation();
-    const osg::CPEditor edit(root, osg::Node::CoreFieldMask);
-    root->setCore(m_materialGroup);
+    {
+        const osg::CPEditor edit(root, osg::Node::CoreFieldMask);
+        root->setCore(m_materialGroup);
+    }
+    m_depthTestChunk = depthTestChunk.get();
+    m_highlightMaterial = highlightMaterial.get();
+    osg::addRefCP(m_highlightMaterial);
 }
 
 HighlightSelectionVisualisation::~HighlightSelectionVisualisation() = default;
@@ -201,24 +207,28 @@ osg::NodePtr HighlightSelectionVisualisation::createVisualisation(const osg::Nod
     if (node == osg::NullFC) {
         return osg::NodePtr();
     }
-    osg::NodePtr copy = cloneSelectionTree(node);
+    // What is to hold the others ends last.
+    NewContainer<osg::NodePtr> visualisation;
+    NewContainer<osg::NodePtr> moved;
+    const NewContainer<osg::NodePtr> copy(cloneSelectionTree(node));
     osg::NodePtr source = node;
     const osg::NodePtr parent = node->getParent();
     if (isGeometry(node) && parent != osg::NullFC) {
         const osg::TransformPtr parentTransform = getTransform(parent);
         if (parentTransform != osg::NullFC) {
             // By reference: the highlight follows a moved parent without an update.
-            copy = createNode(parentTransform, copy);
+            createNode(moved, parentTransform, copy.get());
             source = parent;
         }
     }
     const osg::Matrix toWorld = getParentToWorld(source);
-    const osg::TransformPtr transform = osg::Transform::create();
+    const NewContainer<osg::TransformPtr> transform(osg::Transform::create());
     {
-        const osg::CPEditor edit(transform);
+        const osg::CPEditor edit(transform.get());
         transform->setMatrix(toWorld);
     }
-    return createNode(transform, copy);
+    createNode(visualisation, transform.get(), moved.get() != osg::NullFC ? moved.get() : copy.get());
+    return visualisation.handOver();
 }
 
 void HighlightSelectionVisualisation::removeVisualisation(const osg::NodePtr&, const osg::NodePtr&)

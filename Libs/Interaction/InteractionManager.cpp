@@ -64,6 +64,9 @@ void InteractionManager::addContext(InteractionContext* context)
         return;
     }
 
+    // Before anybody is told: without memory nothing happens.
+    std::list<InteractionContext*> added(1, context);
+
     const int preferredPosition = context->getPreferredPosition();
     auto position = m_contexts.begin();
     for (auto it = m_contexts.begin(); it != m_contexts.end(); ++it) {
@@ -81,7 +84,7 @@ void InteractionManager::addContext(InteractionContext* context)
         // Asked afresh, in case the lowered context has changed the stack.
         position = m_contexts.begin();
     }
-    m_contexts.insert(position, context);
+    m_contexts.splice(position, added);
 
     context->contextAdded(this);
     if (becomesFront) {

@@ -128,7 +128,12 @@ const std::vector<osg::NodePtr>& LazyPicker::getPickedNodes(osg::SelectionOption
         return m_pickedNodes;
     }
 
-    computePickedNodes(&m_pickedNodes, option);
+    try {
+        computePickedNodes(&m_pickedNodes, option);
+    } catch (...) {
+        m_dirty = true;
+        throw;
+    }
     // Clears the mark for the picks as well, and records no mode: one flag serves all caches.
     m_dirty = false;
     return m_pickedNodes;
@@ -219,19 +224,25 @@ void LazyPicker::tryToUpdateIfNeeded(MultiMode mode, osg::SelectionOption* optio
     m_multiPoints.clear();
     m_multiNormals.clear();
     m_multiMaterials.clear();
-    if (mode != SinglePick) {
-        computeMultiPicked(mode, &m_multiNodes, &m_multiPoints, &m_multiNormals, &m_multiMaterials);
-        copyFirst(m_multiNodes, m_pickedNode);
-        copyFirst(m_multiPoints, m_pickedPoint);
-        copyFirst(m_multiNormals, m_pickedNormal);
-        copyFirst(m_multiMaterials, m_pickedMaterial);
-        // A multi-pick has no texture coordinates: the one of the last single pick stays.
-    } else {
-        computePicked(m_pickedNode, m_pickedPoint, m_pickedNormal, m_pickedUV, m_pickedMaterial, option);
-        m_multiNodes.push_back(m_pickedNode);
-        m_multiPoints.push_back(m_pickedPoint);
-        m_multiNormals.push_back(m_pickedNormal);
-        m_multiMaterials.push_back(m_pickedMaterial);
+    try {
+        if (mode != SinglePick) {
+            computeMultiPicked(mode, &m_multiNodes, &m_multiPoints, &m_multiNormals, &m_multiMaterials);
+            copyFirst(m_multiNodes, m_pickedNode);
+            copyFirst(m_multiPoints, m_pickedPoint);
+            copyFirst(m_multiNormals, m_pickedNormal);
+            copyFirst(m_multiMaterials, m_pickedMaterial);
+            // A multi-pick has no texture coordinates: the one of the last single pick stays.
+        } else {
+            computePicked(m_pickedNode, m_pickedPoint, m_pickedNormal, m_pickedUV, m_pickedMaterial, option);
+            m_multiNodes.push_back(m_pickedNode);
+            m_multiPoints.push_back(m_pickedPoint);
+            m_multiNormals.push_back(m_pickedNormal);
+            m_multiMaterials.push_back(m_pickedMaterial);
+        }
+    } catch (...) {
+        // Nobody may take half an answer for a whole one.
+        m_dirty = true;
+        throw;
     }
     m_dirty = false;
     m_lastMultiMode = mode;

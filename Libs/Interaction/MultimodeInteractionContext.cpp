@@ -4,6 +4,7 @@
 #include <Interaction/InteractionEvent.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace quon::interaction {
 
@@ -24,14 +25,14 @@ const std::string& MultimodeInteractionContext::getModeCategory() const
 
 bool MultimodeInteractionContext::startMode(const std::string& mode)
 {
-    // A copy: selectMode() may change the string that the caller refers to.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
-    const std::string startedMode = mode;
-    if (!selectMode(startedMode)) {
+    // A copy, as selectMode() may change the string that the caller refers to, and one that can go on the stack without
+    // more memory: a mode that was accepted gets there.
+    std::list<std::string> started(1, mode);
+    if (!selectMode(started.front())) {
         return false;
     }
-    m_modes.remove(startedMode);
-    m_modes.push_front(startedMode);
+    m_modes.remove(started.front());
+    m_modes.splice(m_modes.begin(), started);
     return true;
 }
 
@@ -41,13 +42,15 @@ bool MultimodeInteractionContext::stopMode(const std::string& mode)
     if (position == m_modes.end()) {
         return false;
     }
-    const bool wasCurrent = position == m_modes.begin();
-    m_modes.erase(position);
-    if (wasCurrent) {
-        // A copy: selectMode() may start and stop modes itself.
-        const std::string currentMode = m_modes.empty() ? std::string() : m_modes.front();
-        selectMode(currentMode);
+    if (position != m_modes.begin()) {
+        m_modes.erase(position);
+        return true;
     }
+    // A copy, as selectMode() may start and stop modes itself, made while nothing has changed.
+    const auto next = std::next(position);
+    const std::string currentMode = next == m_modes.end() ? std::string() : *next;
+    m_modes.erase(position);
+    selectMode(currentMode);
     return true;
 }
 

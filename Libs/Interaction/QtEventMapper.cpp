@@ -102,6 +102,12 @@ public:
     /** Files @p binding behind those of the same code. */
     static void addBinding(Bindings& bindings, const InputMapping& binding)
     {
+        // First all that can fail.
+        for (BindingWalk* walk = s_innermost; walk != nullptr; walk = walk->m_outer) {
+            if (&walk->m_bindings == &bindings) {
+                walk->m_added.reserve(walk->m_added.size() + 1);
+            }
+        }
         const Bindings::iterator added = bindings.insert({binding.code, binding});
         for (BindingWalk* walk = s_innermost; walk != nullptr; walk = walk->m_outer) {
             if (&walk->m_bindings == &bindings) {
@@ -324,8 +330,10 @@ bool QtEventMapper::keyPressed(const QKeyEvent* event)
 
     // The text names all modifiers held, that of a pressed modifier key included.
     const InteractionEvent press("qt-key:" + qtKeyEventToString(key, modifiers), "press");
+    // Made before it is sent: nobody hears of a press that gets no release.
+    PressedKeys pressed{{key, press.getCategory()}};
     consumed = send(press);
-    m_pressedQtKeys.insert({key, press.getCategory()});
+    m_pressedQtKeys.merge(pressed);
     return consumed;
 }
 
@@ -401,9 +409,10 @@ bool QtEventMapper::send(const InteractionEvent& event) const
 bool QtEventMapper::start(const std::string& category, Categories& active)
 {
     const InteractionEvent event(category, "start");
+    // Made before it is sent: nobody hears of a start that gets no stop.
+    auto started = SpareCategories::instance().prepare(category);
     const bool consumed = send(event);
-    // The event's copy of the category: its binding may be gone.
-    SpareCategories::instance().insert(active, event.getCategory());
+    SpareCategories::instance().insert(active, std::move(started));
     return consumed;
 }
 
@@ -433,9 +442,11 @@ void QtEventMapper::endAll(Categories& active)
     // Each is taken out before it is sent and the next one looked up afterwards: a context may start, end and reset
     // from inside, and ends nothing twice.
     for (auto next = active.begin(); next != active.end();) {
+        const InteractionEvent stop(*next, "stop");
+        const InteractionEvent trigger(*next, "trigger");
         const Categories::node_type ended = active.extract(next);
-        send(InteractionEvent(ended.value(), "stop"));
-        send(InteractionEvent(ended.value(), "trigger"));
+        send(stop);
+        send(trigger);
         next = active.upper_bound(ended.value());
     }
     // One that was started from inside after its turn: nothing stays pending.
@@ -445,13 +456,21 @@ void QtEventMapper::endAll(Categories& active)
 bool QtEventMapper::releasePressedKey(int key)
 {
     // Taken out before they are sent: a context that presses, releases or resets from inside does not meet them again.
-    std::multimap<int, std::string> released;
+    PressedKeys released;
     for (auto next = m_pressedQtKeys.lower_bound(key); next != m_pressedQtKeys.end() && next->first == key;) {
         released.insert(released.end(), m_pressedQtKeys.extract(next++));
     }
     bool consumed = false;
-    for (const auto& [releasedKey, category] : released) {
-        consumed |= send(InteractionEvent(category, "release"));
+    try {
+        while (!released.empty()) {
+            const InteractionEvent release(released.begin()->second, "release");
+            released.erase(released.begin());
+            consumed |= send(release);
+        }
+    } catch (...) {
+        // What was not sent stays pending.
+        m_pressedQtKeys.merge(released);
+        throw;
     }
     return consumed;
 }

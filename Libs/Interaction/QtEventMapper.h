@@ -210,6 +210,7 @@ public:
 private:
     using Bindings = std::multimap<int, InputMapping>;
     using Categories = std::set<std::string>;
+    using PressedKeys = std::multimap<int, std::string>;
 
     void updatePointer(const QPoint& position);
     bool passesPresenterMode(int key, int modifiers) const;
@@ -226,7 +227,7 @@ private:
     QPoint m_lastPointerPosition;
     std::set<std::string> m_activeKeyEvents;
     std::set<std::string> m_activeMouseEvents;
-    std::multimap<int, std::string> m_pressedQtKeys;
+    PressedKeys m_pressedQtKeys;
 };
 
 } // namespace quon::interaction

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <OpenSG/OSGConfig.h>
+
+#include <OpenSG/OSGFieldContainerPtr.h>
+
+#include <utility>
+
+namespace quon::interaction {
+
+/**
+ * Keeps a new container from being lost where an exception comes before anybody refers to it. Not installed.
+ *
+ * At its end it destroys the container, unless somebody refers to it by then or it was handed over. Takes no reference
+ * and thus records nothing. Declare what is to hold the container first, so that it ends last.
+ */
+template <class Handle>
+class NewContainer {
+public:
+    NewContainer() noexcept = default;
+    explicit NewContainer(const Handle& handle) noexcept
+        : m_handle(handle)
+    {}
+    NewContainer(NewContainer&& other) noexcept
+        : m_handle(other.handOver())
+    {}
+    NewContainer(const NewContainer&) = delete;
+    NewContainer& operator=(const NewContainer&) = delete;
+    NewContainer& operator=(NewContainer&&) = delete;
+
+    ~NewContainer()
+    {
+        if (m_handle != osg::NullFC && osg::getRefCount(m_handle) == 0) {
+            osg::subRefCP(m_handle);
+        }
+    }
+
+    const Handle& get() const { return m_handle; }
+    auto operator->() const { return m_handle.operator->(); }
+
+    /** Leaves the container to the caller. */
+    Handle handOver() noexcept { return std::exchange(m_handle, Handle()); }
+
+    /** Keeps @p handle in place of the one so far, to which somebody refers. */
+    void keep(const Handle& handle) noexcept { m_handle = handle; }
+
+private:
+    Handle m_handle;
+};
+
+} // namespace quon::interaction
