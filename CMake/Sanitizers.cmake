@@ -5,6 +5,14 @@ if(KOINTERACTION_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(KOINTERACTION_SANITIZE_THREADS)
+    if(KOINTERACTION_SANITIZE)
+        message(FATAL_ERROR "KOINTERACTION_SANITIZE_THREADS and KOINTERACTION_SANITIZE exclude each other")
+    endif()
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+endif()
+
 # Containers have other members then: nothing that was built without it may see them.
 if(KOINTERACTION_DEBUG_CONTAINERS)
     add_compile_definitions(_GLIBCXX_DEBUG)

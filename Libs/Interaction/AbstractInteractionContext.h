@@ -23,6 +23,9 @@ namespace quon::interaction {
  * @par Ownership
  * The interaction manager and the notification manager are borrowed. A notification belongs to the notification
  * manager; the context removes the one that it shows. Managers passed to the operations may be null.
+ * @par Exceptions
+ * What shows the description may throw std::bad_alloc; all but the notification is then as without it, and
+ * setDescription() with the same text shows it while raised. What hides it needs no memory.
  */
 class INTERACTION_EXPORT AbstractInteractionContext : public InteractionContext {
 public:

@@ -22,6 +22,9 @@ namespace quon::interaction {
  *
  * @par Ownership
  * The notification manager is borrowed. A notification belongs to it; the tool removes the one that it shows.
+ * @par Exceptions
+ * What shows the description may throw std::bad_alloc; all but the notification is then as without it, and
+ * setDescription() with the same text shows it while active. What hides it needs no memory.
  */
 class INTERACTION_EXPORT AbstractInteractionTool : public InteractionTool {
 public:

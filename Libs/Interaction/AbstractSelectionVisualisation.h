@@ -40,6 +40,11 @@ namespace quon::interaction {
  * isVisible()) and may add other nodes; it must not remove nodes from it (not checked). Nodes that a hook adds during
  * removeAllNodes() go with the rest, those with smaller ids without removeVisualisation().
  *
+ * @par Exceptions
+ * Without memory, and after an exception of createVisualisation(), addNode() and updateNode() leave the node without a
+ * visualisation node, and untracked where addNode() was to track it. setVisible() and updateAllNodes() stop there:
+ * updateAllNodes() goes through all again. Removing and hiding need no memory; let removeVisualisation() throw nothing.
+ *
  * @par Threading
  * User-interface thread only, no locks.
  */
@@ -153,7 +158,8 @@ public:
      * Says goodbye to @p visualisation, the visualisation node of @p node.
      *
      * Called from removeNode() and removeAllNodes() while it is still under the root and tracked; right afterwards the
-     * base detaches and releases it. Left out where @p node no longer exists. A kind that keeps the visualisation node
+     * base detaches and releases it. Called as well for a result of createVisualisation() that there was no memory to
+     * put under the root. Left out where @p node no longer exists. A kind that keeps the visualisation node
      * for reuse holds a reference of its own. Doing nothing is a valid implementation.
      */
     virtual void removeVisualisation(const osg::NodePtr& node, const osg::NodePtr& visualisation) = 0;

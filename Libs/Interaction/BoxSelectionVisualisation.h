@@ -39,6 +39,10 @@ namespace quon::interaction {
  * leave no box behind, and deselect a node before the scene destroys it: the box of a node that is gone is not recycled
  * and keeps its own reference for good.
  *
+ * @par Exceptions
+ * Without memory the constructor leaves nothing behind; a box that cannot be fitted, or kept as a spare one, is let go
+ * of. The setters need no memory.
+ *
  * @par Threading
  * User-interface thread only, no locks.
  */

@@ -22,7 +22,7 @@ namespace quon::interaction {
  * cameras of the host, material groups and material pools they have new, empty groups: a light must not light twice
  * and no inner material may win over the one set above the copy. Attachments, names and auxiliary marks are not copied.
  *
- * The depth of the tree costs memory, not stack.
+ * The depth of the tree costs memory, not stack. Without memory there is std::bad_alloc and no copy.
  *
  * @param node null is answered with null, and so is a node without core; a child without core is left out
  * @return the copy without a reference: whoever attaches it holds it
@@ -46,6 +46,9 @@ INTERACTION_EXPORT osg::NodePtr cloneSelectionTree(const osg::NodePtr& node);
  * @par Ownership
  * The instance holds one reference to the material that it built, which the destructor deliberately does not release,
  * and one to the material group. Visualisation nodes are held by the base alone.
+ *
+ * @par Exceptions
+ * Without memory the constructor leaves nothing behind, and an update leaves the copy of before. The setters need none.
  *
  * @par Threading
  * User-interface thread only, no locks.

@@ -20,6 +20,7 @@ public:
      * Splits @p category at its first colon; no input is rejected.
      *
      * Without a colon the whole category is the tool and the hint is empty. Further colons stay inside the hint.
+     * Without memory there is std::bad_alloc and no event.
      *
      * @param category for example `mode:measure` or `qt-key:ctrl+65`; may be empty
      * @param event kept whole, a colon in it means nothing

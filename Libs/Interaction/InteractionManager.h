@@ -28,7 +28,13 @@ class InteractionEvent;
  * visualisation root.
  * @par Changes from inside a call
  * Each walk over the stack steps to the next context after the call on the current one has returned. A context must
- * therefore not remove itself inside enabled(), disabled(), pointerMoved(), cameraMoved() or triggerEvent().
+ * therefore not remove itself inside enabled(), disabled(), pointerMoved(), cameraMoved() or triggerEvent(). A walk
+ * under way goes on while a context disables the manager or sends something else, which reaches everybody first. One
+ * that removes itself inside contextAdded() or contextRaised() hears the calls that addContext() still has to make.
+ * @par Exceptions
+ * Without memory addContext() throws std::bad_alloc before anybody is told, and nothing has changed; no other operation
+ * needs memory. What a context throws passes through and ends the operation: what was done stays done, the calls that
+ * would follow are left out. Remove and add such a context; after enable(), call disable() and enable().
  * @par Threading
  * User-interface thread only, no locks.
  */

@@ -40,6 +40,8 @@ namespace quon::interaction {
  * @par Ownership
  * The picker keeps a reference on its root. Picked nodes and materials are plain handles, which go stale when the scene
  * destroys what they mean; the class passes them on and never looks behind them.
+ * @par Exceptions
+ * What a query throws, or the memory for its answers, passes through; the next question then runs the query.
  * @par Threading
  * User-interface thread only, no locks.
  */

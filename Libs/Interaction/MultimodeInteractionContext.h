@@ -15,6 +15,11 @@ namespace quon::interaction {
  * The modes started form a stack without repetitions whose front is the current mode; every change of the current mode
  * is handed to selectMode(), which a subclass implements. Events of the mode category start and stop modes: the
  * category `mode:measure` with the event "start" starts the mode `measure`.
+ *
+ * @par Exceptions
+ * Without memory startMode() and stopMode() throw std::bad_alloc before they call selectMode(), and nothing has
+ * changed. What selectMode() throws passes through: a mode that was to start is not on the stack, one that was stopped
+ * is off it.
  */
 class INTERACTION_EXPORT MultimodeInteractionContext : public AbstractInteractionContext {
 public:

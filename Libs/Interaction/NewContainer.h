@@ -18,10 +18,13 @@ namespace quon::interaction {
 template <class Handle>
 class NewContainer {
 public:
+    /** Keeps nothing. */
     NewContainer() noexcept = default;
+    /** Keeps @p handle, which may be null. */
     explicit NewContainer(const Handle& handle) noexcept
         : m_handle(handle)
     {}
+    /** Takes over what @p other keeps. */
     NewContainer(NewContainer&& other) noexcept
         : m_handle(other.handOver())
     {}
@@ -36,7 +39,9 @@ public:
         }
     }
 
+    /** Returns what is kept. */
     const Handle& get() const { return m_handle; }
+    /** Leads to what is kept. */
     auto operator->() const { return m_handle.operator->(); }
 
     /** Leaves the container to the caller. */

@@ -32,6 +32,11 @@ class SelectionVisualisation;
  * A visualisation must not attach or detach visualisations of the same model from inside a call (not checked). It may
  * read the model, and it may change the selection; the visualisations after it then hear of the inner change first
  * and of the outer change, which goes on, afterwards.
+ * @par Exceptions
+ * Without memory for a node there is std::bad_alloc before anybody is told of it. What a visualisation throws passes
+ * through: the set has changed already, or not yet where nodes are removed, and the visualisations behind it are not
+ * told. Deselecting and selecting the node brings all into line, setSelection() the whole; a visualisation that
+ * addVisualisation() could not fill is attached: detach and attach it. Deselecting needs no memory.
  * @par Threading
  * User-interface thread only, no locks.
  */

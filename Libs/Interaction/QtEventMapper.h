@@ -52,6 +52,12 @@ struct InputMapping {
  * the new manager, or nowhere when it is null. On a release a category stays active until its
  * "trigger" has returned: resetEvents() called from inside the "stop" or "trigger" of a release sends both again, and a
  * "start" sent from inside ends with the release under way. A context must not destroy the mapper or assign to it.
+ * @par Exceptions
+ * The memory for an event and for what is pending after it is there before the event is sent: what started is ended.
+ * After std::bad_alloc the operation may be repeated, which sends again what was sent; a repeated release and reset go
+ * on where they stopped. A binding that could not be registered is there without a registration: remove and add it.
+ * What a context throws passes through; its "start" or "press" is not pending then, its "stop" and "trigger" on a
+ * release are. QString ends the process where it gets no memory.
  * @par Threading
  * User-interface thread only for all mappers together, no locks.
  */

@@ -36,6 +36,8 @@ public:
     /**
      * Returns the model called @p name; one that is missing is made: empty, without visualisations.
      *
+     * Without memory there is std::bad_alloc and no new model.
+     *
      * @return owned by the manager, never null
      */
     NodeSelectionModel* createSelectionModel(const std::string& name);

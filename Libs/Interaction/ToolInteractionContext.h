@@ -32,7 +32,8 @@ public:
      * Replaces the tool.
      *
      * While the context is in a manager's stack, calls deactivateTool() on the tool so far, then activateTool() on the
-     * new one. Setting the current tool again does nothing.
+     * new one. Setting the current tool again does nothing: when activateTool() throws, which leaves the new tool set,
+     * set null first.
      *
      * @param tool borrowed; null leaves the context without a tool, which refuses every mode
      */
