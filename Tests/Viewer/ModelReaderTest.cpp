@@ -217,6 +217,17 @@ TEST_F(ModelReaderTest, AMissingTextureIsNotMentioned)
     EXPECT_THAT(linesOf(readText("plate.obj", std::string("mtllib wood.mtl\nusemtl wood\n") + Triangle)), IsEmpty());
 }
 
+TEST_F(ModelReaderTest, AMaterialThatNobodyCouldSeeIsOpaque)
+{
+    for (const char* opacity : {"0", "-1", "1e-30"}) {
+        m_folder.write("glass.mtl", std::string("newmtl glass\nd ") + opacity + "\n");
+        const ModelData data = readText("pane.obj", std::string("mtllib glass.mtl\nusemtl glass\n") + Triangle);
+
+        ASSERT_LT(data.meshes.at(0).material, data.materials.size());
+        EXPECT_EQ(data.materials[data.meshes[0].material].transparency, 0) << opacity;
+    }
+}
+
 TEST_F(ModelReaderTest, AMissingBufferIsTheReasonWhyAModelCannotBeRead)
 {
     const std::string file = m_folder.write("plate.gltf", R"({"asset": {"version": "2.0"}, "scene": 0,
@@ -243,6 +254,16 @@ TEST_F(ModelReaderTest, FacesWithoutAPlaceAreLeftOutAndCounted)
     ASSERT_EQ(data.meshes.size(), 1U);
     EXPECT_EQ(data.meshes[0].indices.size(), 3U);
     EXPECT_THAT(linesOf(data), ElementsAre("2 faces could not be read."));
+}
+
+TEST_F(ModelReaderTest, AMeshMayLoseItsOnlyPolygon)
+{
+    // Assimp would end the process: the mesh still said that it had one.
+    const ModelData data = readText("plate.obj", "o a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nv nan 0 0\nf 1 2 3\nf 1 2 3 4\n");
+
+    ASSERT_EQ(data.meshes.size(), 1U);
+    EXPECT_EQ(data.meshes[0].indices.size(), 3U);
+    EXPECT_THAT(linesOf(data), ElementsAre("1 faces could not be read."));
 }
 
 TEST_F(ModelReaderTest, MeshesThatCannotBeShownAreLeftOutAndCounted)

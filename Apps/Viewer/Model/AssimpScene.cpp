@@ -92,6 +92,7 @@ private:
             return false;
         }
         m_losses.faces += lost;
+        mesh.mPrimitiveTypes = kindsOfFaces(mesh) | (mesh.mPrimitiveTypes & aiPrimitiveType_NGONEncodingFlag);
         if (mesh.mNormals != nullptr && !hasUsableNormals(mesh)) {
             // New ones are made.
             delete[] mesh.mNormals;
@@ -137,6 +138,29 @@ private:
         const unsigned lost = mesh.mNumFaces - kept;
         mesh.mNumFaces = kept;
         return lost;
+    }
+
+    // Assimp insists on it that what the mesh says of its faces is true, and ends the process where it is not.
+    static unsigned kindsOfFaces(const aiMesh& mesh)
+    {
+        unsigned kinds = 0;
+        for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+            switch (mesh.mFaces[i].mNumIndices) {
+            case 1:
+                kinds |= aiPrimitiveType_POINT;
+                break;
+            case 2:
+                kinds |= aiPrimitiveType_LINE;
+                break;
+            case 3:
+                kinds |= aiPrimitiveType_TRIANGLE;
+                break;
+            default:
+                kinds |= aiPrimitiveType_POLYGON;
+                break;
+            }
+        }
+        return kinds;
     }
 
     static bool hasUsableNormals(const aiMesh& mesh)
@@ -189,7 +213,9 @@ osg::Color3f toColour(const aiColor4D& colour)
 float getFloat(const aiMaterial& material, const char* key, const float fallback)
 {
     float value = fallback;
-    return material.Get(key, 0, 0, value) == aiReturn_SUCCESS && std::isfinite(value) ? value : fallback;
+    // Told how much room there is: otherwise Assimp writes as many numbers as the file has.
+    unsigned count = 1;
+    return material.Get(key, 0, 0, &value, &count) == aiReturn_SUCCESS && std::isfinite(value) ? value : fallback;
 }
 
 ModelData::Material convertMaterial(const aiMaterial& source)
@@ -213,8 +239,9 @@ ModelData::Material convertMaterial(const aiMaterial& source)
         std::strcmp(alphaMode.C_Str(), "OPAQUE") == 0) {
         opacity = 1;
     }
-    // Exporters write 0 where they mean "not used"; a part that nobody can see helps nobody.
-    if (!(opacity > 0)) {
+    // Exporters write 0 where they mean "not used"; a part that nobody can see helps nobody. So does what is too little
+    // to make a difference.
+    if (!(1 - opacity < 1)) {
         opacity = 1;
     }
 
