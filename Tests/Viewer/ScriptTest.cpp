@@ -157,7 +157,8 @@ TEST(ScriptTest, EveryKeyIsReadAsItWasWritten)
 TEST(ScriptTest, WordsAndNumbersAreReadAsTheyWereWritten)
 {
     EXPECT_EQ(parseLine("toggle-node " + Script::writeWord("a # b")).text, "a # b");
-    EXPECT_EQ(parseLine("toggle-node " + Script::writeWord("a \"b\"\n")).text, "a  b ");
+    EXPECT_EQ(parseLine("toggle-node " + Script::writeWord(" a  b\t")).text, " a  b\t");
+    EXPECT_EQ(parseLine("toggle-node " + Script::writeWord("a \"b\"\r\n")).text, "a  b   ");
     for (const double number : {0.1, -1.0 / 3, 123456.789, 1e-17}) {
         EXPECT_EQ(parseLine("gesture zoom 0 0 " + Script::writeNumber(number)).numbers[2], number);
     }

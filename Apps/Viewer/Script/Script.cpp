@@ -440,8 +440,10 @@ private:
 
 std::string Script::writeWord(const std::string& word)
 {
-    std::string written = ViewerError::oneLine(word);
-    std::replace(written.begin(), written.end(), '"', ' ');
+    std::string written = word;
+    std::replace_if(
+        written.begin(), written.end(),
+        [](const char character) { return character == '"' || character == '\n' || character == '\r'; }, ' ');
     return '"' + written + '"';
 }
 
