@@ -150,7 +150,8 @@ public:
     const ShownText& text() const { return m_text; }
 
     int heardCameras = 0;
-    int moves = 0;           ///< additions and removals of this context that are under way
+    int moves = 0; ///< additions and removals of this context that are under way
+    const InteractionManager* movedBy = nullptr;
     bool wasTangled = false; ///< whether one of them began inside another
 
 protected:
@@ -480,12 +481,14 @@ private:
     Participant& participant() { return *m_contexts[m_bytes.pick(contextCount)]; }
 
     template <class Call>
-    void whileMoving(Participant& moved, const Call& call)
+    static void whileMoving(Participant& moved, const InteractionManager& manager, const Call& call)
     {
         moved.wasTangled = moved.wasTangled || moved.moves > 0;
+        const InteractionManager* const outer = std::exchange(moved.movedBy, &manager);
         ++moved.moves;
         call();
         --moved.moves;
+        moved.movedBy = outer;
     }
 
     void addContext()
@@ -493,8 +496,10 @@ private:
         InteractionManager& manager = m_managers[managerIndex()];
         Participant& added = participant();
         const InteractionManager* const present = added.context().getInteractionManager();
-        if ((present == nullptr && added.moves == 0) || present == &manager) {
-            whileMoving(added, [&] { manager.addContext(&added.context()); });
+        // While it is on its way into a stack, or out of one, that is where it belongs.
+        const bool isFree = added.moves == 0 || added.movedBy == &manager;
+        if ((present == nullptr && isFree) || present == &manager) {
+            whileMoving(added, manager, [&] { manager.addContext(&added.context()); });
         }
     }
 
@@ -502,7 +507,7 @@ private:
     {
         InteractionManager& manager = m_managers[managerIndex()];
         Participant& raised = participant();
-        whileMoving(raised, [&] { manager.raiseContext(&raised.context()); });
+        whileMoving(raised, manager, [&] { manager.raiseContext(&raised.context()); });
     }
 
     void removeContext()
@@ -510,7 +515,7 @@ private:
         InteractionManager& manager = m_managers[managerIndex()];
         Participant& removed = participant();
         if (removed.walks() == 0) {
-            whileMoving(removed, [&] { manager.removeContext(&removed.context()); });
+            whileMoving(removed, manager, [&] { manager.removeContext(&removed.context()); });
         }
     }
 

@@ -82,6 +82,10 @@ void InteractionManager::addContext(InteractionContext* context)
             m_contexts.front()->contextLowered(this);
         }
         // Asked afresh, in case the lowered context has changed the stack.
+        if (std::find(m_contexts.begin(), m_contexts.end(), context) != m_contexts.end()) {
+            raiseContext(context);
+            return;
+        }
         position = m_contexts.begin();
     }
     m_contexts.splice(position, added);

@@ -265,6 +265,24 @@ TEST_F(InteractionManagerTest, AddingAContextTwiceRaisesItInstead)
     EXPECT_THAT(takeStack(), ElementsAre("eight", "two", "five"));
 }
 
+TEST_F(InteractionManagerTest, AContextThatTheLoweredFrontAddsIsInTheStackOnce)
+{
+    m_manager.addContext(&m_five);
+    bool isFirst = true;
+    m_five.setHook([&](const std::string& operation) {
+        if (operation == "contextLowered" && std::exchange(isFirst, false)) {
+            m_manager.addContext(&m_two);
+        }
+    });
+
+    m_manager.addContext(&m_two);
+
+    m_five.setHook({});
+    m_log.clear();
+    m_manager.pointerMoved(osg::Pnt2f(1, 2));
+    EXPECT_THAT(m_log.calls(), ElementsAre("two.pointerMoved(1, 2)", "five.pointerMoved(1, 2)"));
+}
+
 TEST_F(InteractionManagerTest, AddingTheFrontContextTwiceDoesNothing)
 {
     add(m_two, m_five);
