@@ -11,7 +11,6 @@
 
 #include <cstdio>
 #include <map>
-#include <utility>
 
 namespace quon::interaction {
 
@@ -107,24 +106,25 @@ void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
         return;
     }
 
-    // What is made has a place to go to.
-    SpareEntries::Node entry = isTracked ? SpareEntries::Node() : SpareEntries::instance().prepareEntry(id);
     const osg::NodePtr visualisation = createVisualisation(node);
-    // Nodes that the hook added meanwhile do not disturb the hint.
-    const auto place =
-        isTracked ? position : SpareEntries::instance().insert(m_nodeVisualisations, position, std::move(entry));
-    place->second = visualisation;
-    if (visualisation->getParent() != m_visualisation) {
-        try {
+    auto place = m_nodeVisualisations.end();
+    try {
+        // Nodes that the hook added meanwhile do not disturb the hint.
+        place = isTracked ? position : SpareEntries::instance().insert(m_nodeVisualisations, position, id);
+        place->second = visualisation;
+        if (visualisation->getParent() != m_visualisation) {
             attach(visualisation);
-        } catch (...) {
-            removeVisualisation(node, visualisation);
+        }
+    } catch (...) {
+        const osg::RefPtr<osg::NodePtr> unwanted(visualisation);
+        removeVisualisation(node, visualisation);
+        if (place != m_nodeVisualisations.end()) {
             place->second = osg::NullFC;
             if (!isTracked) {
                 SpareEntries::instance().eraseEntry(m_nodeVisualisations, place);
             }
-            throw;
         }
+        throw;
     }
     setTravMask(visualisation, isShown(node) ? shownMask : hiddenMask);
 }

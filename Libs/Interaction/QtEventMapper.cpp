@@ -331,7 +331,8 @@ bool QtEventMapper::keyPressed(const QKeyEvent* event)
     // The text names all modifiers held, that of a pressed modifier key included.
     const InteractionEvent press("qt-key:" + qtKeyEventToString(key, modifiers), "press");
     // Made before it is sent: nobody hears of a press that gets no release.
-    PressedKeys pressed{{key, press.getCategory()}};
+    PressedKeys pressed;
+    pressed.emplace(key, press.getCategory());
     consumed = send(press);
     m_pressedQtKeys.merge(pressed);
     return consumed;
@@ -461,14 +462,16 @@ bool QtEventMapper::releasePressedKey(int key)
         released.insert(released.end(), m_pressedQtKeys.extract(next++));
     }
     bool consumed = false;
+    auto next = released.begin();
     try {
-        while (!released.empty()) {
-            const InteractionEvent release(released.begin()->second, "release");
-            released.erase(released.begin());
+        while (next != released.end()) {
+            const InteractionEvent release(next->second, "release");
+            ++next;
             consumed |= send(release);
         }
     } catch (...) {
         // What was not sent stays pending.
+        released.erase(released.begin(), next);
         m_pressedQtKeys.merge(released);
         throw;
     }

@@ -45,28 +45,11 @@ public:
         if (m_nodes.empty()) {
             return container.emplace_hint(hint, key, typename Container::mapped_type());
         }
-        return insert(container, hint, prepareEntry(key));
-    }
-
-    /** Returns an element of a map with an empty value, to be inserted without fail. */
-    template <class Key>
-    Node prepareEntry(const Key& key)
-    {
-        if (m_nodes.empty()) {
-            Container entry;
-            return entry.extract(entry.emplace(key, typename Container::mapped_type()).first);
-        }
         Node node = takeNode();
         node.key() = key;
-        return node;
-    }
-
-    /** Inserts what prepareEntry() returned in front of @p hint, unless its key is there; returns the place. */
-    typename Container::iterator insert(Container& container, typename Container::iterator hint, Node entry)
-    {
-        const auto place = container.insert(hint, std::move(entry));
+        const auto place = container.insert(hint, std::move(node));
         // The map left it here when the key was there.
-        keep(std::move(entry)); // NOLINT(bugprone-use-after-move)
+        keep(std::move(node)); // NOLINT(bugprone-use-after-move)
         return place;
     }
 

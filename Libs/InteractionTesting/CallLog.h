@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <ios>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -23,12 +24,12 @@ public:
     /** Appends one entry as it stands. */
     void add(const std::string& entry) { m_calls.push_back(entry); }
 
-    /** Appends `object.operation(argument, ...)`; the arguments are streamed. */
+    /** Appends `object.operation(argument, ...)`; the arguments are streamed, which must not log anything itself. */
     template <typename... Arguments>
     void call(const std::string& object, const std::string& operation, const Arguments&... arguments)
     {
-        std::ostringstream entry;
-        entry << std::boolalpha << object << '.' << operation << '(';
+        std::ostringstream& entry = emptyStream();
+        entry << object << '.' << operation << '(';
         [[maybe_unused]] const char* separator = "";
         ((entry << separator << arguments, separator = ", "), ...);
         entry << ')';
@@ -64,6 +65,19 @@ public:
     }
 
 private:
+    // One for all entries of a thread: making a stream takes longer than writing an entry.
+    static std::ostringstream& emptyStream()
+    {
+        static thread_local std::ostringstream stream;
+        stream.str(std::string());
+        stream.clear();
+        stream.flags(std::ios_base::dec | std::ios_base::skipws | std::ios_base::boolalpha);
+        stream.precision(6);
+        stream.width(0);
+        stream.fill(' ');
+        return stream;
+    }
+
     std::vector<std::string> m_calls;
 };
 

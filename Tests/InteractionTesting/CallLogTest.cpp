@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <ios>
 #include <string>
 
 namespace quon::testing {
@@ -23,6 +25,15 @@ TEST(CallLogTest, WritesObjectOperationAndArguments)
 
     EXPECT_THAT(log.calls(), ElementsAre("tool.activateTool()", "tool.startTool(select)",
                                          "picker.setPointer(10, 20.5, true)", "anything"));
+}
+
+TEST(CallLogTest, AManipulatorOfOneEntryDoesNotReachTheNext)
+{
+    CallLog log;
+    log.call("tool", "setNumber", std::hex, std::setprecision(2), std::setfill('.'), std::showbase, 255, 0.125);
+    log.call("tool", "setNumber", 255, 0.125, true);
+
+    EXPECT_EQ(log.calls().at(1), "tool.setNumber(255, 0.125, true)");
 }
 
 TEST(CallLogTest, StartsAfreshWhenItIsTakenOrCleared)

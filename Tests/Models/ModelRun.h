@@ -65,13 +65,16 @@ public:
     }
 
     /** Counts @p name, which must be one of those that were announced. */
-    void see(std::string_view name)
+    void see(std::string_view name) { ++counter(name); }
+
+    /** Returns where @p name is counted, which must be one of those that were announced. */
+    std::uint64_t& counter(std::string_view name)
     {
         const auto entry = m_counts.find(name);
         if (entry == m_counts.end()) {
             throw std::logic_error("nobody announced " + std::string(name));
         }
-        ++entry->second;
+        return entry->second;
     }
 
     std::size_t size() const { return m_counts.size(); }
@@ -178,6 +181,7 @@ public:
     {
         for (std::size_t index = 0; index < Driver::operations().size(); ++index) {
             m_wheel.insert(m_wheel.end(), Driver::operations()[index].weight, index);
+            m_counters.push_back(&m_coverage.counter(nameOf(Driver::operations()[index])));
         }
     }
 
@@ -226,9 +230,14 @@ private:
     {
         std::vector<std::string> names = Driver::branches();
         for (const auto& operation : Driver::operations()) {
-            names.push_back(std::string("operation ") + operation.name);
+            names.push_back(nameOf(operation));
         }
         return names;
+    }
+
+    static std::string nameOf(const ModelOperation<Driver>& operation)
+    {
+        return std::string("operation ") + operation.name;
     }
 
     // One random number starts a sequence, a generator of a few instructions does the rest.
@@ -280,7 +289,7 @@ private:
         Driver driver(m_coverage);
         for (const ModelStep& step : steps) {
             const auto& operation = Driver::operations()[step.operation];
-            m_coverage.see(std::string("operation ") + operation.name);
+            ++*m_counters[step.operation];
             (driver.*operation.carryOut)(step);
             driver.compare();
         }
@@ -321,6 +330,7 @@ private:
     std::uint64_t m_wanted;
     std::uint64_t m_done = 0;
     std::vector<std::size_t> m_wheel;
+    std::vector<std::uint64_t*> m_counters; // of the operations, in m_coverage
     std::chrono::steady_clock::time_point m_started;
     std::chrono::steady_clock::time_point m_told = m_started;
 };
