@@ -4,6 +4,7 @@
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSimpleAttachments.h>
+#include <OpenSG/OSGSimpleGeometry.h>
 
 #include <gtest/gtest.h>
 
@@ -106,6 +107,21 @@ TEST_F(EmbeddedDestructionDeathTest, NothingIsCreatedOnceTheSceneGraphHasEnded)
             osg::setVoidP(node, &value);
             const bool unnamed = osg::getName(node) == nullptr && osg::getVoidP(node) == nullptr;
             std::exit(nothing && unnamed ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(EmbeddedDestructionDeathTest, NothingIsMadeOfWhatIsLeftOnceTheSceneGraphHasEnded)
+{
+    EXPECT_EXIT(
+        {
+            const NodePtr node = makeBox(1, 1, 1, 1, 1, 1);
+            const GeometryPtr geometry = GeometryPtr::dcast(node->getCore());
+            osgExit();
+            const bool nothing = makeNodeFor(geometry) == NullFC && makeCoredNode<Group>() == NullFC &&
+                                 cloneTree(node) == NullFC && geometry->getPositions()->clone() == NullFC &&
+                                 makeBoxGeo(1, 1, 1, 1, 1, 1) == NullFC && makeBox(1, 1, 1, 1, 1, 1) == NullFC;
+            std::exit(nothing ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "");
 }

@@ -28,7 +28,8 @@ OSG_BASE_DLLMAPPING bool osgInit(Int32 argc = 0, Char8** argv = nullptr, UInt16 
                                  UInt16 minor = OSG_MINOR_VERSION, UInt16 release = OSG_RELEASE_VERSION);
 
 /**
- * Ends the scene graph: destroys the prototypes, so that create() returns null again.
+ * Ends the scene graph: destroys the prototypes, so that create() returns null again, and so do the functions that make
+ * copies, nodes for cores and simple geometries.
  *
  * Containers that are still referenced stay usable and may be released afterwards. osgInit() may start it anew;
  * identifiers go on where they were.

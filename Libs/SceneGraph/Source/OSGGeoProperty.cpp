@@ -181,7 +181,9 @@ template <class DescT>
 typename GeoProperty<DescT>::Inherited::PtrType GeoProperty<DescT>::clone()
 {
     const PtrType copy = create();
-    copy->m_field = m_field;
+    if (copy != NullFC) { // null after osgExit()
+        copy->m_field = m_field;
+    }
     return copy;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <OpenSG/OSGNode.h>
 
+#include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGLog.h>
 
 #include <cstdio>
@@ -407,6 +408,9 @@ void Node::closeHoles() const
 NodePtr makeNodeFor(const NodeCorePtr& core)
 {
     const NodePtr node = Node::create();
+    if (node == NullFC) {
+        return NullFC; // after osgExit()
+    }
     beginEditCP(node, Node::CoreFieldMask);
     node->setCore(core);
     endEditCP(node, Node::CoreFieldMask);
@@ -421,7 +425,7 @@ NodePtr cloneTree(const NodePtr& root)
         copy->setCore(node->getCore());
         return copy;
     };
-    if (root == NullFC) {
+    if (root == NullFC || GlobalSystemState != Running) {
         return NullFC;
     }
     const NodePtr rootCopy = cloneNode(root);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <OpenSG/OSGSimpleGeometry.h>
 
+#include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGSimpleMaterial.h>
 
 #include <algorithm>
@@ -76,6 +77,9 @@ struct TriangleMesh {
 
     GeometryPtr makeGeometry() const
     {
+        if (GlobalSystemState != Running) {
+            return NullFC;
+        }
         const GeoPTypesUI8Ptr types = GeoPTypesUI8::create();
         const GeoPLengthsUI32Ptr lengths = GeoPLengthsUI32::create();
         const GeoIndicesUI32Ptr geoIndices = GeoIndicesUI32::create();
