@@ -8,7 +8,10 @@
 #include <Interaction/NodeSelectionModel.h>
 #include <Interaction/SelectionManager.h>
 
+#include <InteractionTesting/LiveContainers.h>
 #include <InteractionTesting/SceneBuilder.h>
+
+#include "Support/AllocationFailure.h"
 
 #include <OpenSG/OSGConfig.h>
 
@@ -19,7 +22,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -28,6 +33,8 @@ namespace quon::interaction {
 namespace {
 
 using quon::testing::addChild;
+using quon::testing::AllocationFailure;
+using quon::testing::countLiveContainers;
 using quon::testing::EveryFailure;
 using quon::testing::makeExtent;
 using quon::testing::makeNode;
@@ -209,6 +216,95 @@ TYPED_TEST(VisualisationFailureTest, TakingAwayNeedsNoMemory)
                                      })
         .isNeverFelt()
         .give([](auto& scene) { scene.materials.release(); });
+}
+
+// Enough that lists grow beyond what comes from the pools.
+template <class Visualisation>
+struct ManyNodes : With<Visualisation> {
+    ManyNodes()
+    {
+        for (int i = 0; i < 600; ++i) {
+            nodes.push_back(addChild(this->root, osg::Group::create()));
+        }
+    }
+
+    std::vector<osg::NodePtr> nodes;
+};
+
+// Returns whether the operation did without the allocation that fails, or without an exception.
+template <class Operation>
+bool succeeds(std::size_t number, const Operation& operation)
+{
+    const AllocationFailure failure(number);
+    try {
+        operation();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+TYPED_TEST(VisualisationFailureTest, EachOfManyNodesIsShownOrNotTracked)
+{
+    const std::size_t containers = countLiveContainers();
+    {
+        ManyNodes<TypeParam> scene;
+        std::size_t failures = 0;
+        for (const osg::NodePtr& node : scene.nodes) {
+            const osg::UInt32 shown = shownCount(scene);
+            for (std::size_t number = 1; !succeeds(number, [&] { scene.shown->addNode(node); }); ++number) {
+                ++failures;
+                ASSERT_FALSE(scene.shown->hasNode(node));
+                ASSERT_EQ(shownCount(scene), shown);
+            }
+            ASSERT_EQ(shownCount(scene), shown + 1);
+        }
+        EXPECT_GT(failures, 0U);
+    }
+    EXPECT_EQ(countLiveContainers(), containers);
+}
+
+TYPED_TEST(VisualisationFailureTest, ManyNodesThatAreShownLaterAreTrackedAllTheTime)
+{
+    const std::size_t containers = countLiveContainers();
+    {
+        ManyNodes<TypeParam> scene;
+        scene.shown->setVisible(false);
+        for (const osg::NodePtr& node : scene.nodes) {
+            scene.shown->addNode(node);
+        }
+        scene.shown->setVisible(true);
+        scene.shown->removeAllNodes();
+        scene.shown->setVisible(false);
+        for (const osg::NodePtr& node : scene.nodes) {
+            scene.shown->addNode(node);
+        }
+
+        bool isDone = succeeds(1, [&] { scene.shown->setVisible(true); });
+        for (std::size_t number = 2; !isDone; ++number) {
+            isDone = succeeds(number, [&] { scene.shown->updateAllNodes(); });
+            ASSERT_TRUE(scene.shown->hasNode(scene.nodes.back()));
+        }
+        EXPECT_EQ(shownCount(scene), scene.nodes.size());
+    }
+    EXPECT_EQ(countLiveContainers(), containers);
+}
+
+TYPED_TEST(VisualisationFailureTest, TakingManyNodesAwayNeedsNoMemory)
+{
+    const std::size_t containers = countLiveContainers();
+    {
+        ManyNodes<TypeParam> scene;
+        for (const osg::NodePtr& node : scene.nodes) {
+            scene.shown->addNode(node);
+        }
+        for (const osg::NodePtr& node : scene.nodes) {
+            ASSERT_TRUE(succeeds(1, [&] { scene.shown->removeNode(node); }));
+            ASSERT_FALSE(scene.shown->hasNode(node));
+        }
+        EXPECT_EQ(shownCount(scene), 0U);
+    }
+    EXPECT_EQ(countLiveContainers(), containers);
 }
 
 TYPED_TEST(VisualisationFailureTest, SettingsNeedNoMemory)
