@@ -9,6 +9,8 @@
 #include <GL/glext.h>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <string>
 
@@ -30,6 +32,33 @@ std::string eglErrorText()
     default:
         return "EGL error " + std::to_string(error);
     }
+}
+
+bool isUsable(EGLDisplay display)
+{
+    return display != EGL_NO_DISPLAY && eglInitialize(display, nullptr, nullptr) == EGL_TRUE;
+}
+
+/** The display of no window system: Mesa's, or that of a graphics card where there is its driver alone. */
+EGLDisplay openDisplay()
+{
+    EGLDisplay display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+    if (isUsable(display)) {
+        return display;
+    }
+    const auto queryDevices = reinterpret_cast<PFNEGLQUERYDEVICESEXTPROC>(eglGetProcAddress("eglQueryDevicesEXT"));
+    std::array<EGLDeviceEXT, 16> devices{};
+    EGLint count = 0;
+    if (queryDevices == nullptr || queryDevices(devices.size(), devices.data(), &count) != EGL_TRUE) {
+        return EGL_NO_DISPLAY;
+    }
+    for (EGLint i = 0; i < count; ++i) {
+        display = eglGetPlatformDisplay(EGL_PLATFORM_DEVICE_EXT, devices[static_cast<std::size_t>(i)], nullptr);
+        if (isUsable(display)) {
+            return display;
+        }
+    }
+    return EGL_NO_DISPLAY;
 }
 
 /** A framebuffer object with colour and depth; gone at the end of the scope, whatever happens in it. */
@@ -110,9 +139,8 @@ OffscreenSurface::OffscreenSurface()
 {
     // Without overwriting: whoever wants to try the graphics card can say so.
     setenv("LIBGL_ALWAYS_SOFTWARE", "true", 0);
-    m_display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-    if (m_display == EGL_NO_DISPLAY || eglInitialize(m_display, nullptr, nullptr) != EGL_TRUE ||
-        eglBindAPI(EGL_OPENGL_API) != EGL_TRUE) {
+    m_display = openDisplay();
+    if (m_display == EGL_NO_DISPLAY || eglBindAPI(EGL_OPENGL_API) != EGL_TRUE) {
         throw ViewerError("drawing without a display", eglErrorText());
     }
     const EGLint wanted[] = {EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_NONE};

@@ -13,7 +13,7 @@ namespace quon::viewer {
  * Mesa's EGL on its surfaceless platform gives a context of desktop OpenGL without X server, Wayland compositor or
  * graphics card; a framebuffer object takes the place of the window. Qt's offscreen platform has no OpenGL of its own,
  * and a virtual X server would be one more process to start and to wait for. The software renderer is asked for, so
- * that pictures are the same on every machine.
+ * that pictures are the same on every machine; where only the driver of a graphics card is there, that card draws.
  *
  * One context for each surface; it is current inside draw() only and restores what was current before.
  */
