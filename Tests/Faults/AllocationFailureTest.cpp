@@ -86,7 +86,7 @@ private:
     std::size_t m_count = 0;
 };
 
-class Context : public MultimodeInteractionContext {
+class Context final : public MultimodeInteractionContext {
 public:
     explicit Context(PreferredPosition position = Tool)
         : MultimodeInteractionContext(position)
@@ -100,7 +100,7 @@ public:
     std::string selected;
 };
 
-class Tool : public AbstractInteractionTool {
+class Tool final : public AbstractInteractionTool {
 public:
     bool setToolMode(ToolInteractionContext*, const std::string& mode) override
     {
@@ -305,8 +305,13 @@ TEST(AllocationFailureTest, AContextIsMadeOrNotThere)
     EveryFailure<std::unique_ptr<Context>>("MultimodeInteractionContext()", [](auto& context) {
         context = std::make_unique<Context>();
     }).give([](auto& context) { EXPECT_EQ(context->getModeCategory(), "mode"); });
-    EveryFailure<std::unique_ptr<ToolInteractionContext>>("ToolInteractionContext()", [](auto& context) {
-        context = std::make_unique<ToolInteractionContext>(InteractionContext::Tool);
+    struct ToolContext final : ToolInteractionContext {
+        ToolContext()
+            : ToolInteractionContext(InteractionContext::Tool)
+        {}
+    };
+    EveryFailure<std::unique_ptr<ToolContext>>("ToolInteractionContext()", [](auto& context) {
+        context = std::make_unique<ToolContext>();
     }).give([](auto& context) { EXPECT_EQ(context->getToolCategory(), "tool"); });
     EveryFailure<std::unique_ptr<Tool>>("AbstractInteractionTool()", [](auto& tool) {
         tool = std::make_unique<Tool>();

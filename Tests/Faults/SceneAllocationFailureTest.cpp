@@ -132,7 +132,7 @@ template <class Visualisation>
 class VisualisationFailureTest : public ::testing::Test {};
 
 using Visualisations = ::testing::Types<BoxSelectionVisualisation, HighlightSelectionVisualisation>;
-TYPED_TEST_SUITE(VisualisationFailureTest, Visualisations);
+TYPED_TEST_SUITE(VisualisationFailureTest, Visualisations, );
 
 TYPED_TEST(VisualisationFailureTest, OneIsMadeOrNothingIsLeft)
 {
