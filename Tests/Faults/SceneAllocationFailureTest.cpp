@@ -290,6 +290,32 @@ TYPED_TEST(VisualisationFailureTest, ManyNodesThatAreShownLaterAreTrackedAllTheT
     EXPECT_EQ(countLiveContainers(), containers);
 }
 
+TYPED_TEST(VisualisationFailureTest, EachOfManyTrackedNodesStaysTrackedWhenItCannotBeShown)
+{
+    const std::size_t containers = countLiveContainers();
+    {
+        ManyNodes<TypeParam> scene;
+        scene.shown->setVisible(false);
+        for (const osg::NodePtr& node : scene.nodes) {
+            scene.shown->addNode(node);
+        }
+        // Visible from here on, while most nodes have no visualisation node.
+        for (std::size_t number = 1; succeeds(number, [&] { scene.shown->setVisible(true); }); ++number) {
+            scene.shown->setVisible(false);
+            ASSERT_LT(number, 100000U);
+        }
+        ASSERT_TRUE(scene.shown->isVisible());
+
+        for (const osg::NodePtr& node : scene.nodes) {
+            for (std::size_t number = 1; !succeeds(number, [&] { scene.shown->addNode(node); }); ++number) {
+                ASSERT_TRUE(scene.shown->hasNode(node));
+            }
+        }
+        EXPECT_EQ(shownCount(scene), scene.nodes.size());
+    }
+    EXPECT_EQ(countLiveContainers(), containers);
+}
+
 TYPED_TEST(VisualisationFailureTest, TakingManyNodesAwayNeedsNoMemory)
 {
     const std::size_t containers = countLiveContainers();
