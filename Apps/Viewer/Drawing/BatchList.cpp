@@ -2,6 +2,7 @@
 #include "Viewer/Drawing/BatchList.h"
 
 #include "Viewer/Model/PreparedGeometries.h"
+#include "Viewer/Model/WorkerPool.h"
 
 #include <OpenSG/OSGAttachment.h>
 #include <OpenSG/OSGFieldContainerFactory.h>
@@ -643,24 +644,67 @@ void BatchList::dropMesh(const osg::UInt32 geometryId)
     m_meshes.erase(mesh);
 }
 
-void BatchList::build(Batch& batch)
+void BatchList::build(const std::vector<Batch*>& batches, WorkerPool& workers)
 {
-    // Large ones first, so that small ones can be left out.
-    std::vector<std::pair<float, std::uint32_t>> order;
-    order.reserve(batch.items.size());
-    for (const std::uint32_t place : batch.items) {
-        order.emplace_back(m_items[place].radius * vary(place), place);
+    const std::size_t width = workers.getWidth();
+    m_contents.resize(std::max(m_contents.size(), std::min(width, batches.size())));
+    for (std::size_t first = 0; first < batches.size(); first += width) {
+        const std::size_t count = std::min(width, batches.size() - first);
+        workers.forEach(count, [&](const std::size_t i) { prepare(*batches[first + i], m_contents[i]); });
+        for (std::size_t i = 0; i < count; ++i) {
+            Batch& batch = *batches[first + i];
+            batch.buffers.fill(m_contents[i].data);
+            batch.markers.fill(m_contents[i].markers);
+            batch.stale = false;
+            ++m_buildCount;
+        }
     }
-    std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
+}
+
+/// In several threads at once: touches nothing but the batch, its items and the content.
+void BatchList::prepare(Batch& batch, BatchContent& content)
+{
+    sortItems(batch, content);
+    VertexData& data = content.data;
+    data.clear();
+    data.format = m_items[batch.items.front()].mesh->getFormat();
+    data.vertices.reserve(batch.vertexCount * data.format.getSize());
+    batch.ends.clear();
+    batch.radii.clear();
+    batch.boxes.clear();
+    batch.patterns.clear();
+    batch.patternOfItem.clear();
+    batch.firstVertices.clear();
+    content.markers.clear();
+    for (const auto& [radius, place] : content.order) {
+        const DrawItem& item = m_items[place];
+        batch.firstVertices.push_back(static_cast<std::uint32_t>(data.vertexCount));
+        batch.patternOfItem.push_back(findPattern(batch, item, content.corners));
+        Baker(item.toWorld, batch.origin).addTo(data, item.mesh->content->getData());
+        batch.ends.push_back({data.triangles.size(), data.lines.size(), data.points.size()});
+        batch.radii.push_back(radius);
+        batch.boxes.push_back({item.minimum, item.maximum});
+        content.markers.push_back(makeMarker(item, batch.origin));
+    }
+}
+
+/// Large ones first, so that small ones can be left out; finds the box and the origin of the batch as well.
+void BatchList::sortItems(Batch& batch, BatchContent& content)
+{
+    content.order.clear();
+    for (const std::uint32_t place : batch.items) {
+        content.order.emplace_back(m_items[place].radius * vary(place), place);
+    }
+    std::sort(content.order.begin(), content.order.end(), [](const auto& a, const auto& b) {
         return a.first != b.first ? a.first > b.first : a.second < b.second;
     });
 
     // The box may have become smaller since.
     batch.minimum = m_items[batch.items.front()].minimum;
     batch.maximum = m_items[batch.items.front()].maximum;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        DrawItem& item = m_items[order[i].second];
-        batch.items[i] = order[i].second;
+    for (std::size_t i = 0; i < content.order.size(); ++i) {
+        DrawItem& item = m_items[content.order[i].second];
+        batch.items[i] = content.order[i].second;
         item.slot = static_cast<std::uint32_t>(i);
         include(batch.minimum, batch.maximum, item.minimum);
         include(batch.minimum, batch.maximum, item.maximum);
@@ -668,41 +712,15 @@ void BatchList::build(Batch& batch)
     for (osg::UInt32 axis = 0; axis < 3; ++axis) {
         batch.origin[axis] = (static_cast<double>(batch.minimum[axis]) + static_cast<double>(batch.maximum[axis])) / 2;
     }
-
-    m_data.clear();
-    m_data.format = m_items[batch.items.front()].mesh->getFormat();
-    m_data.vertices.reserve(batch.vertexCount * m_data.format.getSize());
-    batch.ends.clear();
-    batch.radii.clear();
-    batch.boxes.clear();
-    batch.patterns.clear();
-    batch.patternOfItem.clear();
-    batch.firstVertices.clear();
-    m_markers.clear();
-    for (const auto& [radius, place] : order) {
-        const DrawItem& item = m_items[place];
-        const GeometryData& data = item.mesh->content->getData();
-        batch.firstVertices.push_back(static_cast<std::uint32_t>(m_data.vertexCount));
-        batch.patternOfItem.push_back(findPattern(batch, item));
-        Baker(item.toWorld, batch.origin).addTo(m_data, data);
-        batch.ends.push_back({m_data.triangles.size(), m_data.lines.size(), m_data.points.size()});
-        batch.radii.push_back(radius);
-        batch.boxes.push_back({item.minimum, item.maximum});
-        m_markers.push_back(makeMarker(item, batch.origin));
-    }
-    batch.buffers.fill(m_data);
-    batch.markers.fill(m_markers);
-    batch.stale = false;
-    ++m_buildCount;
 }
 
-std::uint32_t BatchList::findPattern(Batch& batch, const DrawItem& item)
+std::uint32_t BatchList::findPattern(Batch& batch, const DrawItem& item, std::vector<std::uint8_t>& corners)
 {
     const GeometryData& data = item.mesh->content->getData();
-    findCorners(item, data, m_corners);
+    findCorners(item, data, corners);
     const std::size_t count = batch.patterns.size();
     for (std::size_t i = count; i > 0 && count - i < MostPatternsCompared; --i) {
-        if (batch.patterns[i - 1].equals(data, m_corners)) {
+        if (batch.patterns[i - 1].equals(data, corners)) {
             return static_cast<std::uint32_t>(i - 1);
         }
     }
@@ -710,7 +728,7 @@ std::uint32_t BatchList::findPattern(Batch& batch, const DrawItem& item)
     pattern.triangles.assign(data.triangles.begin(), data.triangles.end());
     pattern.lines.assign(data.lines.begin(), data.lines.end());
     pattern.points.assign(data.points.begin(), data.points.end());
-    pattern.corners = m_corners;
+    pattern.corners = corners;
     batch.patterns.push_back(std::move(pattern));
     return static_cast<std::uint32_t>(count);
 }

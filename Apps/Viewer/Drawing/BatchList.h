@@ -23,6 +23,7 @@
 #include <memory>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quon::viewer {
@@ -30,6 +31,7 @@ namespace quon::viewer {
 class GeometryContent;
 struct GeometryData;
 class PreparedGeometries;
+class WorkerPool;
 
 /** The content of one geometry core. */
 struct Mesh {
@@ -105,6 +107,14 @@ struct Batch {
     bool isThin() const { return ends.empty() || ends.back().triangles == 0; }
 };
 
+/** What the buffers of a batch are filled with, and what is needed to find that out. */
+struct BatchContent {
+    VertexData data;
+    std::vector<Marker> markers;
+    std::vector<std::pair<float, std::uint32_t>> order; ///< radius and place of each item
+    std::vector<std::uint8_t> corners;
+};
+
 /** Everything that is drawn with one material and one vertex format and is of similar size. */
 struct DrawGroup {
     osg::MaterialPtr material; ///< may be null
@@ -151,8 +161,12 @@ public:
     /** Follows the scene, without touching any buffer. */
     void update(const osg::NodePtr& root, osg::UInt32 mask);
 
-    /** Fills the buffers of a batch that is stale; in the context. */
-    void build(Batch& batch);
+    /**
+     * Fills the buffers of batches that are stale; in the context.
+     *
+     * @param workers put the contents together, as many batches at once as there are workers
+     */
+    void build(const std::vector<Batch*>& batches, WorkerPool& workers);
 
     /** Fills the buffers of a mesh that is drawn by itself; in the context. */
     void build(Mesh& mesh);
@@ -189,7 +203,9 @@ private:
     void place(std::uint32_t place, std::uint32_t formerGroup, std::uint32_t formerBatch);
     void moveItem(std::uint32_t place);
     void takeOut(std::uint32_t place);
-    std::uint32_t findPattern(Batch& batch, const DrawItem& item);
+    static std::uint32_t findPattern(Batch& batch, const DrawItem& item, std::vector<std::uint8_t>& corners);
+    void prepare(Batch& batch, BatchContent& content);
+    void sortItems(Batch& batch, BatchContent& content);
     void tidy(std::uint32_t group, std::uint32_t batch);
     std::uint32_t findGroup(const DrawItem& item);
     std::uint32_t findBatch(std::uint32_t groupIndex, std::uint32_t preferred, const DrawItem& item);
@@ -210,9 +226,8 @@ private:
     std::unordered_map<osg::UInt32, std::uint64_t> m_ranks; ///< by id of the material
     std::uint64_t m_nextRank = 0;
     std::vector<GLuint> m_doomedBuffers;
-    VertexData m_data; ///< what is filled into buffers; kept for its memory
-    std::vector<Marker> m_markers;
-    std::vector<std::uint8_t> m_corners;
+    VertexData m_data;                    ///< what is filled into buffers of a mesh; kept for its memory
+    std::vector<BatchContent> m_contents; ///< of the batches that are being built; kept for their memory
     std::size_t m_readCount = 0;
     std::size_t m_buildCount = 0;
 };

@@ -8,6 +8,7 @@
 #include "Viewer/Drawing/MaterialState.h"
 #include "Viewer/Drawing/Occluders.h"
 #include "Viewer/Drawing/ShaderPrograms.h"
+#include "Viewer/Model/WorkerPool.h"
 
 #include <OpenSG/OSGGL.h>
 
@@ -19,6 +20,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace quon::viewer {
@@ -54,6 +56,16 @@ constexpr double LargestThinMarker = 3;
 // front of that surface's marker.
 constexpr double MarkerLift = 0.5;
 constexpr double ThinMarkerLift = 1;
+
+// How many batches indices are put together for before they are drawn.
+constexpr std::ptrdiff_t GatheredAtOnce = 16;
+
+// How many primitives are worth letting others begin to draw them.
+constexpr std::size_t FlushedAtOnce = 20000;
+
+/** Geometries of one batch that are drawn to learn what they hide. */
+using OccluderRun =
+    std::pair<std::vector<Occluders::Item>::const_iterator, std::vector<Occluders::Item>::const_iterator>;
 
 /** One geometry of the transparent pass that has its place in the order. */
 struct SortedItem {
@@ -253,9 +265,9 @@ private:
         }
         m_depthMap.setSize(width, height);
         const double least = detail == Detail::Moving ? findLeastSought() : 0;
-        for (DrawUnit& unit : m_units) {
-            unit.findBoxes(m_depthMap, m_worldToClip, unit.countLarger(least));
-        }
+        m_workers.forEach(m_units.size(), [&](const std::size_t i) {
+            m_units[i].findBoxes(m_depthMap, m_worldToClip, m_units[i].countLarger(least));
+        });
         // While the camera moves, one sample of a pixel may speak for the others.
         GLint samples = 0;
         if (detail == Detail::Full) {
@@ -265,11 +277,13 @@ private:
         if (!isPossible || !drawOccluders(width, height, samples, most)) {
             return;
         }
-        for (DrawUnit& unit : m_units) {
-            if (unit.state->isCoverable()) {
-                unit.sift(m_depthMap, m_pixelRatio);
-                m_statistics.hidden += unit.getAllItems() - unit.countSeen(unit.getAllItems());
+        m_workers.forEach(m_units.size(), [&](const std::size_t i) {
+            if (m_units[i].state->isCoverable()) {
+                m_units[i].sift(m_depthMap, m_pixelRatio);
             }
+        });
+        for (const DrawUnit& unit : m_units) {
+            m_statistics.hidden += unit.getAllItems() - unit.countSeen(unit.getAllItems());
         }
     }
 
@@ -314,22 +328,56 @@ private:
     void drawOccluders(const std::size_t round)
     {
         const std::vector<Occluders::Item> items = m_occluders.getRound(round);
+        m_runs.clear();
+        for (auto begin = items.begin(); begin != items.end(); begin = m_runs.back().second) {
+            m_runs.emplace_back(
+                begin, std::find_if(begin, items.end(), [&](const auto& item) { return item.unit != begin->unit; }));
+        }
         const DrawUnit* current = nullptr;
-        for (auto begin = items.begin(); begin != items.end();) {
-            const auto end =
-                std::find_if(begin, items.end(), [&](const auto& item) { return item.unit != begin->unit; });
-            const DrawUnit& unit = m_units[begin->unit];
-            m_indices.clear();
-            for (; begin != end; ++begin) {
-                const PictureBox& box = unit.boxes[begin->item];
+        const auto gather = [&](const auto& run, ItemIndices& indices) {
+            const DrawUnit& unit = m_units[run.first->unit];
+            for (auto item = run.first; item != run.second; ++item) {
+                const PictureBox& box = unit.boxes[item->item];
                 if (round == 0 || !m_depthMap.hides(box, 0, box.nearest)) {
-                    m_indices.addTriangles(*unit.batch, begin->item);
+                    indices.addTriangles(*unit.batch, item->item);
                 }
             }
-            m_occluderPrimitives += m_indices.countPrimitives();
+        };
+        inWindows(m_runs.begin(), m_runs.end(), gather, [&](const auto& run, const ItemIndices& indices) {
+            const DrawUnit& unit = m_units[run.first->unit];
+            m_occluderPrimitives += indices.countPrimitives();
             use(unit, current);
-            m_indices.draw();
+            indices.draw();
             current = &unit;
+            return indices.countPrimitives();
+        });
+    }
+
+    /**
+     * Puts the indices of a few at a time together, in several threads, and draws them.
+     *
+     * @param gather called in any thread with one of them and indices to be filled
+     * @param draw called with the same, in their order; returns how many primitives it has drawn
+     */
+    template <class Iterator, class Gather, class Draw>
+    void inWindows(const Iterator begin, const Iterator end, const Gather& gather, const Draw& draw)
+    {
+        std::size_t unflushed = 0;
+        for (Iterator first = begin; first != end;) {
+            const std::ptrdiff_t count = std::min(end - first, GatheredAtOnce);
+            m_workers.forEach(static_cast<std::size_t>(count), [&](const std::size_t i) {
+                m_gathered[i].clear();
+                gather(first[static_cast<std::ptrdiff_t>(i)], m_gathered[i]);
+            });
+            for (std::ptrdiff_t i = 0; i < count; ++i) {
+                unflushed += draw(first[i], m_gathered[static_cast<std::size_t>(i)]);
+            }
+            if (unflushed >= FlushedAtOnce) {
+                // Whoever draws on other processors begins, while the next ones are put together here.
+                glFlush();
+                unflushed = 0;
+            }
+            first += count;
         }
     }
 
@@ -419,6 +467,7 @@ private:
     void buildUnits(const Clock::time_point deadline)
     {
         bool isAnyBuilt = false;
+        std::vector<Batch*> batches;
         const auto waits = [&](const DrawUnit& unit) {
             if (!unit.isStale()) {
                 return false;
@@ -427,15 +476,20 @@ private:
                 ++m_statistics.waiting;
                 return true;
             }
-            if (unit.batch != nullptr) {
-                m_batches.build(*unit.batch);
-            } else {
-                m_batches.build(*unit.item->mesh);
-            }
             isAnyBuilt = true;
+            if (unit.batch == nullptr) {
+                m_batches.build(*unit.item->mesh);
+                return false;
+            }
+            batches.push_back(unit.batch);
+            if (batches.size() == m_workers.getWidth()) {
+                m_batches.build(batches, m_workers);
+                batches.clear();
+            }
             return false;
         };
         m_units.erase(std::remove_if(m_units.begin(), m_units.end(), waits), m_units.end());
+        m_batches.build(batches, m_workers);
     }
 
     void drawOpaque()
@@ -536,24 +590,26 @@ private:
                 m_colourMap.finish();
             }
             const DrawUnit* current = nullptr;
-            for (auto unit = begin; unit != end; ++unit) {
-                gatherUncovered(**unit, from, to, isKnown, static_cast<float>(distance));
-                if (m_indices.countCalls() > 0) {
-                    use(**unit, current);
-                    drawIndices();
-                    current = *unit;
+            const auto gather = [&](const DrawUnit* unit, ItemIndices& indices) {
+                gatherUncovered(*unit, from, to, isKnown, static_cast<float>(distance), indices);
+            };
+            inWindows(begin, end, gather, [&](const DrawUnit* unit, const ItemIndices& indices) {
+                if (indices.countCalls() > 0) {
+                    use(*unit, current);
+                    drawIndices(indices);
+                    current = unit;
                 }
-            }
+                return indices.countPrimitives();
+            });
             from = to;
         }
     }
 
     void gatherUncovered(const DrawUnit& unit, const double from, const double to, const bool isKnown,
-                         const float grown)
+                         const float grown, ItemIndices& indices) const
     {
         const float border = std::max(0.0F, unit.getBorder(m_pixelRatio) - grown);
         const std::size_t count = unit.countSeen(unit.itemCount);
-        m_indices.clear();
         for (std::size_t i = 0; i < count; ++i) {
             const std::uint32_t item = unit.getSeen(i);
             const double share = spread(item);
@@ -562,30 +618,41 @@ private:
             }
             const PictureBox box = unit.getBox(item);
             if (!isKnown || !box.isKnown()) {
-                m_indices.add(*unit.batch, item);
+                indices.add(*unit.batch, item);
             } else if (!m_colourMap.hides(box, border, ColourDepth)) {
-                m_indices.addUncovered(*unit.batch, item, m_colourMap, m_worldToClip);
+                indices.addUncovered(*unit.batch, item, m_colourMap, m_worldToClip);
             }
         }
     }
 
-    void drawIndices()
+    void drawIndices(const ItemIndices& indices)
     {
-        m_indices.draw();
-        m_statistics.drawCalls += m_indices.countCalls();
-        m_statistics.primitives += m_indices.countPrimitives();
+        indices.draw();
+        m_statistics.drawCalls += indices.countCalls();
+        m_statistics.primitives += indices.countPrimitives();
     }
 
     void drawUnits(const UnitIterator begin, const UnitIterator end)
     {
         const DrawUnit* current = nullptr;
-        for (auto unit = begin; unit != end; ++unit) {
-            if ((*unit)->itemCount > 0) {
-                use(**unit, current);
-                drawItems(**unit, 0, (*unit)->itemCount);
-                current = *unit;
+        const auto gather = [](const DrawUnit* unit, ItemIndices& indices) {
+            if (unit->isSifted && unit->batch != nullptr) {
+                addItems(*unit, 0, unit->itemCount, indices);
             }
-        }
+        };
+        inWindows(begin, end, gather, [&](const DrawUnit* unit, const ItemIndices& indices) {
+            if (unit->countSeen(unit->itemCount) == 0) {
+                return std::size_t(0);
+            }
+            use(*unit, current);
+            if (indices.countCalls() > 0) {
+                drawIndices(indices);
+            } else {
+                drawItems(*unit, 0, unit->itemCount);
+            }
+            current = unit;
+            return unit->countPrimitives(unit->itemCount);
+        });
         drawMarkers(begin, end);
     }
 
@@ -705,12 +772,10 @@ private:
     void drawItems(const DrawUnit& unit, const std::size_t first, const std::size_t count)
     {
         if (unit.isSifted && unit.batch != nullptr) {
-            m_indices.clear();
-            const std::size_t last = unit.countSeen(first + count);
-            for (std::size_t i = unit.countSeen(first); i < last; ++i) {
-                m_indices.add(*unit.batch, unit.seen[i]);
-            }
-            drawIndices();
+            ItemIndices& indices = m_gathered.front();
+            indices.clear();
+            addItems(unit, first, count, indices);
+            drawIndices(indices);
             return;
         }
         if (unit.countSeen(first + count) == 0) {
@@ -727,7 +792,17 @@ private:
         m_statistics.primitives += end.getPrimitives() - begin.getPrimitives();
     }
 
+    /** Adds those of some items of a batch that are seen. */
+    static void addItems(const DrawUnit& unit, const std::size_t first, const std::size_t count, ItemIndices& indices)
+    {
+        const std::size_t last = unit.countSeen(first + count);
+        for (std::size_t i = unit.countSeen(first); i < last; ++i) {
+            indices.add(*unit.batch, unit.seen[i]);
+        }
+    }
+
     BatchList m_batches;
+    WorkerPool m_workers;
     std::optional<ShaderPrograms> m_programs;
     Matrix4 m_view;
     Matrix4 m_projection;
@@ -737,12 +812,13 @@ private:
     CoverMap m_depthMap;  ///< of opaque surfaces, while hidden geometries are looked for
     CoverMap m_colourMap; ///< of the geometries of one colour that are being drawn
     Occluders m_occluders;
-    ItemIndices m_indices;                ///< kept for their memory
-    std::size_t m_occluderPrimitives = 0; ///< drawn to find what is hidden in this frame
-    bool m_isSifted = false;              ///< hidden geometries were looked for in this frame
-    std::vector<MaterialState> m_states;  ///< of the groups, in this frame
-    std::vector<DrawUnit> m_units;        ///< what is in view
-    bool m_isSlow = false;                ///< no time for several samples while the camera moves
+    std::array<ItemIndices, GatheredAtOnce> m_gathered; ///< kept for their memory
+    std::vector<OccluderRun> m_runs;                    ///< of one round; kept for its memory
+    std::size_t m_occluderPrimitives = 0;               ///< drawn to find what is hidden in this frame
+    bool m_isSifted = false;                            ///< hidden geometries were looked for in this frame
+    std::vector<MaterialState> m_states;                ///< of the groups, in this frame
+    std::vector<DrawUnit> m_units;                      ///< what is in view
+    bool m_isSlow = false;                              ///< no time for several samples while the camera moves
     Statistics m_statistics;
 };
 
