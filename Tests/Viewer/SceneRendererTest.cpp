@@ -1481,6 +1481,129 @@ TEST_F(SceneRendererHiddenTest, LinesOfTwoColoursCoverEachOtherAsBefore)
     EXPECT_EQ(count(picture, GreenPixel), count(everything, GreenPixel));
 }
 
+/** The same of lines that are drawn last and over everything, as those of selection boxes are. */
+class SceneRendererOverlayTest : public SceneRendererHiddenTest {
+protected:
+    static constexpr int Frames = 5000;
+    static constexpr std::size_t Lines = std::size_t(12) * Frames;
+
+    static osg::SimpleMaterialPtr makeOverlayMaterial(const osg::Color3f& colour, const osg::Int32 sortKey)
+    {
+        const osg::SimpleMaterialPtr material = makeLineMaterial(colour, sortKey);
+        const osg::DepthChunkPtr chunk = osg::DepthChunk::create();
+        beginEditCP(chunk);
+        chunk->setFunc(GL_ALWAYS);
+        addChunk(material, chunk);
+        return material;
+    }
+
+    // In steps of a colour component that no eye sees, the samples of a pixel not at all.
+    static void expectSame(const QImage& picture, const QImage& expected)
+    {
+        for (int y = 0; y < Size; ++y) {
+            for (int x = 0; x < Size; ++x) {
+                const QRgb a = picture.pixel(x, y);
+                const QRgb b = expected.pixel(x, y);
+                ASSERT_NEAR(qRed(a), qRed(b), 8) << x << ", " << y;
+                ASSERT_NEAR(qGreen(a), qGreen(b), 8) << x << ", " << y;
+                ASSERT_NEAR(qBlue(a), qBlue(b), 8) << x << ", " << y;
+            }
+        }
+    }
+
+    const Statistics& getStatistics() const { return m_renderer.getStatistics(); }
+};
+
+TEST_F(SceneRendererOverlayTest, LinesThatAddNothingAreLeftOut)
+{
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    add(makeRectangle(-1, -1, 1, 1, 0.9F, makePlainMaterial(Green)));
+    const QImage everything = drawEverything();
+    EXPECT_EQ(getStatistics().primitives, Lines + 2);
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_LT(getStatistics().primitives, Lines / 4);
+    EXPECT_GT(getHidden(), Frames / 2U);
+    EXPECT_EQ(getStatistics().transparent + getHidden(), std::size_t(Frames));
+    expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, WithSeveralSamplesNobodySeesADifference)
+{
+    m_surface.setMultisampling(true);
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    add(makeRectangle(-1, -1, 1, 1, 0.9F, makePlainMaterial(Green)));
+    const QImage everything = drawEverything();
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_LT(getStatistics().primitives, Lines / 4);
+    expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, WideLinesCoverMore)
+{
+    m_renderer.setPixelRatio(3);
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    const QImage everything = drawEverything();
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_LT(getStatistics().primitives, Lines / 10);
+    expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, WhatLinesCoverIsNotDrawn)
+{
+    addLayers(0);
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    const QImage everything = drawEverything();
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_LT(getStatistics().opaque, 3U * Rows * Rows / 3);
+    EXPECT_GT(getStatistics().opaque, 0U);
+    expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, UnderLinesThatAreNotTheLastEverythingIsDrawn)
+{
+    addLayers(0);
+    addFrames(Frames, makeOverlayMaterial(Blue, 1));
+    // Behind the layers, and in front of none of what is under the lines.
+    add(makeRectangle(-1, -1, 1, 1, -0.9F, makePlainMaterial(Green, 0.5F, 2)));
+    const QImage everything = drawEverything();
+
+    const QImage picture = drawWithoutHidden();
+
+    expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, LinesOfTwoColoursAreAllDrawn)
+{
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    addFrames(10, makeOverlayMaterial(Red, 0));
+    const QImage everything = drawEverything();
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_EQ(getStatistics().primitives, Lines + 12 * 10);
+}
+
+TEST_F(SceneRendererOverlayTest, MovingPicturesHaveTimeForAllLines)
+{
+    addLayers(0);
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    m_renderer.setBuildingTime(100);
+    m_renderer.setMovingTime(1000);
+    m_renderer.setExpectedPrimitives(2.0 * Lines / 3);
+
+    drawMoving();
+
+    EXPECT_EQ(getStatistics().leftOut, 0U);
+    EXPECT_GT(getHidden(), Frames / 2U);
+}
+
 /** Bodies whose far side is left out. */
 class SceneRendererBodyTest : public SceneRendererTest {
 protected:

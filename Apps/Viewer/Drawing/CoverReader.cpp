@@ -42,12 +42,6 @@ void main()
 }
 )";
 
-void clearErrors()
-{
-    while (glGetError() != GL_NO_ERROR) {
-    }
-}
-
 /** Compiles and links; 0 where that language is not known. */
 GLuint makeProgram(const char* vertexSource, const char* fragmentSource)
 {
@@ -117,6 +111,12 @@ CoverReader::~CoverReader()
     releaseColour();
     glDeleteProgram(m_farthestProgram);
     glDeleteBuffers(1, &m_corners);
+}
+
+void CoverReader::clearErrors()
+{
+    while (glGetError() != GL_NO_ERROR) {
+    }
 }
 
 bool CoverReader::beginDepth(const int width, const int height, const int samples)
@@ -204,7 +204,6 @@ void CoverReader::readDepth(CoverMap& map)
     }
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
     glReadPixels(0, 0, m_depthWidth, m_depthHeight, format, GL_FLOAT, map.getPixels());
-    map.finish();
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, static_cast<GLuint>(m_drawn));
     glBindFramebuffer(GL_READ_FRAMEBUFFER, static_cast<GLuint>(m_read));
 }

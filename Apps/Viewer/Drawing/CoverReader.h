@@ -32,7 +32,12 @@ public:
      */
     bool beginDepth(int width, int height, int samples);
 
-    /** Reads what was drawn since beginDepth(), of each pixel the depth of the farthest sample. */
+    /** Forgets the errors of OpenGL that nobody has asked for. */
+    static void clearErrors();
+
+    /**
+     * Reads what was drawn since beginDepth(), of each pixel the depth of the farthest sample. The map is not finished.
+     */
     void readDepth(CoverMap& map);
 
     /**

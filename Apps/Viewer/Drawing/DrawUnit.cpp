@@ -2,6 +2,7 @@
 #include "Viewer/Drawing/DrawUnit.h"
 
 #include <algorithm>
+#include <bitset>
 
 namespace quon::viewer {
 
@@ -71,6 +72,8 @@ void DrawUnit::sift(const CoverMap& map, const float pixelRatio)
 {
     const float border = getBorder(pixelRatio);
     std::size_t counted = 0;
+    seen.clear();
+    seenCounted.clear();
     for (std::size_t i = 0; i < getAllItems(); ++i) {
         const PictureBox box = getBox(i);
         // The ends of wide lines may reach nearer than the lines themselves, by a part of their length.
@@ -83,6 +86,19 @@ void DrawUnit::sift(const CoverMap& map, const float pixelRatio)
         seenCounted.push_back(counted);
     }
     isSifted = seen.size() < getAllItems();
+}
+
+void DrawUnit::thin()
+{
+    std::size_t counted = 0;
+    for (std::size_t i = 0; i < lineBits.size(); ++i) {
+        if (lineBits[i] != 0) {
+            counted += lineBits[i] == AllLines ? getPrimitives(i) : std::bitset<MostLineBits>(lineBits[i]).count();
+            seen.push_back(static_cast<std::uint32_t>(i));
+            seenCounted.push_back(counted);
+        }
+    }
+    isSifted = true;
 }
 
 float DrawUnit::getBorder(const float pixelRatio) const
@@ -112,6 +128,22 @@ void ItemIndices::add(const Batch& batch, const std::uint32_t item)
 void ItemIndices::addTriangles(const Batch& batch, const std::uint32_t item)
 {
     append(m_triangles, batch.getPattern(item).triangles, batch.firstVertices[item]);
+}
+
+void ItemIndices::addLines(const Batch& batch, const std::uint32_t item, const std::uint16_t lineBits)
+{
+    if (lineBits == AllLines) {
+        add(batch, item);
+        return;
+    }
+    const IndexPattern& pattern = batch.getPattern(item);
+    const std::uint32_t first = batch.firstVertices[item];
+    for (std::size_t i = 0; 2 * i + 1 < pattern.lines.size(); ++i) {
+        if ((lineBits >> i & 1U) != 0) {
+            m_lines.push_back(static_cast<GLushort>(pattern.lines[2 * i] + first));
+            m_lines.push_back(static_cast<GLushort>(pattern.lines[2 * i + 1] + first));
+        }
+    }
 }
 
 void ItemIndices::addUncovered(const Batch& batch, const std::uint32_t item, const CoverMap& map,

@@ -28,7 +28,12 @@ struct DrawUnit {
     std::vector<std::uint32_t> seen;      ///< items, ascending
     std::vector<std::size_t> seenCounted; ///< primitives of the seen ones, up to the end of each
 
+    std::vector<std::uint16_t> lineBits; ///< by item, see thin(); empty: whole items are drawn
+
     bool isStale() const { return batch != nullptr ? batch->stale : item->mesh->buffersStale; }
+
+    /** Whether its geometries have colours of their own that count. */
+    bool isColoured() const { return group->format.hasColours && state->coloursCount; }
 
     const VertexBuffers& getBuffers() const { return batch != nullptr ? batch->buffers : item->mesh->buffers; }
 
@@ -66,6 +71,12 @@ struct DrawUnit {
     /** Leaves out what a map hides, as far as there are boxes. */
     void sift(const CoverMap& map, float pixelRatio);
 
+    /**
+     * Leaves lines out that add nothing to others of the same colour, as the bits of the items say: AllLines, or one
+     * for each line. Items without any are not seen.
+     */
+    void thin();
+
     /** How many pixels what is drawn of an item reaches beyond its box. */
     float getBorder(float pixelRatio) const;
 };
@@ -77,6 +88,9 @@ public:
 
     void add(const Batch& batch, std::uint32_t item);
     void addTriangles(const Batch& batch, std::uint32_t item);
+
+    /** Adds some lines of an item that consists of lines. */
+    void addLines(const Batch& batch, std::uint32_t item, std::uint16_t lineBits);
 
     /**
      * Adds an item without those lines that a map hides.
@@ -98,6 +112,10 @@ private:
     std::vector<GLushort> m_lines;
     std::vector<GLushort> m_points;
 };
+
+/** The most lines of an item that can be left out one by one, and the bits of an item of which none are. */
+constexpr std::size_t MostLineBits = 15;
+constexpr std::uint16_t AllLines = 0xFFFF;
 
 /** Where numbers of colours and depths part: a pixel that has its colour hides whatever is drawn in this depth. */
 constexpr float ColourDepth = 0.5F;

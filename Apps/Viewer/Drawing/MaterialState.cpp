@@ -170,6 +170,11 @@ bool MaterialState::isCoverable() const
     return depthTest && passesNearer && !isMoved;
 }
 
+bool MaterialState::isOverlay() const
+{
+    return (!depthTest || depthFunction == GL_ALWAYS) && alphaFunction == GL_NONE && stipplePattern == 0xFFFF;
+}
+
 void MaterialState::apply(const float pixelRatio, const bool smoothLines) const
 {
     setEnabled(GL_DEPTH_TEST, depthTest);

@@ -74,6 +74,9 @@ struct MaterialState {
     /** Whether nothing is seen of it behind an opaque surface. */
     bool isCoverable() const;
 
+    /** Whether it is drawn over whatever was drawn before, without gaps. */
+    bool isOverlay() const;
+
     /**
      * Sets the state of the current context.
      *

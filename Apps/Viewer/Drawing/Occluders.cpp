@@ -32,7 +32,9 @@ void forEachItem(const std::vector<DrawUnit>& units, const int columns, const in
         if (unit.batch == nullptr || !unit.state->isCovering()) {
             continue;
         }
-        for (std::uint32_t item = 0; item < unit.boxes.size(); ++item) {
+        const std::size_t count = unit.countSeen(unit.boxes.size());
+        for (std::size_t place = 0; place < count; ++place) {
+            const std::uint32_t item = unit.getSeen(place);
             const PictureBox& box = unit.boxes[item];
             const std::size_t triangles = (unit.getEnd(item + 1).triangles - unit.getEnd(item).triangles) / 3;
             const float area = (box.right - box.left) * (box.top - box.bottom);

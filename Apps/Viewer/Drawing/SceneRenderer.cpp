@@ -7,6 +7,7 @@
 #include "Viewer/Drawing/DrawUnit.h"
 #include "Viewer/Drawing/MaterialState.h"
 #include "Viewer/Drawing/Occluders.h"
+#include "Viewer/Drawing/OverlayLines.h"
 #include "Viewer/Drawing/ShaderPrograms.h"
 #include "Viewer/Model/WorkerPool.h"
 
@@ -259,6 +260,7 @@ private:
             isPossible = isPossible && (unit.state->transparent || unit.state->isCovering());
         }
         m_isSifted = static_cast<double>(primitives) > m_mostPrimitives;
+        m_isThinned = false;
         m_occluderPrimitives = 0;
         if (!m_isSifted) {
             return;
@@ -268,23 +270,92 @@ private:
         m_workers.forEach(m_units.size(), [&](const std::size_t i) {
             m_units[i].findBoxes(m_depthMap, m_worldToClip, m_units[i].countLarger(least));
         });
-        // While the camera moves, one sample of a pixel may speak for the others.
         GLint samples = 0;
-        if (detail == Detail::Full) {
-            glGetIntegerv(GL_SAMPLES, &samples);
+        glGetIntegerv(GL_SAMPLES, &samples);
+        m_isThinned = thinLines(samples, detail);
+        if (m_isThinned) {
+            leaveOutCovered();
         }
+        // While the camera moves, one sample of a pixel may speak for the others.
         const double most = detail == Detail::Moving ? m_mostPrimitives / 4 : std::numeric_limits<double>::max();
-        if (!isPossible || !drawOccluders(width, height, samples, most)) {
-            return;
+        if (isPossible && isMuchLeft() && drawOccluders(width, height, detail == Detail::Moving ? 0 : samples, most)) {
+            sift([](const DrawUnit& unit) { return unit.state->isCoverable(); });
         }
-        m_workers.forEach(m_units.size(), [&](const std::size_t i) {
-            if (m_units[i].state->isCoverable()) {
-                m_units[i].sift(m_depthMap, m_pixelRatio);
-            }
-        });
         for (const DrawUnit& unit : m_units) {
             m_statistics.hidden += unit.getAllItems() - unit.countSeen(unit.getAllItems());
         }
+    }
+
+    template <class Choose>
+    void sift(const Choose& isChosen)
+    {
+        m_workers.forEach(m_units.size(), [&](const std::size_t i) {
+            if (isChosen(m_units[i])) {
+                m_units[i].sift(m_depthMap, m_pixelRatio);
+            }
+        });
+    }
+
+    /** Leaves out those of many lines over everything that add nothing; false where there are none of that kind. */
+    bool thinLines(const int samples, const Detail detail)
+    {
+        const MaterialState* state = m_overlayLines.collect(m_units);
+        if (state == nullptr) {
+            return false;
+        }
+        LineStyle style;
+        style.width = state->lineWidth * m_pixelRatio;
+        style.opacity = state->diffuse.alpha();
+        if (detail == Detail::Moving && m_isSlow) {
+            style.edges = LineStyle::Edges::Hard;
+        } else if (samples > 1) {
+            style.edges = LineStyle::Edges::Sampled;
+            style.samples = findSamples(samples);
+        } else {
+            style.edges = state->lineSmooth ? LineStyle::Edges::Smooth : LineStyle::Edges::Hard;
+        }
+        if (!LineCover::canFollow(style)) {
+            return false;
+        }
+        m_overlayLines.thin(m_depthMap, m_worldToClip, style, m_workers);
+        return true;
+    }
+
+    // The places of the samples in their pixel, seen from its middle; none where nobody says.
+    static std::vector<PicturePoint> findSamples(const int count)
+    {
+        CoverReader::clearErrors();
+        std::vector<PicturePoint> samples;
+        for (int i = 0; i < count; ++i) {
+            std::array<GLfloat, 2> place{};
+            glGetMultisamplefv(GL_SAMPLE_POSITION, static_cast<GLuint>(i), place.data());
+            samples.push_back({place[0] - 0.5F, place[1] - 0.5F});
+        }
+        if (glGetError() != GL_NO_ERROR) {
+            CoverReader::clearErrors();
+            samples.clear();
+        }
+        return samples;
+    }
+
+    // What lies behind the pixels that lines over everything cover in the end.
+    void leaveOutCovered()
+    {
+        float* pixels = m_depthMap.getPixels();
+        std::fill(pixels, pixels + static_cast<std::ptrdiff_t>(m_depthMap.getWidth()) * m_depthMap.getHeight(), 1.0F);
+        m_overlayLines.getCover().limit(m_depthMap);
+        m_depthMap.finish();
+        sift([](const DrawUnit& unit) { return unit.lineBits.empty(); });
+    }
+
+    // Whether finding out what is behind others pays.
+    bool isMuchLeft() const
+    {
+        std::size_t primitives = 0;
+        for (const DrawUnit& unit : m_units) {
+            primitives += unit.lineBits.empty() ? unit.countPrimitives(unit.getAllItems()) : 0;
+        }
+        return !m_isThinned || static_cast<double>(primitives) > m_mostPrimitives;
     }
 
     // The size on the screen of the smallest geometries that hidden ones are looked for among while the camera moves.
@@ -321,6 +392,10 @@ private:
             drawOccluders(round);
             resetState();
             m_reader->readDepth(m_depthMap);
+            if (m_isThinned) {
+                m_overlayLines.getCover().limit(m_depthMap);
+            }
+            m_depthMap.finish();
         }
         return true;
     }
@@ -536,7 +611,7 @@ private:
     {
         const bool orderless = std::all_of(begin, end, [&](const DrawUnit* unit) {
             return unit->group->materialId == (*begin)->group->materialId && unit->state->isOrderless() &&
-                   !isColoured(*unit);
+                   !unit->isColoured();
         });
         std::size_t count = 0;
         for (auto unit = begin; unit != end; ++unit) {
@@ -561,7 +636,7 @@ private:
     {
         std::size_t primitives = 0;
         for (auto unit = begin; unit != end; ++unit) {
-            if ((*unit)->batch == nullptr) {
+            if ((*unit)->batch == nullptr || !(*unit)->lineBits.empty()) {
                 return false;
             }
             primitives += (*unit)->countPrimitives((*unit)->itemCount);
@@ -669,7 +744,7 @@ private:
             if (current == nullptr || current->state != &state) {
                 state.apply(m_pixelRatio, !m_statistics.simplified);
                 glEnable(GL_VERTEX_PROGRAM_POINT_SIZE);
-                m_programs->use(state, isColoured(**unit), true);
+                m_programs->use(state, (*unit)->isColoured(), true);
             }
             m_programs->setMatrices(m_view * getToWorld(**unit), m_projection);
             const bool isThin = (*unit)->batch->isThin() || state.frontMode != GL_FILL;
@@ -726,8 +801,6 @@ private:
         }
     }
 
-    static bool isColoured(const DrawUnit& unit) { return unit.group->format.hasColours && unit.state->coloursCount; }
-
     void use(const DrawUnit& unit, const DrawUnit* current)
     {
         if (&unit == current) {
@@ -735,7 +808,7 @@ private:
         }
         if (current == nullptr || current->state != unit.state) {
             unit.state->apply(m_pixelRatio, !m_statistics.simplified);
-            m_programs->use(*unit.state, isColoured(unit));
+            m_programs->use(*unit.state, unit.isColoured());
         }
         m_programs->setMatrices(m_view * getToWorld(unit), m_projection);
         unit.getBuffers().bind();
@@ -797,7 +870,8 @@ private:
     {
         const std::size_t last = unit.countSeen(first + count);
         for (std::size_t i = unit.countSeen(first); i < last; ++i) {
-            indices.add(*unit.batch, unit.seen[i]);
+            const std::uint32_t item = unit.seen[i];
+            indices.addLines(*unit.batch, item, unit.lineBits.empty() ? AllLines : unit.lineBits[item]);
         }
     }
 
@@ -812,9 +886,11 @@ private:
     CoverMap m_depthMap;  ///< of opaque surfaces, while hidden geometries are looked for
     CoverMap m_colourMap; ///< of the geometries of one colour that are being drawn
     Occluders m_occluders;
+    OverlayLines m_overlayLines;
     std::array<ItemIndices, GatheredAtOnce> m_gathered; ///< kept for their memory
     std::vector<OccluderRun> m_runs;                    ///< of one round; kept for its memory
     std::size_t m_occluderPrimitives = 0;               ///< drawn to find what is hidden in this frame
+    bool m_isThinned = false;                           ///< lines over everything were left out in this frame
     bool m_isSifted = false;                            ///< hidden geometries were looked for in this frame
     std::vector<MaterialState> m_states;                ///< of the groups, in this frame
     std::vector<DrawUnit> m_units;                      ///< what is in view
