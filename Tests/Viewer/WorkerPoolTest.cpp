@@ -89,6 +89,50 @@ TEST(WorkerPoolTest, WhatACallThrowsReachesTheCaller)
     EXPECT_EQ(calls, 100);
 }
 
+TEST(WorkerPoolTest, TheCallerMayDoSomethingElseMeanwhile)
+{
+    for (const std::size_t helpers : {std::size_t(0), std::size_t(2)}) {
+        for (const std::size_t count : {std::size_t(0), std::size_t(1), std::size_t(5)}) {
+            WorkerPool pool(helpers);
+            std::thread::id thread;
+            std::atomic<std::size_t> calls{0};
+            pool.forEach(
+                count, [&](std::size_t) { ++calls; }, [&] { thread = std::this_thread::get_id(); });
+            EXPECT_EQ(thread, std::this_thread::get_id());
+            EXPECT_EQ(calls, count);
+        }
+    }
+}
+
+TEST(WorkerPoolTest, OthersBeginBeforeTheCallerIsReady)
+{
+    WorkerPool pool(1);
+    std::atomic<bool> isBegun{false};
+
+    pool.forEach(
+        1, [&](std::size_t) { isBegun = true; },
+        [&] {
+            while (!isBegun) {
+                std::this_thread::yield();
+            }
+        });
+
+    EXPECT_TRUE(isBegun);
+}
+
+TEST(WorkerPoolTest, WhatTheCallerThrowsMeanwhileReachesItself)
+{
+    WorkerPool pool(2);
+    const auto fail = [] { throw std::runtime_error("meanwhile"); };
+    std::atomic<int> calls{0};
+
+    EXPECT_THROW(pool.forEach(
+                     10, [&](std::size_t) { ++calls; }, fail),
+                 std::runtime_error);
+
+    EXPECT_LE(calls, 10);
+}
+
 } // namespace
 
 } // namespace quon::testing

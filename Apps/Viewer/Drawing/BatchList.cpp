@@ -110,6 +110,14 @@ public:
     void addTo(VertexData& data, const GeometryData& content) const
     {
         const auto first = static_cast<osg::UInt32>(data.vertexCount);
+        addVertices(data, content);
+        append(data.triangles, content.triangles, first);
+        append(data.lines, content.lines, first);
+        append(data.points, content.points, first);
+    }
+
+    void addVertices(VertexData& data, const GeometryData& content) const
+    {
         const VertexFormat& format = data.format;
         const std::size_t size = format.getSize();
         std::byte* vertex = data.addVertices(content.positions.size());
@@ -129,9 +137,6 @@ public:
                 std::memcpy(vertex + format.getColourOffset(), bytes, sizeof bytes);
             }
         }
-        append(data.triangles, content.triangles, first);
-        append(data.lines, content.lines, first);
-        append(data.points, content.points, first);
     }
 
 private:
@@ -159,7 +164,9 @@ private:
         // Without direction it stays zero, for which the face's own direction is taken.
         if (length > 0 && std::isfinite(length)) {
             for (std::size_t row = 0; row < 3; ++row) {
-                result[row] = static_cast<std::int16_t>(std::lround(turned[row] / length * 32767));
+                // Rounded by hand: a hundred million times, a call takes its time.
+                const double value = turned[row] / length * 32767;
+                result[row] = static_cast<std::int16_t>(value + (value < 0 ? -0.5 : 0.5));
             }
         }
     }
@@ -647,18 +654,28 @@ void BatchList::dropMesh(const osg::UInt32 geometryId)
 void BatchList::build(const std::vector<Batch*>& batches, WorkerPool& workers)
 {
     const std::size_t width = workers.getWidth();
-    m_contents.resize(std::max(m_contents.size(), std::min(width, batches.size())));
-    for (std::size_t first = 0; first < batches.size(); first += width) {
-        const std::size_t count = std::min(width, batches.size() - first);
-        workers.forEach(count, [&](const std::size_t i) { prepare(*batches[first + i], m_contents[i]); });
-        for (std::size_t i = 0; i < count; ++i) {
-            Batch& batch = *batches[first + i];
-            batch.buffers.fill(m_contents[i].data);
-            batch.markers.fill(m_contents[i].markers);
-            batch.stale = false;
-            ++m_buildCount;
-        }
+    m_contents.resize(std::max(m_contents.size(), std::min(2 * width, batches.size())));
+    const auto getContent = [&](const std::size_t place) -> BatchContent& { return m_contents[place % (2 * width)]; };
+    // While some are put together, the ones before go into their buffers.
+    for (std::size_t first = 0; first < batches.size() + width; first += width) {
+        const std::size_t end = std::min(first + width, batches.size());
+        workers.forEach(
+            end - std::min(first, end),
+            [&](const std::size_t i) { prepare(*batches[first + i], getContent(first + i)); },
+            [&] {
+                for (std::size_t i = first - std::min(first, width); i < std::min(first, batches.size()); ++i) {
+                    fill(*batches[i], getContent(i));
+                }
+            });
     }
+}
+
+void BatchList::fill(Batch& batch, const BatchContent& content)
+{
+    batch.buffers.fillVertices(content.data);
+    batch.markers.fill(content.markers);
+    batch.stale = false;
+    ++m_buildCount;
 }
 
 /// In several threads at once: touches nothing but the batch, its items and the content.
@@ -676,12 +693,14 @@ void BatchList::prepare(Batch& batch, BatchContent& content)
     batch.patternOfItem.clear();
     batch.firstVertices.clear();
     content.markers.clear();
+    IndexCounts counts;
     for (const auto& [radius, place] : content.order) {
         const DrawItem& item = m_items[place];
         batch.firstVertices.push_back(static_cast<std::uint32_t>(data.vertexCount));
         batch.patternOfItem.push_back(findPattern(batch, item, content.corners));
-        Baker(item.toWorld, batch.origin).addTo(data, item.mesh->content->getData());
-        batch.ends.push_back({data.triangles.size(), data.lines.size(), data.points.size()});
+        Baker(item.toWorld, batch.origin).addVertices(data, item.mesh->content->getData());
+        counts += item.mesh->counts;
+        batch.ends.push_back(counts);
         batch.radii.push_back(radius);
         batch.boxes.push_back({item.minimum, item.maximum});
         content.markers.push_back(makeMarker(item, batch.origin));

@@ -98,8 +98,8 @@ struct Batch {
     osg::Pnt3f maximum;
     std::array<double, 3> origin{};
     bool stale = true;
-    VertexBuffers buffers;
-    MarkerBuffer markers; ///< by item
+    VertexBuffers buffers; ///< indices come into them with the first drawing of all items
+    MarkerBuffer markers;  ///< by item
 
     const IndexPattern& getPattern(const std::uint32_t item) const { return patterns[patternOfItem[item]]; }
 
@@ -162,7 +162,7 @@ public:
     void update(const osg::NodePtr& root, osg::UInt32 mask);
 
     /**
-     * Fills the buffers of batches that are stale; in the context.
+     * Fills the vertices and the markers of batches that are stale, not their indices; in the context.
      *
      * @param workers put the contents together, as many batches at once as there are workers
      */
@@ -205,6 +205,7 @@ private:
     void takeOut(std::uint32_t place);
     static std::uint32_t findPattern(Batch& batch, const DrawItem& item, std::vector<std::uint8_t>& corners);
     void prepare(Batch& batch, BatchContent& content);
+    void fill(Batch& batch, const BatchContent& content);
     void sortItems(Batch& batch, BatchContent& content);
     void tidy(std::uint32_t group, std::uint32_t batch);
     std::uint32_t findGroup(const DrawItem& item);

@@ -99,6 +99,9 @@ public:
      */
     void addUncovered(const Batch& batch, std::uint32_t item, const CoverMap& map, const Matrix4& worldToClip);
 
+    /** Puts the indices into the buffers of a batch, to be drawn from there. */
+    void fill(VertexBuffers& buffers) const { buffers.fillIndices(m_triangles, m_lines, m_points); }
+
     /** Draws with the bound vertices; VertexBuffers::bind() is to be called before anything else is drawn. */
     void draw() const;
 

@@ -557,7 +557,7 @@ private:
                 return false;
             }
             batches.push_back(unit.batch);
-            if (batches.size() == m_workers.getWidth()) {
+            if (deadline != Clock::time_point::max() && batches.size() == m_workers.getWidth()) {
                 m_batches.build(batches, m_workers);
                 batches.clear();
             }
@@ -710,8 +710,8 @@ private:
     void drawUnits(const UnitIterator begin, const UnitIterator end)
     {
         const DrawUnit* current = nullptr;
-        const auto gather = [](const DrawUnit* unit, ItemIndices& indices) {
-            if (unit->isSifted && unit->batch != nullptr) {
+        const auto gather = [this](const DrawUnit* unit, ItemIndices& indices) {
+            if (isGathered(*unit)) {
                 addItems(*unit, 0, unit->itemCount, indices);
             }
         };
@@ -844,7 +844,7 @@ private:
 
     void drawItems(const DrawUnit& unit, const std::size_t first, const std::size_t count)
     {
-        if (unit.isSifted && unit.batch != nullptr) {
+        if (isGathered(unit)) {
             ItemIndices& indices = m_gathered.front();
             indices.clear();
             addItems(unit, first, count, indices);
@@ -853,6 +853,11 @@ private:
         }
         if (unit.countSeen(first + count) == 0) {
             return;
+        }
+        if (unit.batch != nullptr && !unit.getBuffers().hasIndices()) {
+            ItemIndices indices;
+            addItems(unit, 0, unit.getAllItems(), indices);
+            indices.fill(unit.batch->buffers);
         }
         const IndexCounts begin = unit.getEnd(first);
         const IndexCounts end = unit.getEnd(first + count);
@@ -865,12 +870,18 @@ private:
         m_statistics.primitives += end.getPrimitives() - begin.getPrimitives();
     }
 
+    // Where some things are hidden, others soon are: indices for all need not go into buffers.
+    bool isGathered(const DrawUnit& unit) const
+    {
+        return unit.batch != nullptr && (unit.isSifted || (m_isSifted && !unit.getBuffers().hasIndices()));
+    }
+
     /** Adds those of some items of a batch that are seen. */
     static void addItems(const DrawUnit& unit, const std::size_t first, const std::size_t count, ItemIndices& indices)
     {
         const std::size_t last = unit.countSeen(first + count);
         for (std::size_t i = unit.countSeen(first); i < last; ++i) {
-            const std::uint32_t item = unit.seen[i];
+            const std::uint32_t item = unit.getSeen(i);
             indices.addLines(*unit.batch, item, unit.lineBits.empty() ? AllLines : unit.lineBits[item]);
         }
     }

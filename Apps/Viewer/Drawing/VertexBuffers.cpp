@@ -19,31 +19,31 @@ const void* offsetInBuffer(const std::size_t offset)
 
 constexpr std::size_t KindCount = 3;
 
-using Kinds = std::array<const std::vector<osg::UInt32>*, KindCount>;
-
-void fillShortIndices(const Kinds& kinds, const std::size_t count)
+// The kinds in one buffer, one behind the other.
+template <class Index>
+void fillBuffer(const std::array<const std::vector<Index>*, KindCount>& kinds)
 {
-    std::vector<GLushort> indices;
-    indices.reserve(count);
-    for (const std::vector<osg::UInt32>* kind : kinds) {
-        for (const osg::UInt32 index : *kind) {
-            indices.push_back(static_cast<GLushort>(index));
-        }
+    std::size_t count = 0;
+    for (const std::vector<Index>* kind : kinds) {
+        count += kind->size();
     }
-    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(GLushort)), indices.data(),
-                 GL_STATIC_DRAW);
-}
-
-// Large ones are handed over as they are.
-void fillLongIndices(const Kinds& kinds, const std::size_t count)
-{
-    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(GLuint)), nullptr, GL_STATIC_DRAW);
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(count * sizeof(Index)), nullptr, GL_STATIC_DRAW);
     GLintptr offset = 0;
-    for (const std::vector<osg::UInt32>* kind : kinds) {
-        const auto size = static_cast<GLsizeiptr>(kind->size() * sizeof(GLuint));
+    for (const std::vector<Index>* kind : kinds) {
+        const auto size = static_cast<GLsizeiptr>(kind->size() * sizeof(Index));
         glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, offset, size, kind->data());
         offset += size;
     }
+}
+
+std::vector<GLushort> shorten(const std::vector<osg::UInt32>& indices)
+{
+    std::vector<GLushort> result;
+    result.reserve(indices.size());
+    for (const osg::UInt32 index : indices) {
+        result.push_back(static_cast<GLushort>(index));
+    }
+    return result;
 }
 
 } // namespace
@@ -75,22 +75,39 @@ void VertexBuffers::release(std::vector<GLuint>& doomed)
 
 void VertexBuffers::fill(const VertexData& data)
 {
+    fillVertices(data);
+    if (data.vertexCount <= MostShortIndices) {
+        fillIndices(shorten(data.triangles), shorten(data.lines), shorten(data.points));
+        return;
+    }
+    m_counts = {data.triangles.size(), data.lines.size(), data.points.size()};
+    m_shortIndices = false;
+    m_hasIndices = true;
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_indices);
+    fillBuffer<osg::UInt32>({&data.triangles, &data.lines, &data.points});
+}
+
+void VertexBuffers::fillVertices(const VertexData& data)
+{
     if (m_vertices == 0) {
         glGenBuffers(1, &m_vertices);
         glGenBuffers(1, &m_indices);
     }
     m_format = data.format;
-    m_counts = {data.triangles.size(), data.lines.size(), data.points.size()};
-    m_shortIndices = data.vertexCount <= MostShortIndices;
+    m_counts = {};
+    m_hasIndices = false;
     glBindBuffer(GL_ARRAY_BUFFER, m_vertices);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(data.vertices.size()), data.vertices.data(), GL_STATIC_DRAW);
+}
+
+void VertexBuffers::fillIndices(const std::vector<GLushort>& triangles, const std::vector<GLushort>& lines,
+                                const std::vector<GLushort>& points)
+{
+    m_counts = {triangles.size(), lines.size(), points.size()};
+    m_shortIndices = true;
+    m_hasIndices = true;
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_indices);
-    const Kinds kinds{&data.triangles, &data.lines, &data.points};
-    if (m_shortIndices) {
-        fillShortIndices(kinds, m_counts.getSum());
-    } else {
-        fillLongIndices(kinds, m_counts.getSum());
-    }
+    fillBuffer<GLushort>({&triangles, &lines, &points});
 }
 
 void VertexBuffers::bind() const

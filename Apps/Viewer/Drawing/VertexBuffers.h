@@ -66,6 +66,16 @@ public:
 
     void fill(const VertexData& data);
 
+    /** Fills the vertices alone, up to 65536 of them: what is drawn comes with indices of its own until fillIndices().
+     */
+    void fillVertices(const VertexData& data);
+
+    /** Adds short indices to the vertices. */
+    void fillIndices(const std::vector<GLushort>& triangles, const std::vector<GLushort>& lines,
+                     const std::vector<GLushort>& points);
+
+    bool hasIndices() const { return m_hasIndices; }
+
     bool isFilled() const { return m_vertices != 0; }
     const VertexFormat& getFormat() const { return m_format; }
     const IndexCounts& getCounts() const { return m_counts; }
@@ -91,6 +101,7 @@ private:
     VertexFormat m_format;
     IndexCounts m_counts;
     bool m_shortIndices = false;
+    bool m_hasIndices = false;
 };
 
 } // namespace quon::viewer

@@ -2,6 +2,7 @@
 #include "Viewer/Model/WorkerPool.h"
 
 #include <algorithm>
+#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -35,13 +36,17 @@ std::size_t WorkerPool::countHelpers()
     return std::min<std::size_t>(std::max(std::thread::hardware_concurrency(), 1U) - 1, MostHelpers);
 }
 
-void WorkerPool::forEach(const std::size_t count, const Work& work)
+void WorkerPool::forEach(const std::size_t count, const Work& work, const std::function<void()>& meanwhile)
 {
-    if (count > 1) {
+    const bool isShared = count > (meanwhile ? 0U : 1U);
+    if (isShared) {
         start();
     }
     m_next = 0;
-    if (count < 2 || m_threads.empty()) {
+    if (!isShared || m_threads.empty()) {
+        if (meanwhile) {
+            meanwhile();
+        }
         for (std::size_t i = 0; i < count; ++i) {
             work(i);
         }
@@ -54,6 +59,9 @@ void WorkerPool::forEach(const std::size_t count, const Work& work)
         ++m_generation;
     }
     m_wake.notify_all();
+    if (meanwhile) {
+        guard(meanwhile);
+    }
     workOn(work, count);
     std::unique_lock<std::mutex> lock(m_mutex);
     // Who wakes up too late finds nothing and need not be waited for.
@@ -102,13 +110,22 @@ void WorkerPool::run()
 
 void WorkerPool::workOn(const Work& work, const std::size_t count)
 {
-    try {
+    guard([&] {
         for (std::size_t i = m_next++; i < count; i = m_next++) {
             work(i);
         }
+    });
+}
+
+/// Keeps what a call throws for the one who asked, and lets nobody begin anything any more.
+template <class Call>
+void WorkerPool::guard(const Call& call)
+{
+    try {
+        call();
     } catch (...) {
-        m_next = count;
         const std::lock_guard<std::mutex> lock(m_mutex);
+        m_next = std::numeric_limits<std::size_t>::max() / 2;
         if (m_error == nullptr) {
             m_error = std::current_exception();
         }

@@ -37,9 +37,10 @@ public:
      * Calls @p work once with each number below @p count, in any order and in several threads at once, and returns
      * when all calls have. Must not be called by two threads at once, nor by @p work itself.
      *
+     * @param meanwhile called first in this thread, while the others begin; may be empty
      * @throws whatever a call threw first; numbers that nobody began with are left out then
      */
-    void forEach(std::size_t count, const Work& work);
+    void forEach(std::size_t count, const Work& work, const std::function<void()>& meanwhile = {});
 
 private:
     static std::size_t countHelpers();
@@ -47,6 +48,8 @@ private:
     void start();
     void run();
     void workOn(const Work& work, std::size_t count);
+    template <class Call>
+    void guard(const Call& call);
 
     std::size_t m_helpers;
     std::vector<std::thread> m_threads;
