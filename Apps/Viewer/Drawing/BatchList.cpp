@@ -389,9 +389,7 @@ bool BatchList::isWanted(const osg::NodePtr&)
 
 void BatchList::geometryShown(const std::size_t place, const GeometryInstance& instance)
 {
-    if (m_items.size() <= place) {
-        m_items.resize(place + 1);
-    }
+    m_items.growTo(place + 1);
     Mesh& mesh = getMesh(instance.geometry);
     DrawItem& item = m_items[place];
     const osg::UInt32 materialId = idOf(instance.material);

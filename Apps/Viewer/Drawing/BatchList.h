@@ -5,6 +5,7 @@
 #include "Viewer/Drawing/MarkerBuffer.h"
 #include "Viewer/Drawing/VertexBuffers.h"
 #include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/PagedArray.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/SceneMirror.h"
 #include "Viewer/Model/SurfaceFacing.h"
@@ -215,7 +216,7 @@ private:
 
     const PreparedGeometries* m_prepared = nullptr;
     SceneMirror m_mirror;
-    std::vector<DrawItem> m_items;                  ///< by place
+    PagedArray<DrawItem> m_items;                   ///< by place
     std::unordered_map<osg::UInt32, Mesh> m_meshes; ///< by id of the geometry; ids are never reused
     osg::UInt32 m_newestId = 0;                     ///< of all geometries and properties that were ever read
     std::vector<osg::UInt32> m_staleMeshes;         ///< ids of those that are shown

@@ -395,7 +395,7 @@ std::uint32_t SceneMirror::addRecord(const osg::NodePtr& node, const osg::UInt32
     std::uint32_t place = 0;
     if (m_free.empty()) {
         place = static_cast<std::uint32_t>(m_records.size());
-        m_records.emplace_back();
+        m_records.growTo(m_records.size() + 1);
     } else {
         place = m_free.back();
         m_free.pop_back();

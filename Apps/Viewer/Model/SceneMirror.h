@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Viewer/Model/IdTable.h"
+#include "Viewer/Model/PagedArray.h"
 #include "Viewer/Model/SceneChanges.h"
 #include "Viewer/Model/SceneTraversal.h"
 
@@ -123,7 +124,7 @@ private:
     osg::UInt32 m_rootId = 0;
     osg::UInt32 m_mask = 0;
     std::uint64_t m_sumAboveRoot = 0;
-    std::vector<Record> m_records;
+    PagedArray<Record> m_records;
     std::vector<std::uint32_t> m_free;
     IdTable m_places;                   ///< of the records by id of the node
     std::vector<osg::UInt32> m_pending; ///< ids of nodes to look at

@@ -3,6 +3,7 @@
 
 #include "Viewer/Model/GeometryContent.h"
 #include "Viewer/Model/Matrix4.h"
+#include "Viewer/Model/PagedArray.h"
 #include "Viewer/Model/Part.h"
 #include "Viewer/Model/PreparedGeometries.h"
 #include "Viewer/Model/SceneMirror.h"
@@ -240,7 +241,7 @@ public:
     bool isOutOfDate() const { return m_changed || m_topStale || !m_staleMeshes.empty() || m_mirror.isOutOfDate(); }
 
     /** By place; some may be empty. */
-    const std::vector<Instance>& getInstances() const { return m_instances; }
+    const PagedArray<Instance>& getInstances() const { return m_instances; }
 
     std::vector<RawHit> intersect(const Ray& ray, const bool nearestOnly) const
     {
@@ -302,9 +303,7 @@ private:
 
     void geometryShown(const std::size_t place, const GeometryInstance& shown) override
     {
-        if (m_instances.size() <= place) {
-            m_instances.resize(place + 1);
-        }
+        m_instances.growTo(place + 1);
         Mesh& mesh = getMesh(shown.geometry);
         Instance& instance = m_instances[place];
         const osg::UInt32 materialId = shown.material == osg::NullFC ? 0 : osg::getContainerId(shown.material);
@@ -512,7 +511,7 @@ private:
     RTCScene m_top;
     const PreparedGeometries* m_prepared = nullptr;
     SceneMirror m_mirror;
-    std::vector<Instance> m_instances;
+    PagedArray<Instance> m_instances;
     std::unordered_map<osg::UInt32, Mesh> m_meshes;
     std::vector<osg::UInt32> m_staleMeshes;
     osg::UInt32 m_newestId = 0; ///< of all geometries, properties and materials that were ever met
@@ -835,7 +834,9 @@ std::vector<EmbreePicker::Hit> EmbreePicker::pickRegion()
         }
     }
 
-    for (const Scene::Instance& instance : m_scene->getInstances()) {
+    const PagedArray<Scene::Instance>& instances = m_scene->getInstances();
+    for (std::size_t place = 0; place < instances.size(); ++place) {
+        const Scene::Instance& instance = instances[place];
         if (!instance.attached || isOutside(*instance.mesh, worldToClip * instance.toWorld, planes) ||
             (!getDepthSelection() && inFront.count(instance.node) == 0) ||
             (getTransparencyEvaluationEnabled() && isWhollyTransparent(instance.material))) {
