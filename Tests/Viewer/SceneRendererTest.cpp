@@ -1415,6 +1415,25 @@ TEST_F(SceneRendererHiddenTest, SurfacesThatDoNotHideLeaveNothingOut)
     EXPECT_EQ(getHidden(), 0U);
 }
 
+TEST_F(SceneRendererHiddenTest, SurfacesPulledTowardsTheViewerLetOthersHideOthers)
+{
+    addLayers(0);
+    add(makeRectangle(-1, -1, 1, 1, 0.4F, makePlainMaterial(Green)));
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Blue);
+    const osg::PolygonChunkPtr chunk = osg::PolygonChunk::create();
+    beginEditCP(chunk);
+    chunk->setOffsetFill(true);
+    chunk->setOffsetFactor(-1);
+    chunk->setOffsetBias(-1);
+    addChunk(material, chunk);
+    add(makeRectangle(-0.5F, -0.5F, 0.5F, 0.5F, 0.4F, material));
+    const QImage everything = drawEverything();
+    ASSERT_GT(count(everything, BluePixel), 0);
+
+    EXPECT_EQ(drawWithoutHidden(), everything);
+    EXPECT_EQ(getHidden(), 3U * Rows * Rows);
+}
+
 TEST_F(SceneRendererHiddenTest, WhatIsTransparentHidesNothing)
 {
     addLayers(0);

@@ -159,15 +159,24 @@ bool MaterialState::isOrderless() const
 
 bool MaterialState::isCovering() const
 {
-    return !transparent && isCoverable() && !depthReadOnly && !hasBlending && alphaFunction == GL_NONE &&
-           frontMode == GL_FILL && backMode == GL_FILL && !polygonSmooth;
+    return isNearestSeen() && isCoverable() && frontMode == GL_FILL && backMode == GL_FILL;
+}
+
+bool MaterialState::isNearestSeen() const
+{
+    return !transparent && passesNearer() && !depthReadOnly && !hasBlending && alphaFunction == GL_NONE &&
+           !polygonSmooth;
+}
+
+bool MaterialState::passesNearer() const
+{
+    return depthTest && (depthFunction == GL_LESS || depthFunction == GL_LEQUAL);
 }
 
 bool MaterialState::isCoverable() const
 {
-    const bool passesNearer = depthFunction == GL_LESS || depthFunction == GL_LEQUAL;
     const bool isMoved = offsetPoint || offsetLine || offsetFill || depthNear != 0 || depthFar != 1;
-    return depthTest && passesNearer && !isMoved;
+    return passesNearer() && !isMoved;
 }
 
 bool MaterialState::isOverlay() const

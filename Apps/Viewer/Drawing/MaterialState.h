@@ -71,6 +71,9 @@ struct MaterialState {
     /** Whether it writes depths as opaque surfaces do, so that nothing is seen of what is behind it. */
     bool isCovering() const;
 
+    /** Whether of it and of other opaque surfaces the nearest is seen, whatever else is drawn behind that or not. */
+    bool isNearestSeen() const;
+
     /** Whether nothing is seen of it behind an opaque surface. */
     bool isCoverable() const;
 
@@ -87,6 +90,9 @@ struct MaterialState {
 
     /** Sets back everything that apply() sets to what it is in a new context. */
     static void reset();
+
+private:
+    bool passesNearer() const;
 };
 
 } // namespace quon::viewer

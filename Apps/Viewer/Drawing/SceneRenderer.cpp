@@ -46,7 +46,7 @@ constexpr std::size_t LeastCovered = 50000;
 constexpr std::array<double, 6> CoveredShares{0.15, 0.25, 0.35, 0.5, 0.7, 1};
 
 // Among so many geometries, the largest, hidden ones are looked for while the camera moves.
-constexpr double MostSought = 100000;
+constexpr double MostSought = 400000;
 
 // The largest side of a marker in pixels of the user interface, of surfaces and of lines: what is seen through lines is
 // not to be hidden by what stands for them.
@@ -256,8 +256,8 @@ private:
         bool isPossible = true;
         for (const DrawUnit& unit : m_units) {
             primitives += unit.getEnd(unit.getAllItems()).getPrimitives();
-            // Whoever looks through surfaces or writes depths of its own could show what is behind them.
-            isPossible = isPossible && (unit.state->transparent || unit.state->isCovering());
+            // Whoever looks through surfaces could show what is behind them.
+            isPossible = isPossible && (unit.state->transparent || unit.state->isNearestSeen());
         }
         m_isSifted = static_cast<double>(primitives) > m_mostPrimitives;
         m_isThinned = false;
