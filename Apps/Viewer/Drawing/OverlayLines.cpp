@@ -89,15 +89,18 @@ void OverlayLines::sortByBand()
             // What is cut off far away covers less than it seems.
             if (box.isKnown() && box.farthest <= 1) {
                 const std::size_t band = m_cover.findBand(box);
-                (band == LineCover::NoBand ? m_others : m_bands[band]).push_back({i, item});
+                (band == LineCover::NoBand ? m_others : m_bands[band])
+                    .push_back({i, item, box.right - box.left + box.top - box.bottom});
             }
         }
     }
 }
 
 /// In several threads at once for different bands.
-void OverlayLines::add(const std::vector<Item>& items, const CoverMap& map, const Matrix4& worldToClip)
+void OverlayLines::add(std::vector<Item>& items, const CoverMap& map, const Matrix4& worldToClip)
 {
+    // Large ones first: few long lines cover what many short ones need not be drawn for then.
+    std::sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.size > b.size; });
     for (const Item& item : items) {
         DrawUnit& unit = *m_units[item.unit];
         std::uint16_t& bits = unit.lineBits[item.item];

@@ -42,10 +42,11 @@ private:
     struct Item {
         std::uint32_t unit;
         std::uint32_t item;
+        float size; ///< in the picture
     };
 
     void sortByBand();
-    void add(const std::vector<Item>& items, const CoverMap& map, const Matrix4& worldToClip);
+    void add(std::vector<Item>& items, const CoverMap& map, const Matrix4& worldToClip);
 
     const MaterialState* m_state = nullptr;
     std::vector<DrawUnit*> m_units;
