@@ -128,6 +128,18 @@ TEST_F(LineCoverTest, SamplesAreCoveredOneByOne)
     EXPECT_FALSE(m_cover.isCovered(30, 31));
 }
 
+TEST_F(LineCoverTest, NothingCountsThatTilesMayLose)
+{
+    begin(LineStyle::Edges::Sampled);
+
+    add(64.05F, 30.5F, 70, 30.5F);
+    add(63.05F, 40.5F, 70, 40.5F);
+
+    EXPECT_TRUE(m_cover.isCovered(64, 30));
+    EXPECT_FALSE(m_cover.isCovered(63, 40));
+    EXPECT_TRUE(m_cover.isCovered(64, 40));
+}
+
 TEST_F(LineCoverTest, HardLinesCoverTheirPixelsAtOnce)
 {
     begin(LineStyle::Edges::Hard);
@@ -136,7 +148,8 @@ TEST_F(LineCoverTest, HardLinesCoverTheirPixelsAtOnce)
 
     EXPECT_TRUE(m_cover.isCovered(30, 30));
     EXPECT_FALSE(m_cover.isCovered(30, 31));
-    EXPECT_FALSE(m_cover.isCovered(41, 30));
+    EXPECT_TRUE(m_cover.isCovered(38, 30));
+    EXPECT_FALSE(m_cover.isCovered(40, 30));
 }
 
 TEST_F(LineCoverTest, ABoxIsHiddenWhenAllAroundItIsCovered)

@@ -1314,13 +1314,13 @@ protected:
     }
 
     // Frames of boxes, as a visualisation has them.
-    void addFrames(const int count, const osg::MaterialPtr& material)
+    void addFrames(const int count, const osg::MaterialPtr& material, const float size = 0.1F)
     {
         for (int i = 0; i < count; ++i) {
             const float left = -0.9F + 1.6F * static_cast<float>((i * 7919) % 997) / 997;
             const float bottom = -0.9F + 1.6F * static_cast<float>((i * 104729) % 991) / 991;
-            const float right = left + 0.1F;
-            const float top = bottom + 0.1F;
+            const float right = left + size;
+            const float top = bottom + size;
             std::vector<osg::Pnt3f> corners;
             for (unsigned corner = 0; corner < 8; ++corner) {
                 corners.emplace_back((corner & 1U) != 0 ? right : left, (corner & 2U) != 0 ? top : bottom,
@@ -1584,6 +1584,43 @@ TEST_F(SceneRendererOverlayTest, WhatLinesCoverIsNotDrawn)
     EXPECT_LT(getStatistics().opaque, 3U * Rows * Rows / 3);
     EXPECT_GT(getStatistics().opaque, 0U);
     expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, WhatLinesCoverIsNotDrawnWhereNoSurfaceHidesAnother)
+{
+    addLayers(0);
+    const osg::SimpleMaterialPtr material = makePlainMaterial(Red);
+    const osg::DepthChunkPtr chunk = osg::DepthChunk::create();
+    beginEditCP(chunk);
+    chunk->setReadOnly(true);
+    addChunk(material, chunk);
+    add(makeRectangle(-1, -1, 1, 1, -0.9F, material));
+    addFrames(Frames, makeOverlayMaterial(Blue, 0));
+    const QImage everything = drawEverything();
+
+    const QImage picture = drawWithoutHidden();
+
+    EXPECT_LT(getStatistics().opaque, 3U * Rows * Rows * 2 / 3);
+    expectSame(picture, everything);
+}
+
+TEST_F(SceneRendererOverlayTest, ItDoesNotMatterWhichLinesCameFirst)
+{
+    const osg::RefPtr<osg::MaterialPtr> kept(osg::MaterialPtr(makeOverlayMaterial(Blue, 0)));
+    const osg::MaterialPtr material = kept.get();
+    addFrames(Frames, material, 0.04F);
+    addFrames(Frames, material, 0.3F);
+    drawWithoutHidden();
+    const std::size_t smallFirst = getStatistics().primitives;
+    m_root = makeGroup();
+
+    addFrames(Frames, material, 0.3F);
+    addFrames(Frames, material, 0.04F);
+    drawWithoutHidden();
+
+    EXPECT_LT(smallFirst, Lines / 6);
+    EXPECT_LT(smallFirst, getStatistics().primitives * 11 / 10);
+    EXPECT_LT(getStatistics().primitives, smallFirst * 11 / 10);
 }
 
 TEST_F(SceneRendererOverlayTest, UnderLinesThatAreNotTheLastEverythingIsDrawn)

@@ -108,9 +108,14 @@ TEST(WorkerPoolTest, OthersBeginBeforeTheCallerIsReady)
 {
     WorkerPool pool(1);
     std::atomic<bool> isBegun{false};
+    std::thread::id worker;
 
     pool.forEach(
-        1, [&](std::size_t) { isBegun = true; },
+        1,
+        [&](std::size_t) {
+            worker = std::this_thread::get_id();
+            isBegun = true;
+        },
         [&] {
             while (!isBegun) {
                 std::this_thread::yield();
@@ -118,6 +123,7 @@ TEST(WorkerPoolTest, OthersBeginBeforeTheCallerIsReady)
         });
 
     EXPECT_TRUE(isBegun);
+    EXPECT_NE(worker, std::this_thread::get_id());
 }
 
 TEST(WorkerPoolTest, WhatTheCallerThrowsMeanwhileReachesItself)
