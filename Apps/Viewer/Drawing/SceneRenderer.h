@@ -42,7 +42,8 @@ class PreparedGeometries;
  * batches of what it touched. sceneChanged() has to hear of every edit before the next drawing; the values of materials
  * and chunks are read anew at every drawing.
  * Where a picture takes long, it is found out first what is hidden behind opaque surfaces, and of many geometries of
- * one unlit colour those are left out that touch no pixel of another colour. What is seen stays the same.
+ * one unlit colour those are left out that touch no pixel of another colour. Where those are lines that are drawn last and
+ * over everything, what they cover is left out as well. What is seen stays the same.
  * @par Resources
  * Geometry lives in buffers of the context from its first drawing until it changes or is destroyed. All operations
  * except the setters and sceneChanged() need the same context to be current; releaseResources() must be called with it
