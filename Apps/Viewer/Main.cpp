@@ -32,6 +32,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
@@ -89,11 +90,11 @@ void checkRecording(const CommandLine& line)
 }
 
 // What is missing of a model is no reason not to show the rest.
-quon::viewer::LoadedModel loadModel(const CommandLine& line)
+quon::viewer::LoadedModel loadModel(const std::string& file)
 {
-    quon::viewer::LoadedModel model = quon::viewer::ModelLoader().load(line.model);
+    quon::viewer::LoadedModel model = quon::viewer::ModelLoader().load(file);
     if (!model.missing.isEmpty()) {
-        const ViewerError warning(line.model, model.missing.join(QLatin1Char(' ')).toStdString());
+        const ViewerError warning(file, model.missing.join(QLatin1Char(' ')).toStdString());
         std::fprintf(stderr, "koviewer: %s\n", warning.what());
     }
     return model;
@@ -101,16 +102,25 @@ quon::viewer::LoadedModel loadModel(const CommandLine& line)
 
 osg::RefPtr<osg::NodePtr> makeModel(const CommandLine& line)
 {
-    return line.partCount > 0 ? quon::viewer::AssemblyGenerator::generate(line.partCount) : loadModel(line).root;
+    return line.partCount > 0 ? quon::viewer::AssemblyGenerator::generate(line.partCount) : loadModel(line.model).root;
 }
 
-// With its unit, which measurements are written in.
-void showModel(const CommandLine& line, quon::viewer::ModelSettings& settings)
+// With its unit, which measurements are written in. An assembly of so many parts where there is no file.
+void showModel(const std::string& file, const int partCount, quon::viewer::ModelSettings& settings)
 {
-    if (line.partCount > 0) {
-        settings.show(quon::viewer::AssemblyGenerator::generate(line.partCount).get());
+    if (file.empty()) {
+        settings.show(quon::viewer::AssemblyGenerator::generate(partCount).get());
     } else {
-        settings.show(loadModel(line));
+        settings.show(loadModel(file));
+    }
+}
+
+// Each line as it comes: whoever writes them may wait for what the last one did.
+void runFromInput(quon::viewer::ScriptRunner& runner)
+{
+    std::string text;
+    for (int number = 1; std::getline(std::cin, text); ++number) {
+        runner.run(quon::viewer::Script::parse(text, "standard input", number));
     }
 }
 
@@ -128,7 +138,8 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
 {
     // Cheap checks first: nothing is loaded for a script that cannot run to its end.
     quon::viewer::OutputFolder output(line.out);
-    const quon::viewer::Script script = quon::viewer::Script::load(line.script);
+    const bool isFromInput = line.script == CommandLine::StandardInput;
+    const quon::viewer::Script script = isFromInput ? quon::viewer::Script() : quon::viewer::Script::load(line.script);
     std::unique_ptr<InputRecorder> openedRecorder;
     if (!line.record.empty()) {
         openedRecorder = std::make_unique<InputRecorder>(line.record);
@@ -147,11 +158,18 @@ void runHeadless(const CommandLine& line, int& argc, char** argv)
     // Ends before what it watches does, also where the script does not reach its end.
     const std::unique_ptr<InputRecorder> recorder = std::move(openedRecorder);
     quon::viewer::ModelSettings modelSettings(session);
-    showModel(line, modelSettings);
+    showModel(line.model, line.partCount, modelSettings);
     if (recorder != nullptr) {
         recorder->start(session, viewport, getModelName(line));
     }
-    quon::viewer::ScriptRunner(session, viewport, &output).run(script);
+    quon::viewer::ScriptRunner runner(session, viewport, &output);
+    runner.setOpener(
+        [&modelSettings](const std::string& file, const int partCount) { showModel(file, partCount, modelSettings); });
+    if (isFromInput) {
+        runFromInput(runner);
+    } else {
+        runner.run(script);
+    }
     if (recorder != nullptr) {
         recorder->stop();
         if (!recorder->getError().empty()) {

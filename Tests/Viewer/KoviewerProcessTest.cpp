@@ -55,7 +55,8 @@ protected:
                 setenv("QT_QPA_PLATFORM", m_platform.c_str(), 1);
             }
             if (std::freopen(output.c_str(), "w", stdout) == nullptr ||
-                std::freopen(error.c_str(), "w", stderr) == nullptr) {
+                std::freopen(error.c_str(), "w", stderr) == nullptr ||
+                std::freopen(m_input.empty() ? "/dev/null" : m_input.c_str(), "r", stdin) == nullptr) {
                 _exit(127);
             }
             std::vector<std::string> words{KO_VIEWER};
@@ -113,6 +114,7 @@ protected:
 
     TemporaryFolder m_folder;
     std::string m_platform; ///< of Qt, empty for none
+    std::string m_input;    ///< the file that is read as standard input, empty for none
 };
 
 TEST_F(KoviewerProcessTest, HelpAndVersionGoToStandardOutput)
@@ -389,6 +391,36 @@ TEST_F(KoviewerProcessTest, AScriptWithAnUnknownCommandIsRefusedBeforeItsFirstPi
     const std::string file = m_folder.write("script.txt", "# a comment\nshot picture\nexplode 3\n");
 
     expectRefused(runHeadless(KO_ENGINE_MODEL, file), file + ":3: unknown command 'explode'");
+}
+
+TEST_F(KoviewerProcessTest, AScriptIsReadFromStandardInputLineByLine)
+{
+    m_input = m_folder.write("input.txt", "size 80 60\nreport first\n\nshot one\nreport second\nexplode 3\nshot two\n");
+
+    const Outcome outcome = runAssembly(20, "-");
+
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.error, "koviewer: standard input:6: unknown command 'explode'\n");
+    EXPECT_THAT(outcome.output, ContainsRegex("^first containers .*\nsecond containers [^\n]*\n$"));
+    EXPECT_THAT(pictures(), ElementsAre("01-one.png"));
+}
+
+TEST_F(KoviewerProcessTest, AScriptShowsOtherModelsAndAssembliesOneAfterTheOther)
+{
+    const std::string file = m_folder.write(
+        "script.txt", std::string("expect-model 20\nopen \"") + KO_ENGINE_MODEL +
+                          "\"\nclick-visible 1\nexpect-selection 1\ngenerate 7\nexpect-selection 0\nexpect-model 7\n");
+
+    const Outcome outcome = runAssembly(20, file);
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, "");
+
+    const std::string missing = m_folder.path("none.glb");
+    const std::string bad = m_folder.write("script.txt", "\nopen \"" + missing + "\"\n");
+    const Outcome refused = runAssembly(20, bad);
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.error, "koviewer: " + bad + ":2: " + missing + ": no such file\n");
 }
 
 TEST_F(KoviewerProcessTest, AScriptThatCannotGoOnIsRefusedAndKeepsItsPictures)

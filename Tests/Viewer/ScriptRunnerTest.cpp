@@ -20,6 +20,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace quon::testing {
 
@@ -271,6 +272,79 @@ TEST_F(ScriptRunnerTest, WhatIsNotAsExpectedIsADivergence)
     EXPECT_EQ(diverge("lock /0\nexpect-locked 0"), "file:4: the model has 1 locked node where the recording had 0");
     EXPECT_EQ(diverge("hide /0/7"), "file:3: the model has no node '/0/7'");
     EXPECT_EQ(diverge("try expect-model 3\ntry hide /9"), "");
+}
+
+TEST_F(ScriptRunnerTest, AFingerSelectsAndTwoFingersZoom)
+{
+    run("click-part small\nselect");
+    const auto pointer = [&] {
+        const osg::Pnt2f& place = m_session.getPicker().getPointer();
+        return std::to_string(static_cast<int>(place[0])) + " " + std::to_string(static_cast<int>(place[1]));
+    };
+    const std::string place = pointer();
+
+    run("touch " + place + "\ntouch");
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+
+    const double distance = m_session.getCamera().getPose().distance;
+    run("touch 100 100\ntouch 100 100 140 100\ntouch 90 100 150 100\ntouch 70 100 170 100\ntouch");
+    EXPECT_LT(m_session.getCamera().getPose().distance, distance);
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+    run("touch");
+}
+
+TEST_F(ScriptRunnerTest, SetsAreRecalledChangedRenamedAndDeleted)
+{
+    const auto names = [&] {
+        std::vector<std::string> all;
+        for (const auto& set : m_session.getSets().getAll()) {
+            all.push_back(set.name.toStdString() + " " + std::to_string(set.size));
+        }
+        return all;
+    };
+
+    run("select /0\ncommand new-set\nselect /1\ncommand new-set");
+    EXPECT_THAT(names(), ElementsAre("Set 1 1", "Set 2 1"));
+    run("set recall \"set 1\"");
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+    run("set add \"Set 2\"");
+    EXPECT_EQ(selection().size(), 2U);
+    run("set replace \"Set 1\"\nset rename \"Set 1\" both");
+    EXPECT_THAT(names(), ElementsAre("both 2", "Set 2 1"));
+    run("set difference both \"Set 2\"\nset recall both");
+    EXPECT_THAT(selection(), ElementsAre(m_small));
+    run("set union \"Set 2\"");
+    EXPECT_THAT(names(), ElementsAre("both 1", "Set 2 2"));
+    run("set intersection \"Set 2\" both");
+    EXPECT_THAT(names(), ElementsAre("both 1", "Set 2 1"));
+    run("set delete both");
+    EXPECT_THAT(names(), ElementsAre("Set 2 1"));
+
+    EXPECT_EQ(runAndFail("set recall both"), "file:3: no set is named 'both'");
+    EXPECT_EQ(runAndFail("set union \"Set 2\" both"), "file:3: no set is named 'both'");
+    EXPECT_EQ(runAndFail("set rename \"Set 2\" \" \""), "file:3: a set cannot be named ' '");
+}
+
+TEST_F(ScriptRunnerTest, OtherModelsAreShownByWhoeverCanOpenThem)
+{
+    EXPECT_EQ(runAndFail("open model.glb"), "file:3: another model cannot be opened here");
+    std::vector<std::string> opened;
+    m_runner.setOpener([&](const std::string& file, const int partCount) {
+        opened.push_back(file + ":" + std::to_string(partCount));
+    });
+
+    run("open model.glb\ngenerate 12");
+
+    EXPECT_THAT(opened, ElementsAre("model.glb:0", ":12"));
+}
+
+TEST_F(ScriptRunnerTest, AReportIsOneLineOnStandardOutput)
+{
+    ::testing::internal::CaptureStdout();
+    run("report here");
+
+    EXPECT_THAT(::testing::internal::GetCapturedStdout(),
+                ::testing::MatchesRegex("here containers [0-9]+ resident [0-9]+ allocated [0-9]+ files [0-9]+\n"));
 }
 
 TEST_F(ScriptRunnerTest, PicturesNeedAFolder)

@@ -128,6 +128,36 @@ TEST(ScriptTest, RawInputIsReadAsItIsWritten)
     EXPECT_EQ(parseLine("keypress 0x01ffffff").key, Qt::Key_unknown);
 }
 
+TEST(ScriptTest, FingersAreAnyNumberOfPlaces)
+{
+    EXPECT_THAT(parseLine("touch").numbers, ::testing::IsEmpty());
+    EXPECT_THAT(parseLine("touch 1 -2 3 4").numbers, ElementsAre(1, -2, 3, 4));
+}
+
+TEST(ScriptTest, WhatHappensToASetSaysWhetherAnotherNameBelongsToIt)
+{
+    const ScriptCommand recall = parseLine("set recall \"Set 1\"");
+    EXPECT_EQ(recall.kind, Kind::Set);
+    EXPECT_EQ(recall.text, "recall");
+    EXPECT_THAT(recall.words, ElementsAre("Set 1"));
+
+    EXPECT_THAT(parseLine("set rename a b").words, ElementsAre("a", "b"));
+    EXPECT_THAT(parseLine("set union a").words, ElementsAre("a"));
+    EXPECT_THAT(parseLine("set difference a b").words, ElementsAre("a", "b"));
+}
+
+TEST(ScriptTest, OtherModelsAreFilesAndAssemblies)
+{
+    EXPECT_EQ(parseLine("open \"a model.glb\"").text, "a model.glb");
+    EXPECT_THAT(parseLine("generate 5000000").numbers, ElementsAre(5000000));
+    EXPECT_EQ(parseLine("report here").text, "here");
+}
+
+TEST(ScriptTest, LinesAreCountedFromTheOneThatIsSaidToBeTheFirst)
+{
+    EXPECT_EQ(Script::parse("fit\n\nfit", "script", 41).getCommands().back().line, 43);
+}
+
 TEST(ScriptTest, EditsNameNodesAndExpectationsCountThem)
 {
     EXPECT_THAT(parseLine("select").words, ::testing::IsEmpty());
@@ -224,6 +254,21 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"NegativeCount", "expect-hidden -1", "'-1' is out of range"},
         BadLine{"RepeatOfAClick", "click 1 2 repeat", "unexpected 'repeat', usage: click X Y [BUTTON] [MODIFIER...]"},
         BadLine{"EventWithoutVerb", "event tool:select", "argument missing, usage: event CATEGORY VERB"},
+        BadLine{"FingerWithoutHeight", "touch 1 2 3", "argument missing, usage: touch [X Y]..."},
+        BadLine{"UnknownActionOnASet", "set burn a",
+                "unexpected 'burn', usage: set recall|add|replace|delete NAME, rename NAME NEW-NAME, "
+                "union|intersection|difference NAME [NAME]"},
+        BadLine{"SetWithoutName", "set recall",
+                "argument missing, usage: set recall|add|replace|delete NAME, rename NAME NEW-NAME, "
+                "union|intersection|difference NAME [NAME]"},
+        BadLine{"SetWithoutNewName", "set rename a",
+                "argument missing, usage: set recall|add|replace|delete NAME, rename NAME NEW-NAME, "
+                "union|intersection|difference NAME [NAME]"},
+        BadLine{"SetWithASurplusName", "set recall a b",
+                "unexpected 'b', usage: set recall|add|replace|delete NAME, rename NAME NEW-NAME, "
+                "union|intersection|difference NAME [NAME]"},
+        BadLine{"AssemblyOfNothing", "generate 0", "'0' is out of range"},
+        BadLine{"AssemblyTooLarge", "generate 5000001", "'5000001' is out of range"},
         BadLine{"OpenQuote", "toggle-node \"half", "a quote is not closed"},
         BadLine{"PictureInAnotherFolder", "shot ../x", "'../x' is no name for a picture: letters, digits, - and _"},
         BadLine{"PictureWithoutName", "shot \"\"", "'' is no name for a picture: letters, digits, - and _"}),

@@ -8,6 +8,9 @@ namespace quon::viewer {
 
 /** What the user asked koviewer for. */
 struct CommandLine {
+    /** In place of a script's name: each line is carried out as soon as it is there. */
+    static constexpr const char* StandardInput = "-";
+
     bool help = false;
     bool version = false;
     bool headless = false;

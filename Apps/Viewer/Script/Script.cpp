@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Viewer/Script/Script.h"
 
+#include "Viewer/Model/AssemblyGenerator.h"
 #include "Viewer/Model/ViewerError.h"
 #include "Viewer/Session/Commands.h"
 #include "Viewer/Session/QtVersions.h"
@@ -30,9 +31,11 @@ using Kind = ScriptCommand::Kind;
 /**
  * What follows a command. One letter each: s a size, p a pixel, f a fraction or any number, a a number of any size, l a
  * length above 0, u degrees up or down, z a way to scroll, n a rank, w a number of steps, v a view, t a text, d a
- * picture's name, k a key, c a command, e a verb, g a gesture, h a phase of scrolling, o on or off, x a digest; at the
- * end N for any number of nodes, H for any number of buttons, q for "fitted" or nothing, b for a button and modifiers,
- * all optional, m for modifiers alone, r for modifiers and "repeat", i for modifiers and "inverted".
+ * picture's name, j a number of parts, k a key, c a command, e a verb, g a gesture, h a phase of scrolling, o on or
+ * off, x a digest, y what happens to a set, its name and that of another one where two belong to it; at the end N for
+ * any number of nodes, H for any number of buttons, P for any number of pixels, q for "fitted" or nothing, b for a
+ * button and modifiers, all optional, m for modifiers alone, r for modifiers and "repeat", i for modifiers and
+ * "inverted".
  */
 struct Grammar {
     const char* name;
@@ -59,6 +62,7 @@ constexpr Grammar Grammars[] = {
     {"scroll", Kind::Scroll, "ffzzzzhi",
      "X Y ANGLE-X ANGLE-Y PIXEL-X PIXEL-Y none|begin|update|end|momentum [inverted] [MODIFIER...]"},
     {"gesture", Kind::Gesture, "gfffm", "begin|end|pan|zoom|smart-zoom|rotate|swipe X Y VALUE [MODIFIER...]"},
+    {"touch", Kind::Touch, "P", "[X Y]..."},
     {"leave", Kind::Leave, "", ""},
     {"focusout", Kind::FocusOut, "", ""},
     {"key", Kind::Key, "km", "KEY [MODIFIER...]"},
@@ -80,6 +84,10 @@ constexpr Grammar Grammars[] = {
     {"isolate", Kind::Isolate, "N", "[NODE...]"},
     {"show-all", Kind::ShowAll, "", ""},
     {"forget-history", Kind::ForgetHistory, "", ""},
+    {"set", Kind::Set, "y",
+     "recall|add|replace|delete NAME, rename NAME NEW-NAME, union|intersection|difference NAME [NAME]"},
+    {"open", Kind::Open, "t", "FILE"},
+    {"generate", Kind::Generate, "j", "PARTS"},
     {"lock", Kind::Lock, "N", "[NODE...]"},
     {"unlock", Kind::Unlock, "N", "[NODE...]"},
     {"expect-model", Kind::ExpectModel, "x", "PARTS [CHECKSUM]"},
@@ -87,6 +95,7 @@ constexpr Grammar Grammars[] = {
     {"expect-hidden", Kind::ExpectHidden, "x", "COUNT [CHECKSUM]"},
     {"expect-locked", Kind::ExpectLocked, "x", "COUNT [CHECKSUM]"},
     {"shot", Kind::Shot, "d", "NAME"},
+    {"report", Kind::Report, "d", "NAME"},
 };
 
 // Names that are written and read the same way.
@@ -120,6 +129,16 @@ constexpr Named<Qt::NativeGestureType> Gestures[] = {{"begin", Qt::BeginNativeGe
                                                      {"smart-zoom", Qt::SmartZoomNativeGesture},
                                                      {"rotate", Qt::RotateNativeGesture},
                                                      {"swipe", Qt::SwipeNativeGesture}};
+
+// What happens to a set, and how many other names that takes: at least, at most.
+struct SetAction {
+    const char* name;
+    std::size_t fewest;
+    std::size_t most;
+};
+
+constexpr SetAction SetActions[] = {{"recall", 0, 0}, {"add", 0, 0},   {"replace", 0, 0},      {"delete", 0, 0},
+                                    {"rename", 1, 1}, {"union", 0, 1}, {"intersection", 0, 1}, {"difference", 0, 1}};
 
 template <class Value, std::size_t Count>
 const Named<Value>* findNamed(const Named<Value> (&table)[Count], const std::string& name)
@@ -320,6 +339,18 @@ private:
         case 'h':
             command.phase = takeNamed(Phases);
             break;
+        case 'j':
+            command.numbers.push_back(takeNumber(1, AssemblyGenerator::LargestCount, true));
+            break;
+        case 'y':
+            takeSetAction(command);
+            break;
+        case 'P':
+            while (m_next < m_words.size()) {
+                command.numbers.push_back(takeNumber(-LargestPixel, LargestPixel, true));
+                command.numbers.push_back(takeNumber(-LargestPixel, LargestPixel, true));
+            }
+            break;
         case 'o':
             command.on = takeIf("on");
             if (!command.on && !takeIf("off")) {
@@ -368,6 +399,21 @@ private:
             fail("unexpected '" + word + "', usage: " + m_usage);
         }
         return found->value;
+    }
+
+    void takeSetAction(ScriptCommand& command)
+    {
+        command.text = take();
+        const auto* action = std::find_if(std::begin(SetActions), std::end(SetActions),
+                                          [&](const SetAction& known) { return command.text == known.name; });
+        if (action == std::end(SetActions)) {
+            fail("unexpected '" + command.text + "', usage: " + m_usage);
+        }
+        command.words.push_back(take());
+        while (command.words.size() <= action->fewest ||
+               (command.words.size() <= action->most && m_next < m_words.size())) {
+            command.words.push_back(take());
+        }
     }
 
     int takeKey()
@@ -521,7 +567,7 @@ Script Script::load(const std::string& file)
     return parse(text.str(), file);
 }
 
-Script Script::parse(const std::string& text, const std::string& file)
+Script Script::parse(const std::string& text, const std::string& file, const int firstLine)
 {
     Script script;
     script.m_file = file;
@@ -529,7 +575,7 @@ Script Script::parse(const std::string& text, const std::string& file)
     const std::string mark = "\xEF\xBB\xBF";
     std::istringstream stream(text.compare(0, mark.size(), mark) == 0 ? text.substr(mark.size()) : text);
     std::string line;
-    for (int number = 1; std::getline(stream, line); ++number) {
+    for (int number = firstLine; std::getline(stream, line); ++number) {
         const std::string place = file + ":" + std::to_string(number);
         std::vector<std::string> words;
         if (!splitLine(line, words)) {

@@ -29,6 +29,7 @@ struct ScriptCommand {
         Wheel,           ///< numbers: x, y, steps
         Scroll,          ///< numbers: x, y, angles to the side and away, pixels to the side and away; phase; inverted
         Gesture,         ///< text: a kind of gesture; numbers: x, y, value
+        Touch,           ///< numbers: x, y of each finger
         Leave,           ///<
         FocusOut,        ///<
         Key,             ///< key
@@ -50,6 +51,9 @@ struct ScriptCommand {
         Isolate,         ///< words: nodes
         ShowAll,         ///<
         ForgetHistory,   ///<
+        Set,             ///< text: what happens to it; words: name, and another one where two belong to it
+        Open,            ///< text: file of a model
+        Generate,        ///< numbers: parts
         Lock,            ///< words: nodes
         Unlock,          ///< words: nodes
         ExpectModel,     ///< digest: the number of parts, and the checksum of all nodes
@@ -57,6 +61,7 @@ struct ScriptCommand {
         ExpectHidden,    ///< digest
         ExpectLocked,    ///< digest
         Shot,            ///< text: name of the picture
+        Report,          ///< text: name of the report
     };
 
     Kind kind;
@@ -94,8 +99,8 @@ public:
      */
     static Script load(const std::string& file);
 
-    /** Checks a script's text; @p file is what errors call it. */
-    static Script parse(const std::string& text, const std::string& file);
+    /** Checks a script's text; @p file is what errors call it, @p firstLine the number of its first line. */
+    static Script parse(const std::string& text, const std::string& file, int firstLine = 1);
 
     /** Writes a word so that it is read as it was; what no word can hold (quotes, ends of lines) becomes a blank. */
     static std::string writeWord(const std::string& word);

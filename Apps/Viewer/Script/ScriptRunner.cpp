@@ -4,6 +4,7 @@
 #include "Viewer/Model/NodePath.h"
 #include "Viewer/Model/Part.h"
 #include "Viewer/Script/OutputFolder.h"
+#include "Viewer/Script/ProcessReport.h"
 #include "Viewer/Session/QtVersions.h"
 #include "Viewer/Session/ViewerSession.h"
 #include "Viewer/Window/Viewport.h"
@@ -21,8 +22,10 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cstdio>
 #include <map>
 #include <string>
+#include <utility>
 
 namespace quon::viewer {
 
@@ -68,6 +71,11 @@ ScriptRunner::~ScriptRunner()
         m_viewport.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
         m_viewport.window()->resize(m_windowSize);
     }
+}
+
+void ScriptRunner::setOpener(std::function<void(const std::string& file, int partCount)> opener)
+{
+    m_opener = std::move(opener);
 }
 
 void ScriptRunner::run(const Script& script)
@@ -161,6 +169,9 @@ void ScriptRunner::run(const ScriptCommand& command)
     case Kind::Gesture:
         sendGesture(command);
         break;
+    case Kind::Touch:
+        sendTouch(command);
+        break;
     case Kind::Leave: {
         QEvent event(QEvent::Leave);
         send(event);
@@ -228,6 +239,15 @@ void ScriptRunner::run(const ScriptCommand& command)
     case Kind::Unlock:
         edit(command);
         break;
+    case Kind::Set:
+        changeSet(command);
+        break;
+    case Kind::Open:
+        open(command.text, 0);
+        break;
+    case Kind::Generate:
+        open({}, static_cast<int>(command.numbers[0]));
+        break;
     case Kind::ExpectModel:
     case Kind::ExpectSelection:
     case Kind::ExpectHidden:
@@ -239,6 +259,9 @@ void ScriptRunner::run(const ScriptCommand& command)
             throw ViewerError("there is no folder for pictures");
         }
         m_output->write(m_viewport.grabPicture(), command.text);
+        break;
+    case Kind::Report:
+        report(command.text);
         break;
     }
 }
@@ -332,6 +355,32 @@ void ScriptRunner::sendGesture(const ScriptCommand& command)
     send(event);
 }
 
+void ScriptRunner::sendTouch(const ScriptCommand& command)
+{
+    std::vector<QPointF> now;
+    for (std::size_t i = 0; i + 1 < command.numbers.size(); i += 2) {
+        now.emplace_back(command.numbers[i], command.numbers[i + 1]);
+    }
+    const std::vector<QPointF> before = std::exchange(m_fingers, now);
+    QList<QtVersions::Finger> fingers;
+    for (std::size_t i = 0; i < std::max(before.size(), now.size()); ++i) {
+        const QPointF position = i < now.size() ? now[i] : before[i];
+        const Qt::TouchPointState state = i >= before.size() ? Qt::TouchPointPressed
+                                          : i >= now.size()  ? Qt::TouchPointReleased
+                                                             : Qt::TouchPointMoved;
+        fingers.append(
+            QtVersions::makeFinger(static_cast<int>(i), state, position, m_viewport.mapToGlobal(QPoint()) + position));
+    }
+    if (fingers.isEmpty()) {
+        return;
+    }
+    const QEvent::Type type = before.empty() ? QEvent::TouchBegin
+                              : now.empty()  ? QEvent::TouchEnd
+                                             : QEvent::TouchUpdate;
+    QTouchEvent event = QtVersions::makeTouch(type, fingers);
+    send(event);
+}
+
 void ScriptRunner::sendKey(const QEvent::Type type, const ScriptCommand& command)
 {
     QKeyEvent event(type, command.key, command.modifiers, QString(), command.repeated);
@@ -413,6 +462,66 @@ void ScriptRunner::edit(const ScriptCommand& command)
         break;
     }
     m_session.processSceneChanges();
+}
+
+void ScriptRunner::changeSet(const ScriptCommand& command)
+{
+    SelectionSets& sets = m_session.getSets();
+    const auto find = [&](const std::string& name) {
+        const std::vector<SelectionSets::Info> all = sets.getAll();
+        const auto found = std::find_if(all.begin(), all.end(), [&](const SelectionSets::Info& set) {
+            return set.name.compare(QString::fromStdString(name), Qt::CaseInsensitive) == 0;
+        });
+        if (found == all.end()) {
+            throw ViewerError("no set is named '" + name + "'");
+        }
+        return found->id;
+    };
+    const std::string& action = command.text;
+    m_session.processSceneChanges();
+    const SelectionSets::Id id = find(command.words.front());
+    if (action == "recall") {
+        sets.recall(id);
+    } else if (action == "add") {
+        sets.addToSelection(id);
+    } else if (action == "replace") {
+        sets.replaceBySelection(id);
+    } else if (action == "delete") {
+        sets.remove(id);
+    } else if (action == "rename") {
+        if (!sets.rename(id, QString::fromStdString(command.words[1]))) {
+            throw ViewerError("a set cannot be named '" + command.words[1] + "'");
+        }
+    } else {
+        using Combination = SelectionSets::Combination;
+        const SelectionSets::Id other = command.words.size() > 1 ? find(command.words[1]) : SelectionSets::None;
+        sets.combine(id,
+                     action == "union"          ? Combination::Union
+                     : action == "intersection" ? Combination::Intersection
+                                                : Combination::Difference,
+                     other);
+    }
+    m_session.processSceneChanges();
+}
+
+void ScriptRunner::open(const std::string& file, const int partCount)
+{
+    if (!m_opener) {
+        throw ViewerError("another model cannot be opened here");
+    }
+    m_opener(file, partCount);
+    m_session.processSceneChanges();
+}
+
+void ScriptRunner::report(const std::string& name)
+{
+    m_session.processSceneChanges();
+    // Drivers keep more or less of what they had, as they like.
+    m_viewport.releasePictures();
+    // What was to be destroyed later is destroyed by now.
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    std::printf("%s %s\n", name.c_str(), ProcessReport::take().write().c_str());
+    std::fflush(stdout);
 }
 
 void ScriptRunner::expect(const ScriptCommand& command)

@@ -10,8 +10,10 @@
 
 #include <QEvent>
 #include <QPoint>
+#include <QPointF>
 #include <QSize>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,6 +52,12 @@ public:
     ScriptRunner& operator=(const ScriptRunner&) = delete;
 
     /**
+     * Sets what shows the models that the script names: that of a file or, where the name is empty, an assembly of so
+     * many parts. Without it, "open" and "generate" fail; what it throws fails them as well.
+     */
+    void setOpener(std::function<void(const std::string& file, int partCount)> opener);
+
+    /**
      * Runs the whole script.
      *
      * @throws ViewerError with the script's name, the line's number and the reason, for example a part that is not to
@@ -82,8 +90,12 @@ private:
     void sendWheel(const ScriptCommand& command);
     void sendScroll(const ScriptCommand& command);
     void sendGesture(const ScriptCommand& command);
+    void sendTouch(const ScriptCommand& command);
     void sendKey(QEvent::Type type, const ScriptCommand& command);
     void edit(const ScriptCommand& command);
+    void changeSet(const ScriptCommand& command);
+    void open(const std::string& file, int partCount);
+    void report(const std::string& name);
     std::vector<osg::NodePtr> findNodes(const std::vector<std::string>& words) const;
     void expect(const ScriptCommand& command);
     void addEmptyGroup(const ScriptCommand& command);
@@ -94,11 +106,13 @@ private:
     ViewerSession& m_session;
     Viewport& m_viewport;
     OutputFolder* m_output;
+    std::function<void(const std::string&, int)> m_opener;
     bool m_exact = false; ///< send no moves but those that the script names
     QSize m_windowSize;   ///< before the script changed that of the viewport within
     const QEvent* m_sent = nullptr;
     QPoint m_position;
     Qt::MouseButtons m_buttons = Qt::NoButton;
+    std::vector<QPointF> m_fingers; ///< on the touch screen
 };
 
 } // namespace quon::viewer

@@ -96,6 +96,33 @@ public:
         return QNativeGestureEvent(type, nullptr, position, inWindow, onScreen, value, 0, 0);
     }
 
+    /** A finger on a touch screen; @p onScreen is the same position there. */
+    static Finger makeFinger(const int id, const Qt::TouchPointState state, const QPointF& position,
+                             const QPointF& onScreen)
+    {
+        Finger finger(id);
+        finger.setState(state);
+        finger.setPos(position);
+        finger.setScreenPos(onScreen);
+        return finger;
+    }
+
+    /** What the fingers on a touch screen do, of which there is one even where there is none. */
+    static QTouchEvent makeTouch(const QEvent::Type type, const QList<Finger>& fingers)
+    {
+        // A device outlives all events that name it.
+        static QTouchDevice* const screen = [] {
+            auto* const device = new QTouchDevice;
+            device->setType(QTouchDevice::TouchScreen);
+            return device;
+        }();
+        Qt::TouchPointStates states;
+        for (const Finger& finger : fingers) {
+            states |= finger.state();
+        }
+        return QTouchEvent(type, screen, Qt::NoModifier, states, fingers);
+    }
+
     /** The pointer over a widget; both positions are those in the widget. */
     static QHoverEvent makeHover(const QEvent::Type type, const QPointF& position, const QPointF& lastPosition)
     {
@@ -164,6 +191,21 @@ public:
         constexpr int fingers = 2;
         return QNativeGestureEvent(type, QPointingDevice::primaryPointingDevice(), fingers, position, inWindow,
                                    onScreen, value, QPointF());
+    }
+
+    static Finger makeFinger(const int id, const Qt::TouchPointState state, const QPointF& position,
+                             const QPointF& onScreen)
+    {
+        return Finger(id, static_cast<QEventPoint::State>(state), position, onScreen);
+    }
+
+    static QTouchEvent makeTouch(const QEvent::Type type, const QList<Finger>& fingers)
+    {
+        constexpr int mostFingers = 10;
+        static const QPointingDevice screen(QStringLiteral("screen"), 1, QInputDevice::DeviceType::TouchScreen,
+                                            QPointingDevice::PointerType::Finger, QInputDevice::Capability::Position,
+                                            mostFingers, 0);
+        return QTouchEvent(type, &screen, Qt::NoModifier, fingers);
     }
 
     static QHoverEvent makeHover(const QEvent::Type type, const QPointF& position, const QPointF& lastPosition)

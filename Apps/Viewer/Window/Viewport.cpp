@@ -144,9 +144,7 @@ Viewport::~Viewport()
     m_session.removeSceneChangeListener(&m_renderer);
     // Frees the renderer's resources in its context, while the renderer is still there.
     delete m_surface;
-    if (m_offscreen != nullptr) {
-        m_offscreen->withContext([this] { m_renderer.releaseResources(); });
-    }
+    releasePictures();
 }
 
 QImage Viewport::grabPicture()
@@ -165,6 +163,14 @@ QImage Viewport::grabScene()
 {
     m_detail = SceneRenderer::Detail::Full; // of the window's next picture, which this is
     return m_surface != nullptr ? m_surface->grabFramebuffer() : drawOffscreen(false);
+}
+
+void Viewport::releasePictures()
+{
+    if (m_offscreen != nullptr) {
+        m_offscreen->withContext([this] { m_renderer.releaseResources(); });
+        m_offscreen.reset();
+    }
 }
 
 void Viewport::mousePressEvent(QMouseEvent* event)

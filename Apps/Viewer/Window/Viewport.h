@@ -80,6 +80,12 @@ public:
     /** Draws the scene alone, without notifications and without antialiasing: pixels have the colours of the scene. */
     QImage grabScene();
 
+    /**
+     * Gives back what drawing without a window has taken, the OpenGL driver's memory included. The next picture takes it
+     * anew; in a window nothing happens.
+     */
+    void releasePictures();
+
     /** Whether the last picture showed everything; otherwise a better one follows by itself. */
     bool isPictureComplete() const;
 
