@@ -534,6 +534,19 @@ TEST_F(EndToEndTest, AnotherModelTakesThePlaceOfTheOldOne)
     EXPECT_THAT(selection(), ElementsAre(other->getChild(0)));
 }
 
+TEST_F(EndToEndTest, TheBoxesOfOneModelAreGoneWithIt)
+{
+    const std::size_t before = countLiveContainers();
+    m_user.pressKey(Qt::Key_A, Qt::ControlModifier);
+    m_user.releaseKey(Qt::Key_A, Qt::ControlModifier);
+    m_user.type(Qt::Key_Escape);
+    EXPECT_GT(countLiveContainers(), before) << "boxes are kept for the next selection";
+
+    m_session.setModel(m_session.getModel());
+
+    EXPECT_EQ(countLiveContainers(), before);
+}
+
 TEST_F(EndToEndTest, WithoutAModelEveryKeyAndClickIsHarmless)
 {
     m_session.setModel(osg::NullFC);

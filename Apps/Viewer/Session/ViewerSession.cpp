@@ -161,6 +161,8 @@ void ViewerSession::setModel(const osg::NodePtr& model, const PreparedGeometries
     }
     m_measureTool.clear();
     m_selection->clearSelection();
+    // The boxes that a large model needed are not for the small one after it.
+    m_display.getBoxes().clear();
     m_sets.clear();
     if (m_model != osg::NullFC) {
         const osg::NodePtr old = m_model.get();
