@@ -310,6 +310,11 @@ BatchList::BatchList()
 void BatchList::sceneChanged(const SceneChanges& changes)
 {
     m_mirror.sceneChanged(changes);
+    if (!m_ranks.empty()) {
+        for (const osg::UInt32 id : changes.getDestroyed()) {
+            m_ranks.erase(id);
+        }
+    }
     if (m_meshes.empty()) {
         return;
     }

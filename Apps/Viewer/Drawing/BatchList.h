@@ -184,6 +184,8 @@ public:
     const DrawItem& getItem(const std::uint32_t place) const { return m_items[place]; }
 
     std::size_t getMeshCount() const { return m_meshes.size(); }
+    /** How many materials have a rank: those that were drawn and are still there. */
+    std::size_t getMaterialCount() const { return m_ranks.size(); }
     std::size_t getBatchCount() const { return m_batches.size() - m_freeBatches.size(); }
 
     /** How many geometries were read and how many buffers filled since the last call. */
