@@ -48,7 +48,6 @@ user=()
 [ "$(id -u)" -ne 0 ] || user=(--allow-root)
 lintian "${user[@]}" --fail-on error,warning --tag-display-limit 0 build/package/*.deb
 
-example=Examples/FirstContext
 work=$(mktemp -d)
 cleanup() {
     mountpoint -q "$work/root/proc" && umount "$work/root/proc"
@@ -56,6 +55,13 @@ cleanup() {
 }
 trap cleanup EXIT
 
+say "hardening"
+for package in build/package/*.deb; do
+    dpkg-deb -x "$package" "$work/unpacked"
+done
+cmake -DPREFIX="$work/unpacked/usr" -DREADELF=readelf -DVIEWER=ON -P Tests/Package/CheckHardening.cmake
+
+example=Examples/FirstContext
 inside() { chroot "$work/root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 "$@"; }
 
 # A minimal Debian with what a developer has, reaching its packages as this machine does.
@@ -84,9 +90,7 @@ printf 'fit\ncommand select-all\nshot all\n' >"$work/script"
 rm -rf build/package/pictures
 
 if [ "$mode" = here ]; then
-    for package in build/package/*.deb; do
-        dpkg-deb -x "$package" "$work/prefix"
-    done
+    mv "$work/unpacked" "$work/prefix"
     cp -r "$example" "$work/first"
     library=$(dirname "$(find "$work/prefix" -name 'libkoInteraction.so.1')")
     export LD_LIBRARY_PATH="$library" QT_QPA_PLATFORM=offscreen
