@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: MIT
+#
+# cmake -DSETUP=<scripts/setup.sh> -DLIST=<Docs/Licences.md> -P CheckLicences.cmake
+#
+# Everything that scripts/setup.sh installs is in the list of licences, and nothing else is in its last table.
+cmake_minimum_required(VERSION 3.25)
+
+execute_process(COMMAND "${SETUP}" --list OUTPUT_VARIABLE installed COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]+" installed "${installed}")
+file(STRINGS "${LIST}" rows REGEX "^[|] `")
+set(listed "")
+foreach(row IN LISTS rows)
+    if(NOT row MATCHES "^[|]([^|]+)[|] *[^ |][^|]*[|] *([^ |][^|]*)[|] *[^ |]")
+        message(SEND_ERROR "a row without version, licence or purpose: ${row}")
+    endif()
+    string(REGEX MATCHALL "`[^`]+`" names "${CMAKE_MATCH_1}")
+    string(REPLACE "`" "" names "${names}")
+    list(APPEND listed ${names})
+endforeach()
+set(faults "")
+foreach(package IN LISTS installed)
+    if(NOT package IN_LIST listed)
+        list(APPEND faults "${package} is installed and has no licence in the list")
+    endif()
+endforeach()
+foreach(package IN LISTS listed)
+    if(NOT package IN_LIST installed)
+        list(APPEND faults "${package} is in the list and is not installed")
+    endif()
+endforeach()
+if(NOT installed OR faults)
+    list(JOIN faults "\n" faults)
+    message(FATAL_ERROR "${faults}")
+endif()
+list(LENGTH installed count)
+message(STATUS "${count} packages, all in the list of licences")
