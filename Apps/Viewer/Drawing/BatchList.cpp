@@ -788,6 +788,8 @@ void BatchList::release()
     m_staleMeshes.clear();
     m_items.clear();
     deleteDoomedBuffers();
+    m_data = VertexData();
+    m_contents = std::vector<BatchContent>();
 }
 
 std::vector<DrawGroup*> BatchList::getGroups() const

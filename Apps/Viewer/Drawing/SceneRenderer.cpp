@@ -183,6 +183,14 @@ public:
         m_batches.release();
         m_reader.reset();
         m_programs.reset();
+        // What is kept for its memory, too: maps are as large as the largest picture so far.
+        m_depthMap = CoverMap();
+        m_colourMap = CoverMap();
+        m_occluders = Occluders();
+        m_overlayLines = OverlayLines();
+        m_gathered = {};
+        m_runs = std::vector<OccluderRun>();
+        m_units = std::vector<DrawUnit>();
     }
 
     osg::Color3f m_top;
