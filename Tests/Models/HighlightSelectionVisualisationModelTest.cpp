@@ -21,11 +21,12 @@
 #include <OpenSG/OSGRefPtr.h>
 
 #include <array>
+#include <charconv>
 #include <cstddef>
+#include <limits>
 #include <map>
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -279,32 +280,50 @@ private:
                              : osg::MaterialPtr(m_otherMaterials[static_cast<std::size_t>(number) - 2].get());
     }
 
-    // Trees as texts: mask, core and children of each node.
+    // Trees as texts: mask, core and children of each node. Strings and no streams, for these are most of what a sequence
+    // takes.
 
-    void write(std::ostream& stream, const Copy& copy)
+    static void writeHead(std::string& text, unsigned mask, unsigned core)
     {
-        stream << copy.mask << '/' << copy.core << '(';
+        text += std::to_string(mask);
+        text += '/';
+        text += std::to_string(core);
+        text += '(';
+    }
+
+    static void write(std::string& text, float number)
+    {
+        std::array<char, 32> digits = {};
+        const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number,
+                                           std::chars_format::general, std::numeric_limits<float>::digits10);
+        text.append(digits.data(), written.ptr);
+        text += ' ';
+    }
+
+    void write(std::string& text, const Copy& copy)
+    {
+        writeHead(text, copy.mask, copy.core);
         for (const Copy& child : copy.children) {
-            write(stream, child);
+            write(text, child);
         }
-        stream << ')';
+        text += ')';
         ++m_copiesOfCores[copy.core];
     }
 
     std::string textOf(const Highlight& highlight)
     {
-        std::ostringstream text;
+        std::string text;
         for (const float each : highlight.translation) {
-            text << each << ' ';
+            write(text, each);
         }
         for (const Copy& child : highlight.children) {
             write(text, child);
         }
-        return text.str();
+        return text;
     }
 
     // A core that no node of the scene has is one of the copy's own; the scene's own may have gone meanwhile.
-    void write(std::ostream& stream, const osg::NodePtr& node)
+    void write(std::string& text, const osg::NodePtr& node)
     {
         const osg::NodeCorePtr core = node->getCore();
         const bool isOwn = core->getType() == osg::Group::getClassType() && !isOfScene(osg::getContainerId(core));
@@ -313,28 +332,28 @@ private:
         if (isOwn) {
             requireSame("the count of a copy's own group", osg::getRefCount(core), 1);
         }
-        stream << node->getTravMask() << '/' << (isOwn ? 0 : osg::getContainerId(core)) << '(';
+        writeHead(text, node->getTravMask(), isOwn ? 0 : osg::getContainerId(core));
         for (osg::UInt32 index = 0; index < node->getNChildren(); ++index) {
-            write(stream, node->getChild(index));
+            write(text, node->getChild(index));
         }
-        stream << ')';
+        text += ')';
     }
 
     std::string textOf(const osg::NodePtr& highlight)
     {
-        std::ostringstream text;
+        std::string text;
         const auto transform = osg::TransformPtr::dcast(highlight->getCore());
         osg::Matrix expected;
         const osg::Matrix& matrix = transform->getMatrix();
         expected.setTranslate(matrix[3][0], matrix[3][1], matrix[3][2]);
         requireSame("a matrix is a translation", matrix == expected, true);
         for (osg::UInt32 axis = 0; axis < 3; ++axis) {
-            text << matrix[3][axis] << ' ';
+            write(text, matrix[3][axis]);
         }
         for (osg::UInt32 index = 0; index < highlight->getNChildren(); ++index) {
             write(text, highlight->getChild(index));
         }
-        return text.str();
+        return text;
     }
 
     bool isOfScene(osg::UInt32 core) const { return m_coresOfScene.count(core) == 1; }
@@ -470,23 +489,23 @@ private:
         if (m_scene->info(number).mask == 0xFFFFFFFF) {
             const std::vector<Copy> copied = m_model->copy(number);
             expectedChanges = m_model->takeChanges();
-            std::ostringstream text;
+            std::string text;
             for (const Copy& copy : copied) {
                 write(text, copy);
             }
-            expected = copied.empty() ? "old" : text.str();
+            expected = copied.empty() ? "old" : text;
         }
         expectedChanges.emplace_back("foreign all");
         requireSame("the changes", takeChanges(), expectedChanges);
-        std::ostringstream text;
+        std::string text;
         for (osg::UInt32 index = 0; index < m_foreign->getNChildren(); ++index) {
             if (m_foreign->getChild(index) == old) {
-                text << "old";
+                text += "old";
             } else {
                 write(text, m_foreign->getChild(index));
             }
         }
-        requireSame("what is below a group", text.str(), expected);
+        requireSame("what is below a group", text, expected);
         m_foreign->clearChildren();
         m_changes.skip();
     }
@@ -497,17 +516,17 @@ private:
         const osg::NodePtr copy = cloneSelectionTree(m_scene->node(number));
         requireSame("the count of a copy", osg::getRefCount(copy), 0);
         const NodeRef held(copy);
-        std::ostringstream text;
+        std::string text;
         if (copy != osg::NullFC) {
             write(text, copy);
         }
-        std::ostringstream expected;
+        std::string expected;
         if (number != 0) {
             for (const Copy& each : m_model->copy(number)) {
                 write(expected, each);
             }
         }
-        requireSame("a copy", text.str(), expected.str());
+        requireSame("a copy", text, expected);
     }
 
     void setRootMask(const ModelStep& step)
