@@ -6,6 +6,9 @@
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace quon::testing {
@@ -28,12 +31,21 @@ public:
     template <typename... Arguments>
     void call(const std::string& object, const std::string& operation, const Arguments&... arguments)
     {
-        std::ostringstream& entry = emptyStream();
-        entry << object << '.' << operation << '(';
         [[maybe_unused]] const char* separator = "";
-        ((entry << separator << arguments, separator = ", "), ...);
-        entry << ')';
-        add(entry.str());
+        if constexpr (((std::is_convertible_v<const Arguments&, std::string_view> &&
+                        !std::is_pointer_v<Arguments>)&&...)) {
+            // What a stream would write, in less time. Pointers may be null.
+            std::string entry = object;
+            ((entry += '.') += operation) += '(';
+            (((entry += separator) += std::string_view(arguments), separator = ", "), ...);
+            m_calls.push_back(std::move(entry += ')'));
+        } else {
+            std::ostringstream& entry = emptyStream();
+            entry << object << '.' << operation << '(';
+            ((entry << separator << arguments, separator = ", "), ...);
+            entry << ')';
+            add(entry.str());
+        }
     }
 
     /** Returns the entries since the start or the last take() or clear(). */

@@ -280,8 +280,8 @@ private:
                              : osg::MaterialPtr(m_otherMaterials[static_cast<std::size_t>(number) - 2].get());
     }
 
-    // Trees as texts: mask, core and children of each node. Strings and no streams, for these are most of what a sequence
-    // takes.
+    // Trees as texts: mask, core and children of each node. Strings and no streams, for these are most of what a
+    // sequence takes.
 
     static void writeHead(std::string& text, unsigned mask, unsigned core)
     {

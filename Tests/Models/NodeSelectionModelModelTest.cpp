@@ -39,16 +39,22 @@ using quon::testing::model::requireSame;
 constexpr std::size_t nodeCount = 6; // with null
 constexpr std::size_t visualisationCount = 3;
 
-std::string nameOf(int node)
+// Names are most of what a sequence takes: each is made once.
+const std::string& nameOf(int node)
 {
-    return node == 0 ? "null" : "n" + std::to_string(node);
+    static std::vector<std::string> names = {"null"};
+    const auto index = static_cast<std::size_t>(node);
+    while (names.size() <= index) {
+        names.push_back("n" + std::to_string(names.size()));
+    }
+    return names[index];
 }
 
 std::string nameOf(const NodeSelectionModelModel::Nodes& nodes)
 {
     std::string names = "selected";
     for (const int node : nodes) {
-        names += " " + nameOf(node);
+        (names += ' ') += nameOf(node);
     }
     return names;
 }
@@ -138,6 +144,7 @@ private:
     NodeSelectionModelModel::Nodes selection() const
     {
         NodeSelectionModelModel::Nodes numbers;
+        numbers.reserve(m_library->getSelection().size());
         for (const osg::NodePtr& node : m_library->getSelection()) {
             numbers.push_back(numberOf(node));
         }
