@@ -42,12 +42,15 @@ FieldContainerType* FieldContainerType::getParent() const
 
 bool FieldContainerType::isDerivedFrom(const FieldContainerType& other) const
 {
-    for (const FieldContainerType* type = this; type != nullptr; type = type->getParent()) {
-        if (type == &other) {
-            return true;
+    const FieldContainerType* type = this;
+    while (type != &other) {
+        // Only the first time, or at the root of all types, is the base to be looked for.
+        type = type->m_parent != nullptr ? type->m_parent : type->getParent();
+        if (type == nullptr) {
+            return false;
         }
     }
-    return false;
+    return true;
 }
 
 bool FieldContainerType::isNode() const
