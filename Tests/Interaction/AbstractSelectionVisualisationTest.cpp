@@ -17,6 +17,8 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -82,6 +84,9 @@ public:
     void updateNode(const osg::NodePtr& node) override
     {
         m_log.add("updateNode(" + nameOf(node) + ")");
+        if (onUpdateNode) {
+            onUpdateNode(node);
+        }
         AbstractSelectionVisualisation::updateNode(node);
     }
 
@@ -126,6 +131,7 @@ public:
     bool isWanted = true;
     // What createVisualisation() returns instead of a new node, when set.
     osg::NodePtr prepared;
+    std::function<void(const osg::NodePtr&)> onUpdateNode;
     std::function<void(const osg::NodePtr&)> onCreate;
     std::function<void(const osg::NodePtr&, const osg::NodePtr&)> onRemove;
     std::function<void(const osg::NodePtr&, const osg::NodePtr&)> onUpdate;
@@ -750,6 +756,108 @@ TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayAddOtherNodes)
                             "createVisualisation(c)", "updateNode(c)", "isVisible()", "shouldHaveVisualization(c)",
                             "updateVisualisation(c, visualisation of c)"));
     EXPECT_EQ(root()->getNChildren(), 3U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayRemoveItsNodeAndOthers)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->addNode(m_c);
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        if (node == m_a) {
+            m_visualisation->removeNode(m_a);
+            m_visualisation->removeNode(m_b);
+        }
+    };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("isVisible()", "updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                            "updateVisualisation(a, visualisation of a)", "removeVisualisation(a, visualisation of a)",
+                            "removeVisualisation(b, visualisation of b)", "updateNode(c)", "isVisible()",
+                            "shouldHaveVisualization(c)", "updateVisualisation(c, visualisation of c)"));
+    EXPECT_FALSE(m_visualisation->hasNode(m_a));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayRemoveAllNodes)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->onUpdate = [&](const osg::NodePtr&, const osg::NodePtr&) { m_visualisation->removeAllNodes(); };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("isVisible()", "updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                            "updateVisualisation(a, visualisation of a)", "removeVisualisation(a, visualisation of a)",
+                            "removeVisualisation(b, visualisation of b)"));
+    EXPECT_EQ(root()->getNChildren(), 0U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayUpdateOthersAndAll)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    bool isFirst = true;
+    m_visualisation->onUpdateNode = [&](const osg::NodePtr& node) {
+        if (isFirst && node == m_a) {
+            isFirst = false;
+            m_visualisation->AbstractSelectionVisualisation::updateNode(m_b);
+            m_visualisation->updateAllNodes();
+            m_visualisation->AbstractSelectionVisualisation::updateNode(m_c);
+        }
+    };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("isVisible()", "updateNode(a)", //
+                            "isVisible()", "shouldHaveVisualization(b)", "updateVisualisation(b, visualisation of b)",
+                            "isVisible()", "updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                            "updateVisualisation(a, visualisation of a)", "updateNode(b)", "isVisible()",
+                            "shouldHaveVisualization(b)", "updateVisualisation(b, visualisation of b)", //
+                            "isVisible()",                                                              //
+                            "isVisible()", "shouldHaveVisualization(a)", "updateVisualisation(a, visualisation of a)",
+                            "updateNode(b)", "isVisible()", "shouldHaveVisualization(b)",
+                            "updateVisualisation(b, visualisation of b)"));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, UpdatingAllLeavesNothingBehind)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->updateAllNodes();
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        if (node == m_b) {
+            throw std::runtime_error("no update");
+        }
+    };
+    EXPECT_THROW(m_visualisation->updateAllNodes(), std::runtime_error);
+    m_visualisation->removeNode(m_b);
+    m_log.clear();
+
+    m_visualisation->updateNode(m_b);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("updateNode(b)", "isVisible()"));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AVisualisationInThePlaceOfAnOlderOneKnowsNothingOfItsNodes)
+{
+    std::optional<RecordingKind> inPlace;
+    inPlace.emplace(m_log, m_names);
+    inPlace->addNode(m_a);
+    inPlace->updateAllNodes();
+    inPlace.emplace(m_log, m_names);
+    m_log.clear();
+
+    inPlace->updateNode(m_a);
+
+    EXPECT_THAT(m_log.calls(), ElementsAre("updateNode(a)", "isVisible()"));
 }
 
 TEST_F(AbstractSelectionVisualisationTest, UpdatingAShownVisualisationDoesNotWriteItsMask)
