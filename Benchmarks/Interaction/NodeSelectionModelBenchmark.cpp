@@ -294,9 +294,9 @@ benchmark::internal::Benchmark* addOne(const std::string& name, const Shown show
 }
 
 template <class... Arguments>
-void add(const std::string& name, const Shown shown, const Arguments&... arguments)
+benchmark::internal::Benchmark* add(const std::string& name, const Shown shown, const Arguments&... arguments)
 {
-    addOne(name, shown, arguments...)->RangeMultiplier(10)->Range(fewest, most);
+    return addOne(name, shown, arguments...)->RangeMultiplier(10)->Range(fewest, most);
 }
 
 // Done once: alone in a process, its memory is all new.
@@ -331,7 +331,8 @@ void addBare(const std::string& name, const Order order)
         add("removeNodes/backward", shown, deselect, Order::Backward, removeTogether);
         add("removeNodes/random", shown, deselect, Order::Shuffled, removeTogether);
         add("removeNode+addNode", shown, toggle);
-        add("clearSelection", shown, deselect, Order::Forward, clear);
+        // So often, however little time it takes: selecting again in between is not counted.
+        add("clearSelection", shown, deselect, Order::Forward, clear)->Iterations(20);
         add("updateNode", shown, refresh, false, updateOneByOne);
         add("updateVisualisations/unchanged", shown, refresh, false, updateTogether);
         add("updateVisualisations/moved", shown, refresh, true, updateTogether);

@@ -28,7 +28,7 @@ public:
     /** Inserts @p value into a set; false when it was there. */
     bool insert(Container& container, const typename Container::value_type& value)
     {
-        if (m_nodes.empty()) {
+        if (getCount() == 0) {
             return container.insert(value).second;
         }
         Node node = takeNode();
@@ -42,7 +42,7 @@ public:
     template <class Key>
     typename Container::iterator insert(Container& container, typename Container::iterator hint, const Key& key)
     {
-        if (m_nodes.empty()) {
+        if (getCount() == 0) {
             return container.emplace_hint(hint, key, typename Container::mapped_type());
         }
         Node node = takeNode();
@@ -56,7 +56,7 @@ public:
     /** Returns an element of a set, to be inserted without fail. */
     Node prepare(const typename Container::value_type& value)
     {
-        if (m_nodes.empty()) {
+        if (getCount() == 0) {
             Container element;
             return element.extract(element.insert(value).first);
         }
@@ -79,12 +79,39 @@ public:
         keep(std::move(node));
     }
 
+    /** Empties a set; where all its elements can be kept and no cleared ones are left, in constant time. */
+    void clear(Container& container) noexcept
+    {
+        if (getCount() + container.size() > Limit) {
+            container.clear();
+        } else if (m_cleared.empty()) {
+            m_cleared.swap(container);
+        }
+        while (!container.empty()) {
+            keep(container.extract(container.begin()));
+        }
+    }
+
+    /** Empties a map; the values go first, those of the highest keys before all others. */
+    void clearEntries(Container& container)
+    {
+        for (auto entry = container.rbegin(); entry != container.rend(); ++entry) {
+            entry->second = typename Container::mapped_type();
+        }
+        clear(container);
+    }
+
 private:
     // All at once, so that keeping a node never fails. The system gives memory to what is written only.
     SpareNodes() { m_nodes.reserve(Limit); }
 
+    std::size_t getCount() const { return m_nodes.size() + m_cleared.size(); }
+
     Node takeNode()
     {
+        if (m_nodes.empty()) {
+            return m_cleared.extract(m_cleared.begin());
+        }
         Node node = std::move(m_nodes.back());
         m_nodes.pop_back();
         return node;
@@ -92,12 +119,13 @@ private:
 
     void keep(Node node) noexcept
     {
-        if (!node.empty() && m_nodes.size() < Limit) {
+        if (!node.empty() && getCount() < Limit) {
             m_nodes.push_back(std::move(node));
         }
     }
 
     std::vector<Node> m_nodes;
+    Container m_cleared; // taken apart only when its elements are asked for
 };
 
 } // namespace quon::interaction

@@ -163,6 +163,113 @@ TEST(SpareNodesTest, AnEntryThatIsThereKeepsItsValueAndIsReturned)
     EXPECT_EQ(map.size(), 1U);
 }
 
+TEST(SpareNodesTest, TheElementsOfAClearedSetAreUsedForWhatIsInsertedNext)
+{
+    using Spares = interaction::SpareNodes<Set<5>, 8>;
+    Set<5> set = {1, 2, 3};
+    Spares::instance().clear(set);
+    EXPECT_TRUE(set.empty());
+    EXPECT_EQ(getAllocations<5>(), 3);
+
+    for (const int value : {7, 6, 5}) {
+        EXPECT_TRUE(Spares::instance().insert(set, value));
+    }
+    EXPECT_THAT(set, ElementsAre(5, 6, 7));
+    EXPECT_EQ(getAllocations<5>(), 3);
+
+    Spares::instance().insert(set, 8);
+    EXPECT_EQ(getAllocations<5>(), 4);
+}
+
+TEST(SpareNodesTest, AClearedSetThatIsLargerThanTheLimitIsGivenBack)
+{
+    using Spares = interaction::SpareNodes<Set<6>, 2>;
+    Set<6> set = {1, 2, 3};
+
+    Spares::instance().clear(set);
+
+    EXPECT_TRUE(set.empty());
+    const int kept = CountingAllocator<int, 6>::nodes();
+    EXPECT_EQ(kept, 0);
+}
+
+TEST(SpareNodesTest, SeveralClearedSetsAreKept)
+{
+    using Spares = interaction::SpareNodes<Set<7>, 5>;
+    Set<7> first = {1, 2};
+    Set<7> second = {3, 4};
+    Set<7> third = {5, 6};
+    Spares::instance().clear(first);
+    Spares::instance().clear(second);
+    EXPECT_TRUE(second.empty());
+
+    // Would be one too many.
+    Spares::instance().clear(third);
+    EXPECT_TRUE(third.empty());
+    const int kept = CountingAllocator<int, 7>::nodes();
+    EXPECT_EQ(kept, 4);
+
+    for (const int value : {9, 8, 7, 6}) {
+        Spares::instance().insert(first, value);
+    }
+    EXPECT_THAT(first, ElementsAre(6, 7, 8, 9));
+    EXPECT_EQ(getAllocations<7>(), 6);
+}
+
+TEST(SpareNodesTest, ErasedAndClearedElementsTogetherAreNoMoreThanTheLimit)
+{
+    using Spares = interaction::SpareNodes<Set<8>, 3>;
+    Set<8> set = {1, 2, 3, 4};
+    Spares::instance().erase(set, set.begin());
+    Spares::instance().erase(set, set.begin());
+    Spares::instance().clear(set);
+    const int keptAfterErasing = CountingAllocator<int, 8>::nodes();
+    EXPECT_EQ(keptAfterErasing, 2);
+
+    // The other way round.
+    set = {5, 6, 7};
+    Spares::instance().insert(set, 8);
+    Spares::instance().insert(set, 9);
+    Spares::instance().erase(set, set.begin());
+    Set<8> other = {10, 11};
+    Spares::instance().clear(other);
+    Spares::instance().erase(set, set.begin());
+    const int kept = CountingAllocator<int, 8>::nodes() - static_cast<int>(set.size());
+    EXPECT_EQ(kept, 3);
+}
+
+// Writes its name when it goes.
+struct Witness {
+    explicit Witness(std::string& text, char name)
+        : m_text(text)
+        , m_name(name)
+    {}
+    Witness(const Witness&) = delete;
+    Witness& operator=(const Witness&) = delete;
+    ~Witness() { m_text += m_name; }
+
+    std::string& m_text;
+    char m_name;
+};
+
+TEST(SpareNodesTest, TheValuesOfAClearedMapGoFirstFromTheHighestKeyOn)
+{
+    using Map = std::map<int, std::shared_ptr<Witness>>;
+    using Spares = interaction::SpareNodes<Map, 8>;
+    std::string gone;
+    Map map;
+    for (const int key : {3, 1, 2}) {
+        map[key] = std::make_shared<Witness>(gone, static_cast<char>('0' + key));
+    }
+
+    Spares::instance().clearEntries(map);
+
+    EXPECT_EQ(gone, "321");
+    EXPECT_TRUE(map.empty());
+    const auto entry = Spares::instance().insert(map, map.end(), 9);
+    EXPECT_EQ(entry->second, nullptr);
+}
+
 } // namespace
 
 } // namespace quon::testing
