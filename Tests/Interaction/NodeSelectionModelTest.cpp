@@ -404,6 +404,25 @@ TEST_F(NodeSelectionModelTest, ClearSelectionWithoutVisualisationsEmptiesTheSet)
     EXPECT_THAT(m_model.getSelection(), IsEmpty());
 }
 
+// More elements than are kept for the next selection.
+TEST_F(NodeSelectionModelTest, AHugeSelectionIsClearedAndMadeAgain)
+{
+    std::vector<osg::RefPtr<osg::NodePtr>> owners;
+    std::vector<osg::NodePtr> nodes;
+    for (int count = 0; count < 100001; ++count) {
+        owners.emplace_back(osg::Node::create());
+        nodes.push_back(owners.back().get());
+    }
+    m_model.setSelection(nodes);
+    EXPECT_EQ(m_model.getSelection().size(), nodes.size());
+
+    m_model.clearSelection();
+    EXPECT_THAT(m_model.getSelection(), IsEmpty());
+
+    m_model.setSelection(nodes);
+    EXPECT_EQ(m_model.getSelection().size(), nodes.size());
+}
+
 TEST_F(NodeSelectionModelTest, SetSelectionOfANodeClearsTheVisualisationsBeforeTheSet)
 {
     attachBoth();
