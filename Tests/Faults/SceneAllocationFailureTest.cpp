@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Faults/EveryFailure.h"
 
+#include <Interaction/AbstractSelectionVisualisation.h>
 #include <Interaction/BoxSelectionVisualisation.h>
 #include <Interaction/HighlightSelectionVisualisation.h>
 #include <Interaction/InteractionManager.h>
@@ -11,6 +12,7 @@
 #include <InteractionTesting/LiveContainers.h>
 #include <InteractionTesting/SceneBuilder.h>
 
+#include "Support/AllocationCount.h"
 #include "Support/AllocationFailure.h"
 
 #include <OpenSG/OSGConfig.h>
@@ -36,6 +38,7 @@ using quon::testing::addChild;
 using quon::testing::AllocationFailure;
 using quon::testing::countLiveContainers;
 using quon::testing::EveryFailure;
+using quon::testing::getAllocationCount;
 using quon::testing::makeExtent;
 using quon::testing::makeNode;
 using quon::testing::makeTranslation;
@@ -43,6 +46,41 @@ using quon::testing::NodeRef;
 using ::testing::ElementsAre;
 
 const std::string longName = "a name of more than fifteen characters";
+
+// Keeps nothing for itself, unlike boxes and highlights.
+class NothingToSee : public AbstractSelectionVisualisation {
+    osg::NodePtr createVisualisation(const osg::NodePtr&) override { return {}; }
+    void removeVisualisation(const osg::NodePtr&, const osg::NodePtr&) override {}
+    void updateVisualisation(const osg::NodePtr&, const osg::NodePtr&) override {}
+};
+
+// Takes what earlier selections left for later ones, so that a selection asks for memory as the first of a process
+// does.
+class SpareElements {
+public:
+    SpareElements()
+    {
+        m_tracked.setVisible(false);
+        takeAll([this](const osg::NodePtr& node) { m_selection.addNode(node); });
+        takeAll([this](const osg::NodePtr& node) { m_tracked.addNode(node); });
+    }
+
+private:
+    template <class Take>
+    void takeAll(const Take& take)
+    {
+        std::size_t before = 0;
+        do {
+            m_nodes.emplace_back(osg::Node::create());
+            before = getAllocationCount();
+            take(m_nodes.back());
+        } while (getAllocationCount() == before);
+    }
+
+    std::vector<NodeRef> m_nodes;
+    NodeSelectionModel m_selection{"spare elements"};
+    NothingToSee m_tracked;
+};
 
 // A moved group with two geometries, and another group.
 struct Scene {
@@ -54,6 +92,7 @@ struct Scene {
         other = addChild(root, osg::Group::create());
     }
 
+    SpareElements spareElements;
     NodeRef root = makeNode(osg::Group::create());
     osg::NodePtr group;
     osg::NodePtr geometry;
