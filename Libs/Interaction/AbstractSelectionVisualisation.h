@@ -37,9 +37,9 @@ namespace quon::interaction {
  *
  * @par Hooks
  * All calls to own operations and hooks go through the virtual table. A hook may ask this object (hasNode(),
- * isVisible()) and may add other nodes. updateVisualisation() may remove nodes, too, its own among them; the other hooks
- * must not (not checked). Nodes that a hook adds during removeAllNodes() go with the rest, those with smaller ids without
- * removeVisualisation().
+ * isVisible()) and may add other nodes. updateVisualisation() may remove nodes, too, its own among them; the other
+ * hooks must not (not checked). Nodes that a hook adds during removeAllNodes() go with the rest, those with smaller ids
+ * without removeVisualisation().
  *
  * @par Exceptions
  * Without memory, and after an exception of createVisualisation(), addNode() and updateNode() leave the node without a

@@ -16,8 +16,8 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <set>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
