@@ -8,7 +8,7 @@
 namespace quon::interaction {
 
 /**
- * Keeps the nodes of set or map elements that were erased for those that are inserted next. Not installed.
+ * Keeps the nodes of set or map elements that were erased or cleared for those that are inserted next. Not installed.
  *
  * Taking an element out and putting one in then asks the heap for nothing, and does not scatter the memory of long
  * sets. One store for all containers of a type, at most @p Limit nodes: what is more goes back to the heap.
