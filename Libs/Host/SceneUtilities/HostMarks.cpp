@@ -92,8 +92,7 @@ void attach(const HostMarksAttachmentPtr& attachment, const osg::AttachmentConta
 
 HostMarksAttachmentPtr findAttachment(const osg::AttachmentContainerPtr& container)
 {
-    // The answer for most containers, and asked for all ancestors of each selected node.
-    if (container->getSFAttachments()->getValue().empty()) {
+    if (!mayHaveMarks(*container)) {
         return osg::NullFC;
     }
     const osg::AttachmentPtr attachment = container->findAttachment(HostMarksAttachment::getClassType().getGroupId());

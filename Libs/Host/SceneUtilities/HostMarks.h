@@ -21,6 +21,12 @@ enum class Mark : osg::UInt32 {
  */
 void setMark(const osg::AttachmentContainerPtr& container, Mark mark, bool marked);
 
+/** Returns false where @p container has no marks at all, which most have not, without a call: for whoever asks many. */
+inline bool mayHaveMarks(osg::AttachmentContainer& container)
+{
+    return !container.getSFAttachments()->getValue().empty();
+}
+
 /** Returns whether @p container itself has @p mark; false for null. */
 bool hasMark(const osg::AttachmentContainerPtr& container, Mark mark);
 

@@ -21,9 +21,8 @@ bool koNodeUtils::isEditable(const osg::NodePtr& node)
         return false;
     }
     for (osg::NodePtr ancestor = node; ancestor != osg::NullFC; ancestor = ancestor->getParent()) {
-        // The answer for most nodes: asked for all ancestors of each selected node.
-        const bool hasNoMarks = ancestor->getSFAttachments()->getValue().empty();
-        if (!hasNoMarks && quon::host::hasMark(ancestor, Mark::Locked)) {
+        // Asked for all ancestors of each selected node.
+        if (quon::host::mayHaveMarks(*ancestor) && quon::host::hasMark(ancestor, Mark::Locked)) {
             return false;
         }
     }
