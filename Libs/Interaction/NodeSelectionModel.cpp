@@ -83,7 +83,7 @@ void NodeSelectionModel::updateNode(const osg::NodePtr& node)
 void NodeSelectionModel::clearSelection()
 {
     // First the set, then the visualisations: the other way round than setSelection(), on purpose.
-    SpareElements::instance().clear(m_selection);
+    SpareElements::clear(m_selection);
     callEach(m_visualisations, &SelectionVisualisation::removeAllNodes);
 }
 
@@ -91,7 +91,7 @@ void NodeSelectionModel::setSelection(const osg::NodePtr& node)
 {
     const osg::NodePtr selected = node;
     callEach(m_visualisations, &SelectionVisualisation::removeAllNodes);
-    SpareElements::instance().clear(m_selection);
+    SpareElements::clear(m_selection);
     SpareElements::instance().insert(m_selection, selected);
     callEach(m_visualisations, &SelectionVisualisation::addNode, selected);
 }
@@ -99,7 +99,7 @@ void NodeSelectionModel::setSelection(const osg::NodePtr& node)
 void NodeSelectionModel::setSelection(const std::vector<osg::NodePtr>& nodes)
 {
     callEach(m_visualisations, &SelectionVisualisation::removeAllNodes);
-    SpareElements::instance().clear(m_selection);
+    SpareElements::clear(m_selection);
     for (const osg::NodePtr& node : nodes) {
         SpareElements::instance().insert(m_selection, node);
         // Reported also when it was inserted before: the visualisation takes the second report for a refresh.

@@ -79,21 +79,20 @@ public:
         keep(std::move(node));
     }
 
-    /** Empties a set; where all its elements can be kept and no cleared ones are left, in constant time. */
-    void clear(Container& container) noexcept
+    /**
+     * Empties a set; where all its elements can be kept and no cleared ones are left, in constant time.
+     *
+     * Needs no memory: the store is there since the elements were inserted, and none is made for an empty set.
+     */
+    static void clear(Container& container) noexcept
     {
-        if (getCount() + container.size() > Limit) {
-            container.clear();
-        } else if (m_cleared.empty()) {
-            m_cleared.swap(container);
-        }
-        while (!container.empty()) {
-            keep(container.extract(container.begin()));
+        if (!container.empty()) {
+            instance().keepAll(container);
         }
     }
 
     /** Empties a map; the values go first, those of the highest keys before all others. */
-    void clearEntries(Container& container)
+    static void clearEntries(Container& container)
     {
         for (auto entry = container.rbegin(); entry != container.rend(); ++entry) {
             entry->second = typename Container::mapped_type();
@@ -115,6 +114,18 @@ private:
         Node node = std::move(m_nodes.back());
         m_nodes.pop_back();
         return node;
+    }
+
+    void keepAll(Container& container) noexcept
+    {
+        if (getCount() + container.size() > Limit) {
+            container.clear();
+        } else if (m_cleared.empty()) {
+            m_cleared.swap(container);
+        }
+        while (!container.empty()) {
+            keep(container.extract(container.begin()));
+        }
     }
 
     void keep(Node node) noexcept

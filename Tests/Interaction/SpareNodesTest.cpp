@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <Interaction/SpareNodes.h>
 
+#include "Support/AllocationCount.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -167,7 +169,7 @@ TEST(SpareNodesTest, TheElementsOfAClearedSetAreUsedForWhatIsInsertedNext)
 {
     using Spares = interaction::SpareNodes<Set<5>, 8>;
     Set<5> set = {1, 2, 3};
-    Spares::instance().clear(set);
+    Spares::clear(set);
     EXPECT_TRUE(set.empty());
     EXPECT_EQ(getAllocations<5>(), 3);
 
@@ -181,12 +183,26 @@ TEST(SpareNodesTest, TheElementsOfAClearedSetAreUsedForWhatIsInsertedNext)
     EXPECT_EQ(getAllocations<5>(), 4);
 }
 
+TEST(SpareNodesTest, AnEmptySetIsClearedWithoutMemory)
+{
+    using Spares = interaction::SpareNodes<Set<9>, 8>;
+    using MapSpares = interaction::SpareNodes<std::map<int, Set<9>>, 8>;
+    Set<9> set;
+    std::map<int, Set<9>> map;
+    const std::size_t allocationsBefore = getAllocationCount();
+
+    Spares::clear(set);
+    MapSpares::clearEntries(map);
+
+    EXPECT_EQ(getAllocationCount(), allocationsBefore) << "not even for what keeps the elements";
+}
+
 TEST(SpareNodesTest, AClearedSetThatIsLargerThanTheLimitIsGivenBack)
 {
     using Spares = interaction::SpareNodes<Set<6>, 2>;
     Set<6> set = {1, 2, 3};
 
-    Spares::instance().clear(set);
+    Spares::clear(set);
 
     EXPECT_TRUE(set.empty());
     const int kept = CountingAllocator<int, 6>::nodes();
@@ -199,12 +215,12 @@ TEST(SpareNodesTest, SeveralClearedSetsAreKept)
     Set<7> first = {1, 2};
     Set<7> second = {3, 4};
     Set<7> third = {5, 6};
-    Spares::instance().clear(first);
-    Spares::instance().clear(second);
+    Spares::clear(first);
+    Spares::clear(second);
     EXPECT_TRUE(second.empty());
 
     // Would be one too many.
-    Spares::instance().clear(third);
+    Spares::clear(third);
     EXPECT_TRUE(third.empty());
     const int kept = CountingAllocator<int, 7>::nodes();
     EXPECT_EQ(kept, 4);
@@ -222,7 +238,7 @@ TEST(SpareNodesTest, ErasedAndClearedElementsTogetherAreNoMoreThanTheLimit)
     Set<8> set = {1, 2, 3, 4};
     Spares::instance().erase(set, set.begin());
     Spares::instance().erase(set, set.begin());
-    Spares::instance().clear(set);
+    Spares::clear(set);
     const int keptAfterErasing = CountingAllocator<int, 8>::nodes();
     EXPECT_EQ(keptAfterErasing, 2);
 
@@ -232,7 +248,7 @@ TEST(SpareNodesTest, ErasedAndClearedElementsTogetherAreNoMoreThanTheLimit)
     Spares::instance().insert(set, 9);
     Spares::instance().erase(set, set.begin());
     Set<8> other = {10, 11};
-    Spares::instance().clear(other);
+    Spares::clear(other);
     Spares::instance().erase(set, set.begin());
     const int kept = CountingAllocator<int, 8>::nodes() - static_cast<int>(set.size());
     EXPECT_EQ(kept, 3);
@@ -262,7 +278,7 @@ TEST(SpareNodesTest, TheValuesOfAClearedMapGoFirstFromTheHighestKeyOn)
         map[key] = std::make_shared<Witness>(gone, static_cast<char>('0' + key));
     }
 
-    Spares::instance().clearEntries(map);
+    Spares::clearEntries(map);
 
     EXPECT_EQ(gone, "321");
     EXPECT_TRUE(map.empty());
