@@ -130,7 +130,7 @@ NewContainer<osg::GeoPositions3fPtr> createPositions()
     return positions;
 }
 
-// A box of no particular place, reference count zero.
+// A box of no particular place; its one reference is the caller's.
 osg::NodePtr createBox(const osg::MaterialPtr& material)
 {
     // What is to hold the others ends last.
@@ -151,14 +151,22 @@ osg::NodePtr createBox(const osg::MaterialPtr& material)
         geometry->setMaterial(material);
     }
     box.keep(osg::Node::create());
-    {
-        const osg::CPEditor edit(box.get());
-        extensions::setHostFlags(box.get(), boxHostFlags);
-        box->setCore(geometry.get());
+    // Before the host's services see it: what they refer to for a moment must not end with that.
+    osg::addRefCP(box.get());
+    try {
+        {
+            const osg::CPEditor edit(box.get());
+            extensions::setHostFlags(box.get(), boxHostFlags);
+            box->setCore(geometry.get());
+        }
+        // With a z, unlike the name of the root.
+        NodeUtils::setName(box.get(), "VisualizationHighlightNode", true);
+        koNodeUtils::setIsAuxiliaryNode(box.get(), true);
+    } catch (...) {
+        osg::NodePtr unwanted = box.handOver();
+        osg::subRefCP(unwanted);
+        throw;
     }
-    // With a z, unlike the name of the root.
-    NodeUtils::setName(box.get(), "VisualizationHighlightNode", true);
-    koNodeUtils::setIsAuxiliaryNode(box.get(), true);
     return box.handOver();
 }
 
@@ -288,7 +296,6 @@ osg::NodePtr BoxSelectionVisualisation::createVisualisation(const osg::NodePtr& 
     osg::NodePtr box;
     if (m_spareNodes.empty()) {
         box = createBox(m_highlightMaterial);
-        osg::addRefCP(box);
     } else {
         box = m_spareNodes.top();
         m_spareNodes.pop();

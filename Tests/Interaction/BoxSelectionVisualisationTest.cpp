@@ -12,11 +12,13 @@
 #include <SceneUtilities/koNodeUtils.h>
 
 #include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGChangeList.h>
 #include <OpenSG/OSGGL.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGLineChunk.h>
 #include <OpenSG/OSGMaterialGroup.h>
 #include <OpenSG/OSGSimpleAttachments.h>
+#include <OpenSG/OSGThread.h>
 #include <OpenSG/OSGUberCamera.h>
 #include <OpenSG/OSGUberLight.h>
 
@@ -566,6 +568,23 @@ TEST_F(BoxSelectionVisualisationTest, ANewBoxIsNamedBeforeItIsMarked)
     const auto closed = std::find(changes.begin(), changes.end(), Change(id, allFields));
     ASSERT_GE(changes.end() - closed, 2);
     EXPECT_EQ((closed + 1)->first, name) << "the first attachment after the node is closed";
+    osg::subRefCP(box);
+}
+
+TEST_F(BoxSelectionVisualisationTest, ANewBoxIsReferredToBeforeAnythingIsPutIntoIt)
+{
+    const osg::NodePtr node = addExtent();
+    takeChanges();
+
+    osg::NodePtr box = m_boxes->createVisualisation(node);
+
+    const osg::ChangeList* list = osg::Thread::getCurrentChangeList();
+    const std::vector<osg::UInt32> referredTo(list->beginAddRefd(), list->endAddRefd());
+    const auto boxPlace = std::find(referredTo.begin(), referredTo.end(), osg::getContainerId(box));
+    const auto corePlace = std::find(referredTo.begin(), referredTo.end(), osg::getContainerId(box->getCore()));
+    ASSERT_NE(corePlace, referredTo.end());
+    EXPECT_LT(boxPlace, corePlace);
+    EXPECT_EQ(box.getRefCount(), 1);
     osg::subRefCP(box);
 }
 
