@@ -36,12 +36,11 @@ void setTravMask(const osg::NodePtr& node, osg::UInt32 mask)
     node->setTravMask(mask);
 }
 
-// The node of an id, null when it no longer exists.
+// The node of an id, null when it no longer exists. An id that was read through the handle of a destroyed node may be
+// that of any container.
 osg::NodePtr resolve(unsigned int id)
 {
-    const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(id);
-    // Only nodes are added, and no id is given twice: a look at the type would do nothing but fetch the node's memory.
-    return container == osg::NullFC ? osg::NodePtr() : osg::NodePtr(static_cast<osg::Node&>(*container));
+    return osg::NodePtr::dcast(osg::FieldContainerFactory::the()->getContainer(id));
 }
 
 void prefetch([[maybe_unused]] const osg::FieldContainer& container)
@@ -61,9 +60,18 @@ struct Visited {
 };
 thread_local Visited visited = {nullptr, nullptr};
 
+// How often entries were taken out: places that were found before a hook was called may be gone after it.
+thread_local unsigned int removals = 0;
+
 void forgetVisited()
 {
     visited.visualisation = nullptr;
+}
+
+void forgetPlaces()
+{
+    forgetVisited();
+    ++removals;
 }
 
 // Goes through the entries of a visualisation whose nodes are to be updated.
@@ -183,8 +191,8 @@ void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
         return;
     }
     const unsigned int id = osg::getContainerId(node);
-    const auto position = m_nodeVisualisations.lower_bound(id);
-    const bool isTracked = position != m_nodeVisualisations.end() && position->first == id;
+    auto position = m_nodeVisualisations.lower_bound(id);
+    bool isTracked = position != m_nodeVisualisations.end() && position->first == id;
     const bool isWanted = isVisible() && shouldHaveVisualization(node);
 
     if (!isWanted) {
@@ -199,7 +207,12 @@ void AbstractSelectionVisualisation::addNode(const osg::NodePtr& node)
         return;
     }
 
+    const unsigned int removalsBefore = removals;
     const osg::NodePtr visualisation = createVisualisation(node);
+    if (removals != removalsBefore) {
+        position = m_nodeVisualisations.lower_bound(id);
+        isTracked = position != m_nodeVisualisations.end() && position->first == id;
+    }
     auto place = m_nodeVisualisations.end();
     try {
         // Nodes that the hook added meanwhile do not disturb the hint.
@@ -238,7 +251,7 @@ void AbstractSelectionVisualisation::removeNode(const osg::NodePtr& node)
         const osg::CPEditor edit(m_visualisation, osg::Node::ChildrenFieldMask);
         m_visualisation->subChild(visualisation);
     }
-    forgetVisited();
+    forgetPlaces();
     SpareEntries::instance().eraseEntry(m_nodeVisualisations, position);
 }
 
@@ -265,7 +278,18 @@ void AbstractSelectionVisualisation::updateNode(const osg::NodePtr& node)
         return;
     }
     if (visualisation == osg::NullFC) {
+        const unsigned int removalsBefore = removals;
         const osg::NodePtr created = createVisualisation(node);
+        if (removals != removalsBefore) {
+            const auto position = m_nodeVisualisations.find(id);
+            if (position == m_nodeVisualisations.end()) {
+                // The hook took the node out: so it stays.
+                const osg::RefPtr<osg::NodePtr> unwanted(created);
+                removeVisualisation(node, created);
+                return;
+            }
+            entry = &*position;
+        }
         entry->second = created;
         try {
             // Unlike addNode() without a look at the parent: one that is under the root already moves to the end.
@@ -321,8 +345,8 @@ void AbstractSelectionVisualisation::removeAllNodes()
         const osg::CPEditor edit(m_visualisation, osg::Node::ChildrenFieldMask);
         extensions::clearChildren(m_visualisation);
     }
-    forgetVisited();
-    SpareEntries::instance().clearEntries(m_nodeVisualisations);
+    forgetPlaces();
+    SpareEntries::clearEntries(m_nodeVisualisations);
 }
 
 bool AbstractSelectionVisualisation::shouldHaveVisualization(const osg::NodePtr&) const

@@ -28,6 +28,10 @@ namespace quon::interaction {
  * A node is shown when its `TravMask` is exactly 0xFFFFFFFF; partial masks count as hidden. The class itself writes
  * only 0xFFFFFFFF and 0.
  *
+ * @par Root
+ * A subclass and a host may give the root another core and more children: this class looks only at its children and its
+ * `TravMask`. removeAllNodes() takes all children out.
+ *
  * @par Ownership
  * Selected nodes are tracked by container id, without a reference: a scene may destroy them while they are selected.
  * The instance holds one reference to the root and one to every visualisation node; the root, as the parent, holds a
@@ -37,9 +41,10 @@ namespace quon::interaction {
  *
  * @par Hooks
  * All calls to own operations and hooks go through the virtual table. A hook may ask this object (hasNode(),
- * isVisible()) and may add other nodes. updateVisualisation() may remove nodes, too, its own among them; the other
- * hooks must not (not checked). Nodes that a hook adds during removeAllNodes() go with the rest, those with smaller ids
- * without removeVisualisation().
+ * isVisible()) and may add other nodes. createVisualisation() and updateVisualisation() may remove nodes, too, their
+ * own among them; the other hooks must not (not checked). What is created for a node that createVisualisation() removes
+ * goes again through removeVisualisation() when updateNode() asked for it; addNode() adds the node all the same. Nodes
+ * that a hook adds during removeAllNodes() go with the rest, those with smaller ids without removeVisualisation().
  *
  * @par Exceptions
  * Without memory, and after an exception of createVisualisation(), addNode() and updateNode() leave the node without a

@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -200,6 +201,17 @@ protected:
         m_visualisation->addNode(node);
         m_visualisation->prepared = osg::NullFC;
         takeChanges();
+    }
+
+    // What a walk has to get through, more than it looks ahead.
+    std::vector<NodeRef> addMany(int count)
+    {
+        std::vector<NodeRef> nodes;
+        for (int i = 0; i < count; ++i) {
+            nodes.push_back(makeNode(std::to_string(i)));
+            m_visualisation->addNode(nodes.back());
+        }
+        return nodes;
     }
 
     static bool exists(osg::UInt32 id) { return osg::FieldContainerFactory::the()->getContainer(id) != osg::NullFC; }
@@ -394,6 +406,28 @@ TEST_F(AbstractSelectionVisualisationTest, ShowingReportsEveryDestroyedNodeAndKe
     m_visualisation->setVisible(false);
     m_visualisation->setVisible(true);
     EXPECT_EQ(StandardError::take(), message + message);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AContainerThatIsNoNodeIsReportedLikeADestroyedNode)
+{
+    // What the handle of a destroyed node leads to when a container of another kind got the node's memory.
+    const osg::RefPtr<osg::GroupPtr> group(osg::Group::create());
+    const osg::FieldContainerPtr container = group.get();
+    m_visualisation->addNode(m_a);
+    m_visualisation->setVisible(false);
+    m_visualisation->addNode(static_cast<const osg::NodePtr&>(container));
+    m_log.clear();
+
+    m_visualisation->setVisible(true);
+    EXPECT_EQ(StandardError::take(), "AbstractSelectionVisualisation::setVisible: invalid node pointer!\n");
+    m_visualisation->updateAllNodes();
+    m_visualisation->removeAllNodes();
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                            "updateVisualisation(a, visualisation of a)", "isVisible()", "updateNode(a)", "isVisible()",
+                            "shouldHaveVisualization(a)", "updateVisualisation(a, visualisation of a)",
+                            "removeVisualisation(a, visualisation of a)"));
 }
 
 // The states of a tracked node
@@ -704,6 +738,57 @@ TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayAddOtherNodes)
     EXPECT_EQ(root()->getNChildren(), 3U);
 }
 
+TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayRemoveOtherNodes)
+{
+    m_visualisation->addNode(m_b);
+    m_visualisation->onCreate = [&](const osg::NodePtr& node) {
+        if (node == m_a) {
+            m_visualisation->removeNode(m_b);
+        }
+    };
+
+    m_visualisation->addNode(m_a);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+    // What is tracked next has nothing of it.
+    m_visualisation->setVisible(false);
+    m_visualisation->addNode(m_c);
+    m_log.clear();
+    m_visualisation->setVisible(true);
+    EXPECT_THAT(m_log.calls(), ElementsAre("updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                                           "updateVisualisation(a, visualisation of a)", "updateNode(c)", "isVisible()",
+                                           "shouldHaveVisualization(c)", "createVisualisation(c)"));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayRemoveAllNodes)
+{
+    m_visualisation->addNode(m_b);
+    m_visualisation->addNode(m_c);
+    m_visualisation->onCreate = [&](const osg::NodePtr&) { m_visualisation->removeAllNodes(); };
+
+    m_visualisation->addNode(m_a);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+    EXPECT_FALSE(m_visualisation->hasNode(m_c));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, ANodeThatItsCreatingHookRemovesIsAddedAllTheSame)
+{
+    m_visualisation->isWanted = false;
+    m_visualisation->addNode(m_a);
+    m_visualisation->isWanted = true;
+    m_visualisation->onCreate = [&](const osg::NodePtr& node) { m_visualisation->removeNode(node); };
+
+    m_visualisation->addNode(m_a);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+}
+
 // updateNode
 
 TEST_F(AbstractSelectionVisualisationTest, UpdatingAttachesANewVisualisationAndThenSetsItsMask)
@@ -796,6 +881,169 @@ TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayRemoveAllNodes)
                             "updateVisualisation(a, visualisation of a)", "removeVisualisation(a, visualisation of a)",
                             "removeVisualisation(b, visualisation of b)"));
     EXPECT_EQ(root()->getNChildren(), 0U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayRemoveNodesWhileAllAreShown)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->addNode(m_c);
+    m_visualisation->setVisible(false);
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        m_visualisation->removeNode(node);
+        m_visualisation->removeNode(m_b);
+    };
+    m_log.clear();
+
+    m_visualisation->setVisible(true);
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                            "updateVisualisation(a, visualisation of a)", "removeVisualisation(a, visualisation of a)",
+                            "removeVisualisation(b, visualisation of b)", "updateNode(c)", "isVisible()",
+                            "shouldHaveVisualization(c)", "updateVisualisation(c, visualisation of c)",
+                            "removeVisualisation(c, visualisation of c)"));
+    EXPECT_EQ(root()->getNChildren(), 0U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayRemoveEverySecondOfManyNodes)
+{
+    const std::vector<NodeRef> nodes = addMany(40);
+    std::vector<std::size_t> turns;
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        for (std::size_t i = 0; i < 40; ++i) {
+            if (nodes[i] == node) {
+                turns.push_back(i);
+                m_visualisation->removeNode(nodes[(i + 1) % 40]);
+            }
+        }
+    };
+
+    m_visualisation->updateAllNodes();
+
+    ASSERT_EQ(turns.size(), 20U);
+    for (std::size_t i = 0; i < 20; ++i) {
+        EXPECT_EQ(turns[i], 2 * i);
+    }
+    EXPECT_EQ(root()->getNChildren(), 20U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayChangeAnotherVisualisation)
+{
+    RecordingKind other(m_log, m_names);
+    for (const NodeRef& node : {m_a, m_b, m_c}) {
+        m_visualisation->addNode(node);
+        other.addNode(node);
+    }
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        other.updateAllNodes();
+        if (node == m_a) {
+            other.removeNode(m_b);
+        } else {
+            other.removeAllNodes();
+        }
+    };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    const auto updatesOf = [](const std::string& name) {
+        return std::vector<std::string>{"updateNode(" + name + ")", "isVisible()",
+                                        "shouldHaveVisualization(" + name + ")",
+                                        "updateVisualisation(" + name + ", visualisation of " + name + ")"};
+    };
+    const auto removalOf = [](const std::string& name) {
+        return std::vector<std::string>{"removeVisualisation(" + name + ", visualisation of " + name + ")"};
+    };
+    const std::vector<std::string> asked{"isVisible()"};
+    std::vector<std::string> expected;
+    for (const auto& calls :
+         {asked, updatesOf("a"), asked, updatesOf("a"), updatesOf("b"), updatesOf("c"), removalOf("b"), updatesOf("b"),
+          asked, updatesOf("a"), updatesOf("c"), removalOf("a"), removalOf("c"), updatesOf("c"), asked}) {
+        expected.insert(expected.end(), calls.begin(), calls.end());
+    }
+    EXPECT_EQ(m_log.calls(), expected);
+    EXPECT_EQ(root()->getNChildren(), 3U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AWalkInsideAWalkMayEndWithAnException)
+{
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->addNode(m_c);
+    bool isInside = false;
+    m_visualisation->onUpdate = [&](const osg::NodePtr& node, const osg::NodePtr&) {
+        if (isInside) {
+            if (node == m_b) {
+                throw std::runtime_error("no update");
+            }
+        } else if (node == m_a) {
+            isInside = true;
+            EXPECT_THROW(m_visualisation->updateAllNodes(), std::runtime_error);
+            isInside = false;
+        }
+    };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    const std::vector<std::string> calls = m_log.calls();
+    ASSERT_EQ(calls.size(), 22U);
+    EXPECT_EQ(calls[13], "updateVisualisation(b, visualisation of b)") << "the last of the walk inside";
+    EXPECT_EQ(calls[17], "updateVisualisation(b, visualisation of b)");
+    EXPECT_EQ(calls[21], "updateVisualisation(c, visualisation of c)");
+}
+
+TEST_F(AbstractSelectionVisualisationTest, AnUpdateThatCreatesMayRemoveOtherNodes)
+{
+    m_visualisation->isWanted = false;
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->addNode(m_c);
+    m_visualisation->isWanted = true;
+    m_visualisation->onCreate = [&](const osg::NodePtr& node) {
+        if (node == m_b) {
+            m_visualisation->removeNode(m_a);
+            m_visualisation->removeNode(m_c);
+        }
+    };
+
+    m_visualisation->updateNode(m_b);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_b));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+    m_log.clear();
+    m_visualisation->updateAllNodes();
+    EXPECT_THAT(m_log.calls(), ElementsAre("isVisible()", "updateNode(b)", "isVisible()", "shouldHaveVisualization(b)",
+                                           "updateVisualisation(b, visualisation of b)"));
+}
+
+TEST_F(AbstractSelectionVisualisationTest, WhatIsCreatedInAnUpdateGoesWithTheNodeThatItsHookRemoves)
+{
+    m_visualisation->isWanted = false;
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->isWanted = true;
+    osg::UInt32 createdId = 0;
+    m_visualisation->onCreate = [&](const osg::NodePtr& node) {
+        if (node == m_a) {
+            m_visualisation->removeNode(node);
+        }
+    };
+    m_visualisation->onRemove = [&](const osg::NodePtr&, const osg::NodePtr& visualisation) {
+        createdId = osg::getContainerId(visualisation);
+    };
+    m_log.clear();
+
+    m_visualisation->updateAllNodes();
+
+    EXPECT_THAT(m_log.calls(),
+                ElementsAre("isVisible()", "updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                            "createVisualisation(a)", "removeVisualisation(a, visualisation of a)", "updateNode(b)",
+                            "isVisible()", "shouldHaveVisualization(b)", "createVisualisation(b)"));
+    EXPECT_FALSE(m_visualisation->hasNode(m_a));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+    EXPECT_FALSE(exists(createdId));
 }
 
 TEST_F(AbstractSelectionVisualisationTest, AnUpdatingHookMayUpdateOthersAndAll)
