@@ -87,7 +87,11 @@ public:
     /** Returns whether the context is in a manager's stack. */
     virtual bool isActive() const = 0;
 
-    /** Returns whether the manager that holds the context is enabled. */
+    /**
+     * Returns whether the manager that holds the context is enabled.
+     *
+     * Outside a stack it is what the last manager said, at first true.
+     */
     virtual bool isEnabled() const = 0;
 
     /** Returns the stacking key that InteractionManager::addContext() compares. */

@@ -31,6 +31,10 @@ class InteractionEvent;
  * therefore not remove itself inside enabled(), disabled(), pointerMoved(), cameraMoved() or triggerEvent(). A walk
  * under way goes on while a context disables the manager or sends something else, which reaches everybody first. One
  * that removes itself inside contextAdded() or contextRaised() hears the calls that addContext() still has to make.
+ * contextLowered() may change the stack, and the operation that lowers its context goes on as it began: what displaces
+ * the front becomes the front, even before a context with a smaller preferred position that was added meanwhile, and
+ * one that was raised meanwhile is not lowered. A context that removes itself there while it is being removed hears
+ * contextRemoved() twice and must not be destroyed there.
  * @par Exceptions
  * Without memory addContext() throws std::bad_alloc before anybody is told, and nothing has changed; no other operation
  * needs memory. What a context throws passes through and ends the operation: what was done stays done, the calls that

@@ -19,7 +19,7 @@ namespace quon::interaction {
  * @par Exceptions
  * Without memory startMode() and stopMode() throw std::bad_alloc before they call selectMode(), and nothing has
  * changed. What selectMode() throws passes through: a mode that was to start is not on the stack, one that was stopped
- * is off it.
+ * is off it; when a context that throws is removed, its modes stay and end when it is removed the next time.
  */
 class INTERACTION_EXPORT MultimodeInteractionContext : public AbstractInteractionContext {
 public:

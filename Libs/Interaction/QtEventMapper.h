@@ -49,9 +49,10 @@ struct InputMapping {
  * A context may call every operation of the mapper while it handles an event of the mapper. A binding removed from
  * inside gets no further event, except that a press or release whose event is under way is completed; a binding added
  * from inside takes part from the next operation on. After setInteractionManager() the rest of the operation goes to
- * the new manager, or nowhere when it is null. On a release a category stays active until its
- * "trigger" has returned: resetEvents() called from inside the "stop" or "trigger" of a release sends both again, and a
- * "start" sent from inside ends with the release under way. A context must not destroy the mapper or assign to it.
+ * the new manager, or nowhere when it is null; what it would have started counts as started. On a release a category
+ * stays active until its "trigger" has returned: resetEvents() called from inside the "stop" or "trigger" of a release
+ * sends both again, and a "start" sent from inside ends with the release under way. A context must not destroy the
+ * mapper or assign to it.
  * @par Exceptions
  * The memory for an event and for what is pending after it is there before the event is sent: what started is ended.
  * After std::bad_alloc the operation may be repeated, which sends again what was sent; a repeated release and reset go
@@ -147,7 +148,7 @@ public:
      * Dragging sends "process" for each binding whose button is the whole set of held buttons, with exactly the
      * modifiers held, active or not: with two buttons held only a binding to the value of both is found, and a change
      * of modifiers ends the "process" of a binding, though not its "stop". Hovering sends "hover" for each binding of
-     * any button with exactly the modifiers held.
+     * any button with exactly the modifiers held, by ascending button and in order of addition.
      *
      * @param event must not be null (not checked)
      * @param dragging whether buttons are held, for example `event->buttons() != Qt::NoButton`
@@ -156,7 +157,8 @@ public:
     bool mouseMoved(const QMouseEvent* event, bool dragging);
 
     /**
-     * Sends "stopHover" for every mouse binding, whatever its modifiers. The pointer is not reported.
+     * Sends "stopHover" for every mouse binding, whatever its modifiers, by ascending button and in order of addition.
+     * The pointer is not reported.
      *
      * @param event not read, may be null; QEvent::Leave is the natural one
      * @return true when a "stopHover" was consumed
@@ -179,7 +181,8 @@ public:
     bool keyPressed(const QKeyEvent* event);
 
     /**
-     * Sends "stop" and "trigger" for each active category of the key, then "release" for each of its pending presses.
+     * Sends "stop" and "trigger" for each active category of the key, then "release" for each of its pending presses,
+     * oldest first.
      *
      * A key from 1 to 31, a control character, is taken for the key 64 above it (presses are not); the modifiers do not
      * matter, except in presenter mode, which filters as for keyPressed().

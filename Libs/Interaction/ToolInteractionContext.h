@@ -33,7 +33,8 @@ public:
      *
      * While the context is in a manager's stack, calls deactivateTool() on the tool so far, then activateTool() on the
      * new one. Setting the current tool again does nothing: when activateTool() throws, which leaves the new tool set,
-     * set null first.
+     * set null first. activateTool() may set another tool, deactivateTool() must not: that one would be activated and
+     * then replaced without being deactivated.
      *
      * @param tool borrowed; null leaves the context without a tool, which refuses every mode
      */

@@ -104,7 +104,7 @@ public:
         const bool isFront = place == 0;
         seePlace(place, position, others);
         if (isFront && !m_contexts.empty()) {
-            // Where the context goes when the stack changes now is this library's own affair.
+            // Where the context goes when the stack changes now is not promised.
             m_isFrozen = true;
             m_contexts.front()->contextLowered(m_number);
             m_isFrozen = false;

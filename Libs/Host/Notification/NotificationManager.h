@@ -13,8 +13,8 @@ namespace quon::notification {
 /**
  * Hears about the notifications of a NotificationManager. Every operation does nothing unless overridden.
  *
- * A listener may create, change and remove notifications and add and remove listeners, itself included, while it is
- * being told.
+ * A listener may create and change notifications, remove those that it created, and add and remove listeners, itself
+ * included, while it is being told.
  */
 class NotificationListener {
 public:
@@ -68,7 +68,7 @@ public:
      * Takes @p notification out, calls NotificationListener::notificationRemoved() and then destroys it.
      *
      * Null is ignored, and so is a notification that the manager does not have (any more); it is compared by address
-     * only.
+     * only. Remove what you created: others keep the address of theirs, and nobody tells them.
      */
     void removeNotification(Notification* notification);
 
