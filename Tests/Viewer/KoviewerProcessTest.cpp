@@ -264,8 +264,9 @@ TEST_F(KoviewerProcessTest, ABenchmarkPrintsARowForEverythingItMeasures)
     EXPECT_EQ(outcome.error, "");
     EXPECT_THAT(outcome.output, StartsWith("koviewer benchmark: 400 parts, 1280 x 720 pixels, "));
     const std::string number = " +[0-9]+\\.[0-9]+ +";
-    for (const char* row : {"generate", "show", "first frame", "first pick", "hover, median", "hover, 95th percentile",
-                            "select all", "clear", "invert", "select one", "hover after selecting"}) {
+    for (const char* row :
+         {"generate", "show", "first frame", "first pick", "hover, median", "hover, 95th percentile", "select all",
+          "clear", "select all again", "invert", "select one", "hover after selecting"}) {
         EXPECT_THAT(outcome.output, ContainsRegex("\n  " + std::string(row) + number + "[a-z]"));
     }
     EXPECT_THAT(outcome.output, HasSubstr("\nOrbit, 1 sample "));

@@ -154,6 +154,8 @@ void Benchmark::measureSelection()
     printTitle("Selection", "milliseconds");
     measureSelect("select all", m_parts, "a box for every part");
     measureSelect("clear", {}, "takes all boxes away");
+    measureSelect("select all again", m_parts, "with the boxes of the first time");
+    select({});
     select(halves[0]);
     drawFrame(SceneRenderer::Detail::Full);
     measureSelect("invert", halves[1], "from every second part to all others");
