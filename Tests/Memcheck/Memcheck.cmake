@@ -9,9 +9,9 @@ list(GET koArguments 1 koNames)
 get_filename_component(CTEST_SOURCE_DIRECTORY "${CMAKE_CURRENT_LIST_DIR}/../.." ABSOLUTE)
 set(CTEST_BINARY_DIRECTORY "${koBuild}")
 find_program(CTEST_MEMORYCHECK_COMMAND valgrind REQUIRED)
+# Tests that count allocations, or let them fail, bring an operator new of their own, which valgrind has to leave alone.
 set(CTEST_MEMORYCHECK_COMMAND_OPTIONS
-    "--quiet --error-exitcode=99 --num-callers=30 --leak-check=full --show-leak-kinds=definite --errors-for-leak-kinds=definite")
-set(CTEST_MEMORYCHECK_SUPPRESSIONS_FILE "${CMAKE_CURRENT_LIST_DIR}/memcheck.supp")
+    "--quiet --error-exitcode=99 --num-callers=30 --leak-check=full --show-leak-kinds=definite --errors-for-leak-kinds=definite --soname-synonyms=somalloc=nouserintercepts")
 
 cmake_host_system_information(RESULT koProcessors QUERY NUMBER_OF_LOGICAL_CORES)
 ctest_start(Experimental QUIET)
