@@ -152,21 +152,15 @@ osg::NodePtr createBox(const osg::MaterialPtr& material)
     }
     box.keep(osg::Node::create());
     // Before the host's services see it: what they refer to for a moment must not end with that.
-    osg::addRefCP(box.get());
-    try {
-        {
-            const osg::CPEditor edit(box.get());
-            extensions::setHostFlags(box.get(), boxHostFlags);
-            box->setCore(geometry.get());
-        }
-        // With a z, unlike the name of the root.
-        NodeUtils::setName(box.get(), "VisualizationHighlightNode", true);
-        koNodeUtils::setIsAuxiliaryNode(box.get(), true);
-    } catch (...) {
-        osg::NodePtr unwanted = box.handOver();
-        osg::subRefCP(unwanted);
-        throw;
+    box.addRef();
+    {
+        const osg::CPEditor edit(box.get());
+        extensions::setHostFlags(box.get(), boxHostFlags);
+        box->setCore(geometry.get());
     }
+    // With a z, unlike the name of the root.
+    NodeUtils::setName(box.get(), "VisualizationHighlightNode", true);
+    koNodeUtils::setIsAuxiliaryNode(box.get(), true);
     return box.handOver();
 }
 

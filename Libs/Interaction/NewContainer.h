@@ -13,7 +13,7 @@ namespace quon::interaction {
  * Keeps a new container from being lost where an exception comes before anybody refers to it. Not installed.
  *
  * At its end it destroys the container, unless somebody refers to it by then or it was handed over. Takes no reference
- * and thus records nothing. Declare what is to hold the container first, so that it ends last.
+ * unless it is told to, and thus records nothing. Declare what is to hold the container first, so that it ends last.
  */
 template <class Handle>
 class NewContainer {
@@ -27,6 +27,7 @@ public:
     /** Takes over what @p other keeps. */
     NewContainer(NewContainer&& other) noexcept
         : m_handle(other.handOver())
+        , m_hasReference(std::exchange(other.m_hasReference, false))
     {}
     NewContainer(const NewContainer&) = delete;
     NewContainer& operator=(const NewContainer&) = delete;
@@ -34,7 +35,7 @@ public:
 
     ~NewContainer()
     {
-        if (m_handle != osg::NullFC && osg::getRefCount(m_handle) == 0) {
+        if (m_handle != osg::NullFC && (m_hasReference || osg::getRefCount(m_handle) == 0)) {
             osg::subRefCP(m_handle);
         }
     }
@@ -44,6 +45,13 @@ public:
     /** Leads to what is kept. */
     auto operator->() const { return m_handle.operator->(); }
 
+    /** Takes a reference, which is handed over with the container or given back at the end. */
+    void addRef()
+    {
+        osg::addRefCP(m_handle);
+        m_hasReference = true;
+    }
+
     /** Leaves the container to the caller. */
     Handle handOver() noexcept { return std::exchange(m_handle, Handle()); }
 
@@ -52,6 +60,7 @@ public:
 
 private:
     Handle m_handle;
+    bool m_hasReference = false;
 };
 
 } // namespace quon::interaction
