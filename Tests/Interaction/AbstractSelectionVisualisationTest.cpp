@@ -762,6 +762,35 @@ TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayRemoveOtherNodes)
                                            "shouldHaveVisualization(c)", "createVisualisation(c)"));
 }
 
+TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayRemoveSomeOfTheNodesThatFollow)
+{
+    m_visualisation->addNode(m_b);
+    m_visualisation->addNode(m_c);
+    m_visualisation->onCreate = [&](const osg::NodePtr&) { m_visualisation->removeNode(m_b); };
+
+    m_visualisation->addNode(m_a);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+    EXPECT_TRUE(m_visualisation->hasNode(m_c));
+    EXPECT_EQ(root()->getNChildren(), 2U);
+}
+
+TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayRemoveOthersOfANodeThatIsTracked)
+{
+    m_visualisation->isWanted = false;
+    m_visualisation->addNode(m_a);
+    m_visualisation->addNode(m_b);
+    m_visualisation->isWanted = true;
+    m_visualisation->onCreate = [&](const osg::NodePtr&) { m_visualisation->removeNode(m_b); };
+
+    m_visualisation->addNode(m_a);
+
+    EXPECT_TRUE(m_visualisation->hasNode(m_a));
+    EXPECT_FALSE(m_visualisation->hasNode(m_b));
+    EXPECT_EQ(root()->getNChildren(), 1U);
+}
+
 TEST_F(AbstractSelectionVisualisationTest, ACreatingHookMayRemoveAllNodes)
 {
     m_visualisation->addNode(m_b);
