@@ -35,8 +35,15 @@ public:
         Pause& operator=(const Pause&) = delete;
     };
 
-    /** Returns the changes recorded in this thread and empties the list. */
+    /** Returns the changes recorded in this thread, with those gathered before, and empties the list. */
     static SceneChanges take();
+
+    /**
+     * Puts the changes recorded in this thread aside for take(), an entry for each container, and empties the list.
+     *
+     * For use in the middle of long work: a million new selection boxes leave half a gigabyte of records otherwise.
+     */
+    static void gather();
 
     using Changed = std::vector<std::pair<osg::UInt32, osg::BitVector>>;
 

@@ -12,7 +12,8 @@ namespace quon::viewer {
 /**
  * Notes that a selection changed, by listening to its model as a visualisation that draws nothing.
  *
- * Whoever changes the selection, and however often within one operation: asking once afterwards is enough.
+ * Whoever changes the selection, and however often within one operation: asking once afterwards is enough. While very
+ * many nodes are selected or deselected, it gathers the changes of the scene now and then.
  */
 class SelectionWatcher : public interaction::SelectionVisualisation {
 public:
@@ -22,15 +23,18 @@ public:
     void setVisible(bool) override {}
     bool isVisible() const override { return true; }
     osg::NodePtr getVisualisation() override { return osg::NullFC; }
-    void addNode(const osg::NodePtr&) override { m_changed = true; }
-    void removeNode(const osg::NodePtr&) override { m_changed = true; }
+    void addNode(const osg::NodePtr&) override { noteChange(); }
+    void removeNode(const osg::NodePtr&) override { noteChange(); }
     void updateNode(const osg::NodePtr&) override {}
     bool hasNode(const osg::NodePtr&) const override { return false; }
     void updateAllNodes() override {}
     void removeAllNodes() override { m_changed = true; }
 
 private:
+    void noteChange();
+
     bool m_changed = false;
+    int m_changesBeforeGathering = 0;
 };
 
 } // namespace quon::viewer
