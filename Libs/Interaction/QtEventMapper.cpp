@@ -359,6 +359,7 @@ bool QtEventMapper::keyReleased(const QKeyEvent* event)
 
 void QtEventMapper::resetEvents()
 {
+    // Unlike all other operations without a look at the manager: what is pending without one is forgotten.
     endAll(m_activeKeyEvents);
     endAll(m_activeMouseEvents);
 
@@ -398,6 +399,7 @@ void QtEventMapper::updatePointer(const QPoint& position)
 
 bool QtEventMapper::passesPresenterMode(int key, int modifiers) const
 {
+    // Deliberately narrow: of all keys only those that Qt does not know, with a modifier held.
     return !m_interactionManager->getPresenterMode() || (key == Qt::Key_unknown && modifiers != 0);
 }
 

@@ -87,6 +87,7 @@ Changed mergeList(const ListIterator begin, const ListIterator end)
 struct Gathered {
     Changed changed;
     std::vector<osg::UInt32> destroyed;
+    bool isMerged = true; // of one piece so far
 };
 thread_local Gathered gathered;
 
@@ -115,26 +116,24 @@ SceneChanges::Pause::~Pause()
 void SceneChanges::gather()
 {
     osg::ChangeList* list = osg::Thread::getCurrentChangeList();
-    const Changed changed = mergeList(list->beginChanged(), list->endChanged());
-    gathered.changed.insert(gathered.changed.end(), changed.begin(), changed.end());
+    Changed changed = mergeList(list->beginChanged(), list->endChanged());
+    if (gathered.changed.empty()) {
+        gathered.changed = std::move(changed);
+    } else {
+        gathered.changed.insert(gathered.changed.end(), changed.begin(), changed.end());
+        gathered.isMerged = false;
+    }
     gathered.destroyed.insert(gathered.destroyed.end(), list->beginDestroyed(), list->endDestroyed());
     list->clearAll();
 }
 
 SceneChanges SceneChanges::take()
 {
-    SceneChanges changes;
-    if (gathered.changed.empty() && gathered.destroyed.empty()) {
-        osg::ChangeList* list = osg::Thread::getCurrentChangeList();
-        changes.m_changed = mergeList(list->beginChanged(), list->endChanged());
-        changes.m_destroyed.assign(list->beginDestroyed(), list->endDestroyed());
-        list->clearAll();
-        return changes;
-    }
     gather();
-    const Gathered all = std::exchange(gathered, {});
-    changes.m_changed = mergeList(all.changed.begin(), all.changed.end());
-    changes.m_destroyed = all.destroyed;
+    Gathered all = std::exchange(gathered, {});
+    SceneChanges changes;
+    changes.m_changed = all.isMerged ? std::move(all.changed) : mergeList(all.changed.begin(), all.changed.end());
+    changes.m_destroyed = std::move(all.destroyed);
     return changes;
 }
 

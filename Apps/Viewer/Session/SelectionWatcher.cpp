@@ -16,15 +16,15 @@ constexpr int nodesBetweenGathering = 4000;
 
 bool SelectionWatcher::takeChanged()
 {
-    m_changesBeforeGathering = 0;
+    m_changesSinceGathering = 0;
     return std::exchange(m_changed, false);
 }
 
 void SelectionWatcher::noteChange()
 {
     m_changed = true;
-    if (++m_changesBeforeGathering == nodesBetweenGathering) {
-        m_changesBeforeGathering = 0;
+    if (++m_changesSinceGathering == nodesBetweenGathering) {
+        m_changesSinceGathering = 0;
         SceneChanges::gather();
     }
 }

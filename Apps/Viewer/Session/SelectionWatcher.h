@@ -34,7 +34,7 @@ private:
     void noteChange();
 
     bool m_changed = false;
-    int m_changesBeforeGathering = 0;
+    int m_changesSinceGathering = 0;
 };
 
 } // namespace quon::viewer
