@@ -12,6 +12,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -22,6 +24,8 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::Pair;
+using ::testing::Truly;
+using ::testing::UnorderedElementsAre;
 using viewer::SceneChanges;
 
 class SceneChangesTest : public SceneFixture {
@@ -93,6 +97,120 @@ TEST_F(SceneChangesTest, WhatIsGatheredIsTakenWithTheRest)
     EXPECT_THAT(changes.getChanged(), Contains(Pair(id, osg::Node::TravMaskFieldMask | osg::Node::ChildrenFieldMask)));
     EXPECT_THAT(changes.getDestroyed(), Contains(destroyed));
     EXPECT_TRUE(SceneChanges::take().isEmpty());
+}
+
+TEST_F(SceneChangesTest, WhatCameIntoBeingBeforeTheFirstGatheringIsTakenWhole)
+{
+    const osg::RefPtr<osg::NodePtr> node(makeGroup());
+    SceneChanges::gather();
+
+    const SceneChanges changes = SceneChanges::take();
+
+    EXPECT_THAT(changes.getChanged(), Contains(Pair(osg::getContainerId(node.get()), ::testing::_)));
+    EXPECT_THAT(changes.getChanged(), Contains(Pair(osg::getContainerId(node->getCore()), ::testing::_)));
+}
+
+TEST_F(SceneChangesTest, OfWhatCameIntoBeingBetweenGatheringsNodesBelowOlderOnesAreTaken)
+{
+    const osg::RefPtr<osg::NodePtr> root(makeGroup());
+    SceneChanges::gather();
+    const osg::RefPtr<osg::NodePtr> child(makeGroup());
+    const osg::RefPtr<osg::NodePtr> grandchild(makeGroup());
+    const osg::RefPtr<osg::NodePtr> lonely(makeGroup());
+    child->addChild(grandchild.get());
+    {
+        const osg::CPEditor edit(root.get(), osg::Node::ChildrenFieldMask);
+        root->addChild(child.get());
+    }
+    SceneChanges::gather();
+
+    const SceneChanges changes = SceneChanges::take();
+
+    const osg::BitVector all = ~osg::BitVector(0);
+    EXPECT_THAT(changes.getChanged(),
+                Contains(Pair(osg::getContainerId(root.get()), Truly([](const osg::BitVector mask) {
+                                  return (mask & osg::Node::ChildrenFieldMask) != 0;
+                              }))));
+    EXPECT_THAT(changes.getChanged(), Contains(Pair(osg::getContainerId(child.get()), all)));
+    for (const auto& [id, mask] : changes.getChanged()) {
+        EXPECT_NE(id, osg::getContainerId(child->getCore()));
+        EXPECT_NE(id, osg::getContainerId(grandchild.get()));
+        EXPECT_NE(id, osg::getContainerId(lonely.get()));
+    }
+}
+
+TEST_F(SceneChangesTest, WhatCameIntoBeingBetweenGatheringsIsTakenWhenItChangesLater)
+{
+    const osg::RefPtr<osg::NodePtr> root(makeGroup());
+    SceneChanges::gather();
+    const osg::RefPtr<osg::NodePtr> first(makeGroup());
+    const osg::RefPtr<osg::NodePtr> second(makeGroup());
+    SceneChanges::gather();
+    osg::endEditCP(first.get(), osg::Node::TravMaskFieldMask);
+    SceneChanges::gather();
+    osg::endEditCP(second.get(), osg::Node::ChildrenFieldMask);
+
+    const SceneChanges changes = SceneChanges::take();
+
+    EXPECT_THAT(changes.getChanged(), Contains(Pair(osg::getContainerId(first.get()), osg::Node::TravMaskFieldMask)));
+    EXPECT_THAT(changes.getChanged(), Contains(Pair(osg::getContainerId(second.get()), osg::Node::ChildrenFieldMask)));
+}
+
+TEST_F(SceneChangesTest, GatheredIdsAscendAndEachIsTakenOnce)
+{
+    const osg::RefPtr<osg::NodePtr> root(makeGroup());
+    std::vector<osg::RefPtr<osg::NodePtr>> children;
+    for (int i = 0; i < 4; ++i) {
+        SceneChanges::gather();
+        children.emplace_back(makeGroup());
+        const osg::CPEditor edit(root.get(), osg::Node::ChildrenFieldMask);
+        root->addChild(children.back().get());
+        if (i > 0) {
+            osg::endEditCP(children[0].get(), osg::Node::TravMaskFieldMask);
+        }
+    }
+    SceneChanges::gather();
+
+    const SceneChanges changes = SceneChanges::take();
+
+    std::vector<osg::UInt32> ids;
+    for (const auto& [id, mask] : changes.getChanged()) {
+        ids.push_back(id);
+    }
+    EXPECT_EQ(std::adjacent_find(ids.begin(), ids.end(), std::greater_equal<>()), ids.end())
+        << ::testing::PrintToString(ids);
+    for (const auto& child : children) {
+        EXPECT_THAT(ids, Contains(osg::getContainerId(child.get())));
+    }
+}
+
+TEST_F(SceneChangesTest, AVolumeThatWasCalculatedIsLeftOutOfALaterGathering)
+{
+    const osg::RefPtr<osg::NodePtr> looked(makeGroup());
+    const osg::RefPtr<osg::NodePtr> edited(makeGroup());
+    SceneChanges::take();
+    SceneChanges::gather();
+    const osg::RefPtr<osg::NodePtr> another(makeGroup());
+    osg::endEditCP(looked.get(), osg::Node::VolumeFieldMask);
+    osg::endEditCP(edited.get(), osg::Node::VolumeFieldMask | osg::Node::TravMaskFieldMask);
+    // The same bit of another class is another field.
+    osg::endEditCP(edited->getCore(), osg::Node::VolumeFieldMask);
+    SceneChanges::gather();
+
+    EXPECT_THAT(SceneChanges::take().getChanged(),
+                UnorderedElementsAre(
+                    Pair(osg::getContainerId(edited.get()), osg::Node::VolumeFieldMask | osg::Node::TravMaskFieldMask),
+                    Pair(osg::getContainerId(edited->getCore()), osg::Node::VolumeFieldMask)));
+}
+
+TEST_F(SceneChangesTest, AfterTakingAllIsTakenWholeAgain)
+{
+    SceneChanges::gather();
+    SceneChanges::take();
+    const osg::RefPtr<osg::NodePtr> node(makeGroup());
+    SceneChanges::gather();
+
+    EXPECT_THAT(SceneChanges::take().getChanged(), Contains(Pair(osg::getContainerId(node.get()), ::testing::_)));
 }
 
 TEST_F(SceneChangesTest, DestroyedContainersThatWereGatheredAreTakenAlone)

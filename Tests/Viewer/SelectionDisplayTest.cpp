@@ -119,6 +119,32 @@ TEST_F(SelectionDisplayTest, OneKindIsDrawnAtATimeAndNoneWhileItIsNotVisible)
     EXPECT_FALSE(display.getHighlight().isVisible());
 }
 
+TEST_F(SelectionDisplayTest, AVisualisationHearsOfNodesOnceItWasDrawn)
+{
+    SelectionDisplay display(m_parent.get());
+    SelectionLook look;
+    look.visible = false;
+    display.setLook(look);
+    display.setModel(&m_selection);
+    EXPECT_FALSE(display.getBoxes().hasNode(m_part.get()));
+
+    look.visible = true;
+    display.setLook(look);
+    EXPECT_TRUE(display.getBoxes().hasNode(m_part.get()));
+    EXPECT_FALSE(display.getHighlight().hasNode(m_part.get()));
+
+    look.kind = SelectionLook::Kind::Wireframe;
+    display.setLook(look);
+    EXPECT_TRUE(display.getHighlight().hasNode(m_part.get()));
+    m_selection.setSelection(m_empty.get());
+    look.kind = SelectionLook::Kind::Boxes;
+    display.setLook(look);
+    EXPECT_TRUE(display.getBoxes().hasNode(m_empty.get()));
+    EXPECT_TRUE(display.getHighlight().hasNode(m_empty.get()));
+    EXPECT_FALSE(display.getHighlight().hasNode(m_part.get()));
+    EXPECT_EQ(childCount(display.getBoxes()), 1U);
+}
+
 TEST_F(SelectionDisplayTest, ANewMarkerSizeShowsAtOnce)
 {
     SelectionDisplay display(m_parent.get());

@@ -74,6 +74,26 @@ TEST_F(SelectionKeeperTest, TheLastNodeLeavesAnEmptySelection)
     EXPECT_THAT(m_selection.getSelection(), IsEmpty());
 }
 
+TEST_F(SelectionKeeperTest, ANodeThatIsAddedTwiceIsKeptOnceAndTheRestStaysWhenOneLeaves)
+{
+    m_keeper.addNode(m_first);
+    m_keeper.addNode(m_first);
+    m_keeper.addNode(m_second);
+    m_keeper.addNode(m_root.get());
+    m_keeper.removeNode(m_first);
+    m_keeper.removeNode(m_first);
+
+    EXPECT_FALSE(m_keeper.hasNode(m_first));
+    EXPECT_TRUE(m_keeper.hasNode(m_second));
+    EXPECT_TRUE(m_keeper.hasNode(m_root.get()));
+    m_keeper.removeNode(m_root.get());
+    EXPECT_TRUE(m_keeper.hasNode(m_second));
+
+    m_keeper.removeAllNodes();
+    EXPECT_FALSE(m_keeper.hasNode(m_second));
+    m_keeper.removeNode(m_second);
+}
+
 TEST_F(SelectionKeeperTest, AKeeperThatComesLaterKnowsWhatIsSelected)
 {
     m_selection.setSelection({m_first, m_second});

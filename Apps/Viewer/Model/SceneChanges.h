@@ -42,6 +42,9 @@ public:
      * Puts the changes recorded in this thread aside for take(), an entry for each container, and empties the list.
      *
      * For use in the middle of long work: a million new selection boxes leave half a gigabyte of records otherwise.
+     * From one call to the next nobody may look at the scene without a take(): what came into being in between is left
+     * out by the second call, but for nodes with a parent that was there before, for which all fields are named. Who
+     * looks later finds the others with those. Nodes of which only the volume was calculated are left out as well.
      */
     static void gather();
 

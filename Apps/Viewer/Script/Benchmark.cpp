@@ -180,13 +180,14 @@ void Benchmark::measureOrbits(const int samples)
     measureOrbit("boxes, everything", Detail::Full, "every part selected");
     measureOrbit("boxes, moving", Detail::Moving, "as much as there is time for");
 
-    m_session.getBoxes().setVisible(false);
-    m_session.getHighlight().setVisible(true);
+    SelectionLook look = m_session.getSelectionLook();
+    look.kind = SelectionLook::Kind::Wireframe;
+    m_session.setSelectionLook(look);
     m_session.processSceneChanges();
     measureOrbit("wireframe, everything", Detail::Full, "every part selected and drawn as a wireframe");
     measureOrbit("wireframe, moving", Detail::Moving, "as much as there is time for");
-    m_session.getHighlight().setVisible(false);
-    m_session.getBoxes().setVisible(true);
+    look.kind = SelectionLook::Kind::Boxes;
+    m_session.setSelectionLook(look);
     select({});
 }
 

@@ -69,14 +69,28 @@ SelectionDisplay::~SelectionDisplay()
 void SelectionDisplay::setModel(interaction::NodeSelectionModel* model)
 {
     if (m_model != nullptr) {
+        // Does nothing with one that is not attached.
         m_model->removeVisualisation(&m_highlight);
         m_model->removeVisualisation(&m_boxes);
         m_boxes.clear();
     }
     m_model = model;
-    if (m_model != nullptr) {
+    m_boxesAttached = m_highlightAttached = false;
+    attach();
+}
+
+void SelectionDisplay::attach()
+{
+    if (m_model == nullptr) {
+        return;
+    }
+    if (m_boxes.isVisible() && !m_boxesAttached) {
         m_model->addVisualisation(&m_boxes);
+        m_boxesAttached = true;
+    }
+    if (m_highlight.isVisible() && !m_highlightAttached) {
         m_model->addVisualisation(&m_highlight);
+        m_highlightAttached = true;
     }
 }
 
@@ -102,6 +116,7 @@ void SelectionDisplay::setLook(const SelectionLook& look)
     m_boxes.setMarkerSize(look.markerSize);
     m_boxes.setVisible(look.visible && look.kind == Kind::Boxes);
     m_highlight.setVisible(look.visible && look.kind == Kind::Wireframe);
+    attach();
     if (look.markerSize != before.markerSize) {
         // Boxes that are there keep their size until they are updated.
         m_boxes.updateAllNodes();

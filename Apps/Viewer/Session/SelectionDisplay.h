@@ -38,7 +38,8 @@ bool operator!=(const SelectionLook& left, const SelectionLook& right);
 /**
  * Shows one selection model with two visualisations of the library, boxes and wireframe, of which one is drawn.
  *
- * Both stay attached to the model: switching draws the other one and loses nothing.
+ * Each is attached to the model when it is first drawn, since it costs time and memory for each node, and stays so:
+ * switching back draws what is there.
  */
 class SelectionDisplay {
 public:
@@ -74,10 +75,14 @@ public:
     interaction::HighlightSelectionVisualisation& getHighlight() { return m_highlight; }
 
 private:
+    void attach();
+
     osg::RefPtr<osg::NodePtr> m_parent;
     interaction::BoxSelectionVisualisation m_boxes;
     interaction::HighlightSelectionVisualisation m_highlight;
     interaction::NodeSelectionModel* m_model = nullptr;
+    bool m_boxesAttached = false;
+    bool m_highlightAttached = false;
     SelectionLook m_look;
 };
 

@@ -3,7 +3,7 @@
 
 #include <Interaction/NodeSelectionModel.h>
 
-#include <vector>
+#include <cstdint>
 
 namespace quon::viewer {
 
@@ -20,42 +20,61 @@ SelectionKeeper::~SelectionKeeper()
 
 bool SelectionKeeper::sceneChanged(const SceneChanges& changes)
 {
-    if (m_nodes.empty()) {
+    if (m_ids.empty()) {
         return false;
     }
     bool any = false;
     for (const osg::UInt32 id : changes.getDestroyed()) {
-        any = m_nodes.erase(id) > 0 || any;
+        any = forget(id) || any;
     }
     if (any) {
-        std::vector<osg::NodePtr> left;
-        left.reserve(m_nodes.size());
-        for (const auto& entry : m_nodes) {
-            left.push_back(entry.second);
-        }
         // Ends the tracking of all without passing on a handle.
-        m_model.setSelection(left);
+        m_model.setSelection(findNodes(m_ids, osg::NullFC));
     }
     return any;
 }
 
 void SelectionKeeper::addNode(const osg::NodePtr& node)
 {
-    if (node != osg::NullFC) {
-        m_nodes[osg::getContainerId(node)] = node;
+    if (node == osg::NullFC) {
+        return;
+    }
+    const osg::UInt32 id = osg::getContainerId(node);
+    if (m_places.find(id) == IdTable::None) {
+        m_places.set(id, static_cast<std::uint32_t>(m_ids.size()));
+        m_ids.push_back(id);
     }
 }
 
 void SelectionKeeper::removeNode(const osg::NodePtr& node)
 {
     if (node != osg::NullFC) {
-        m_nodes.erase(osg::getContainerId(node));
+        forget(osg::getContainerId(node));
     }
 }
 
 bool SelectionKeeper::hasNode(const osg::NodePtr& node) const
 {
-    return node != osg::NullFC && m_nodes.count(osg::getContainerId(node)) != 0;
+    return node != osg::NullFC && m_places.find(osg::getContainerId(node)) != IdTable::None;
+}
+
+void SelectionKeeper::removeAllNodes()
+{
+    m_ids.clear();
+    m_places.clear();
+}
+
+bool SelectionKeeper::forget(const osg::UInt32 id)
+{
+    const std::uint32_t place = m_places.find(id);
+    if (place == IdTable::None) {
+        return false;
+    }
+    m_ids[place] = m_ids.back();
+    m_places.set(m_ids[place], place);
+    m_ids.pop_back();
+    m_places.erase(id);
+    return true;
 }
 
 } // namespace quon::viewer

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Viewer/Model/IdTable.h"
+#include "Viewer/Model/NodeIds.h"
 #include "Viewer/Model/SceneChanges.h"
 
 #include <Interaction/SelectionVisualisation.h>
@@ -9,8 +11,6 @@
 
 #include <OpenSG/OSGBaseTypes.h>
 #include <OpenSG/OSGNode.h>
-
-#include <unordered_map>
 
 namespace quon::interaction {
 class NodeSelectionModel;
@@ -48,11 +48,14 @@ public:
     void updateNode(const osg::NodePtr&) override {}
     bool hasNode(const osg::NodePtr& node) const override;
     void updateAllNodes() override {}
-    void removeAllNodes() override { m_nodes.clear(); }
+    void removeAllNodes() override;
 
 private:
+    bool forget(osg::UInt32 id);
+
     interaction::NodeSelectionModel& m_model;
-    std::unordered_map<osg::UInt32, osg::NodePtr> m_nodes; ///< by container id
+    NodeIds m_ids;
+    IdTable m_places; ///< among the ids
 };
 
 } // namespace quon::viewer

@@ -525,19 +525,20 @@ void ViewerSession::switchOverlay()
 void ViewerSession::reportSelection()
 {
     const auto& selection = m_selection->getSelection();
-    const auto count = [&](const auto& condition) {
-        return std::count_if(selection.begin(), selection.end(), condition);
-    };
-    const auto locked = count([](const osg::NodePtr& node) { return !koNodeUtils::isEditable(node); });
-    const auto hidden = count([](const osg::NodePtr& node) { return node->getTravMask() == Hidden; });
+    int locked = 0;
+    int hidden = 0;
+    for (const osg::NodePtr& node : selection) {
+        locked += koNodeUtils::isEditable(node) ? 0 : 1;
+        hidden += node->getTravMask() == Hidden ? 1 : 0;
+    }
 
     QStringList texts;
     texts << (selection.empty() ? tr("Nothing selected") : tr("%n selected", "", static_cast<int>(selection.size())));
     if (locked > 0) {
-        texts << tr("%n locked", "", static_cast<int>(locked));
+        texts << tr("%n locked", "", locked);
     }
     if (hidden > 0) {
-        texts << tr("%n hidden", "", static_cast<int>(hidden));
+        texts << tr("%n hidden", "", hidden);
     }
     const bool overlay = m_display.getLook().overlay;
     const QString visualisation = m_display.getLook().kind == Kind::Boxes
