@@ -148,6 +148,8 @@ private:
     Node* findStaleChild(UInt32 slot) const;
     void computeVolume();
     void replaceCore(const NodeCorePtr& core);
+    /// Ends being a parent of this core, the one at hand; may be null.
+    void leaveCore(const NodeCorePtr& core);
 
     // The first cache line has what walks up the tree read, and what taking a child out does.
     SFUInt32 m_sfTravMask{0xFFFFFFFF};

@@ -51,9 +51,22 @@ void Node::onCreate(const FieldContainer* source)
     }
 }
 
+// Small: part of its callers, which make and end each node.
+inline void Node::leaveCore(const NodeCorePtr& core)
+{
+    if (core != NullFC) {
+        beginEditCP(core, NodeCore::ParentsFieldMask);
+        core->removeParent(m_slotInCore);
+        endEditCP(core, NodeCore::ParentsFieldMask);
+    }
+}
+
 Node::~Node()
 {
-    replaceCore(NullFC);
+    const NodeCorePtr core = getCore();
+    leaveCore(core);
+    m_sfCore.setValue(NullFC);
+    subRefCP(core);
     for (UInt32 slot = 0; slot < m_children.slotCount(); ++slot) {
         NodePtr child = m_children.slot(slot);
         if (child != NullFC) {
@@ -72,16 +85,12 @@ void Node::setCore(const NodeCorePtr& core)
 void Node::replaceCore(const NodeCorePtr& core)
 {
     const NodeCorePtr newCore = core;
-    NodeCorePtr oldCore = getCore();
+    const NodeCorePtr oldCore = getCore();
     if (newCore != NullFC) {
         newCore->makeRoomForParent(); // all that can fail, before anything changes
     }
     addRefCP(newCore);
-    if (oldCore != NullFC) {
-        beginEditCP(oldCore, NodeCore::ParentsFieldMask);
-        oldCore->removeParent(m_slotInCore);
-        endEditCP(oldCore, NodeCore::ParentsFieldMask);
-    }
+    leaveCore(oldCore);
     m_sfCore.setValue(newCore);
     if (newCore != NullFC) {
         beginEditCP(newCore, NodeCore::ParentsFieldMask);
