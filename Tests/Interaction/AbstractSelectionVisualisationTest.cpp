@@ -1047,6 +1047,33 @@ TEST_F(AbstractSelectionVisualisationTest, AnUpdateThatCreatesMayRemoveOtherNode
                                            "updateVisualisation(b, visualisation of b)"));
 }
 
+TEST_F(AbstractSelectionVisualisationTest, WhatIsCreatedInAnUpdateIsOfTheNodeThatItsHookTookOutAndAddedAgain)
+{
+    m_visualisation->isWanted = false;
+    m_visualisation->addNode(m_a);
+    m_visualisation->isWanted = true;
+    m_visualisation->onCreate = [&](const osg::NodePtr& node) {
+        if (node == m_a) {
+            m_visualisation->isWanted = false;
+            m_visualisation->removeNode(m_a);
+            // Where the entry of the other node was.
+            m_visualisation->addNode(m_b);
+            m_visualisation->addNode(m_a);
+            m_visualisation->isWanted = true;
+        }
+    };
+
+    m_visualisation->updateNode(m_a);
+
+    EXPECT_EQ(root()->getNChildren(), 1U);
+    m_log.clear();
+    m_visualisation->updateAllNodes();
+    EXPECT_THAT(m_log.calls(), ElementsAre("isVisible()", "updateNode(a)", "isVisible()", "shouldHaveVisualization(a)",
+                                           "updateVisualisation(a, visualisation of a)", "updateNode(b)", "isVisible()",
+                                           "shouldHaveVisualization(b)", "createVisualisation(b)"));
+    EXPECT_EQ(root()->getNChildren(), 2U);
+}
+
 TEST_F(AbstractSelectionVisualisationTest, WhatIsCreatedInAnUpdateGoesWithTheNodeThatItsHookRemoves)
 {
     m_visualisation->isWanted = false;
