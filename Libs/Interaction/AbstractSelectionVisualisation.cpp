@@ -121,9 +121,9 @@ private:
         constexpr int together = 8;
         auto entry = m_entry;
         while (m_fetched < together && entry != m_entries.end()) {
-            const osg::FieldContainerPtr node = osg::FieldContainerFactory::the()->getContainer(entry->first);
-            if (node != osg::NullFC) {
-                prefetch(*node);
+            const osg::FieldContainerPtr container = osg::FieldContainerFactory::the()->getContainer(entry->first);
+            if (container != osg::NullFC) {
+                prefetch(*container);
             }
             const osg::RefPtr<osg::NodePtr>& visualisation = entry->second;
             if (visualisation != osg::NullFC && visualisation->getCore() != osg::NullFC) {

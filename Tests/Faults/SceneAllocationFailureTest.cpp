@@ -227,6 +227,57 @@ TYPED_TEST(VisualisationFailureTest, ANodeThatGetsItsVisualisationLaterStaysTrac
         .give(expectShown);
 }
 
+// Creates a node that nobody refers to, and notes whether the hook that takes it away still sees it.
+class Unreferenced : public AbstractSelectionVisualisation {
+public:
+    Unreferenced() { prepared->setCore(osg::Group::create()); }
+
+    osg::NodePtr createVisualisation(const osg::NodePtr&) override { return prepared; }
+    void removeVisualisation(const osg::NodePtr&, const osg::NodePtr&) override
+    {
+        ++removed;
+        seen += osg::FieldContainerFactory::the()->getContainer(id) != osg::NullFC ? 1 : 0;
+    }
+    void updateVisualisation(const osg::NodePtr&, const osg::NodePtr&) override {}
+    bool shouldHaveVisualization(const osg::NodePtr&) const override { return isWanted; }
+
+    const osg::NodePtr prepared = osg::Node::create();
+    const osg::UInt32 id = osg::getContainerId(prepared);
+    bool isWanted = false;
+    int removed = 0;
+    int seen = 0;
+};
+
+TEST(VisualisationHookFailureTest, WhatAnUpdateCannotAttachIsTakenAwayWhileItIsThere)
+{
+    // With some number of children the root has to make room for the next one; few of them find it in a pool.
+    constexpr int mostChildren = 64;
+    const NodeRef group = makeNode(osg::Group::create());
+    int removed = 0;
+    for (int children = 0; children <= mostChildren; ++children) {
+        bool hasFailed = true;
+        for (std::size_t number = 1; hasFailed; ++number) {
+            Unreferenced shown;
+            for (int i = 0; i < children; ++i) {
+                addChild(shown.getVisualisation(), osg::Group::create());
+            }
+            shown.addNode(group.get());
+            shown.isWanted = true;
+            hasFailed = false;
+            try {
+                const AllocationFailure failure(number);
+                shown.updateNode(group.get());
+            } catch (const std::bad_alloc&) {
+                hasFailed = true;
+            }
+            EXPECT_EQ(shown.seen, shown.removed) << children << " children, allocation " << number;
+            EXPECT_EQ(shown.removed, hasFailed ? 1 : 0) << children << " children, allocation " << number;
+            removed += shown.removed;
+        }
+    }
+    EXPECT_GT(removed, 0);
+}
+
 TYPED_TEST(VisualisationFailureTest, UpdatesAreRepeated)
 {
     EveryFailure<Showing<TypeParam>>("updateNode()", [](auto& scene) {

@@ -12,6 +12,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace quon::testing {
 
@@ -109,6 +110,39 @@ TEST(SpareNodesTest, NoMoreAreKeptThanTheLimit)
 
     const int kept = CountingAllocator<int, 3>::nodes();
     EXPECT_EQ(kept, 2);
+}
+
+TEST(SpareNodesTest, APreparedElementIsANewOneOrASpareOneAndIsInsertedWithItsValue)
+{
+    using Spares = interaction::SpareNodes<Set<20>, 8>;
+    Set<20> set;
+    Spares::instance().insert(set, Spares::instance().prepare(3));
+    EXPECT_THAT(set, ElementsAre(3));
+    EXPECT_EQ(getAllocations<20>(), 1);
+    Spares::instance().erase(set, set.begin());
+
+    auto prepared = Spares::instance().prepare(5);
+    ASSERT_FALSE(prepared.empty());
+    EXPECT_EQ(prepared.value(), 5);
+    Spares::instance().insert(set, std::move(prepared));
+
+    EXPECT_THAT(set, ElementsAre(5));
+    EXPECT_EQ(getAllocations<20>(), 1);
+}
+
+TEST(SpareNodesTest, APreparedElementWhoseValueIsThereIsKept)
+{
+    using Spares = interaction::SpareNodes<Set<21>, 8>;
+    Set<21> set;
+    Spares::instance().insert(set, 1);
+    Spares::instance().insert(set, Spares::instance().prepare(1));
+    EXPECT_THAT(set, ElementsAre(1));
+    EXPECT_EQ(getAllocations<21>(), 2);
+
+    Spares::instance().insert(set, 2);
+
+    EXPECT_THAT(set, ElementsAre(1, 2));
+    EXPECT_EQ(getAllocations<21>(), 2);
 }
 
 TEST(SpareNodesTest, AnEntryOfAMapLosesItsValueWhenItIsTakenOut)

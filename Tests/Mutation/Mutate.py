@@ -249,7 +249,7 @@ def main():
         return 0
 
     tests = arguments.tests or [r"(QtEventMapper\w*|Interaction(Event|Manager)\w*|\w*InteractionContext\w*|AbstractInteractionTool\w*|"
-                                r"\w*SelectionVisualisation\w*|LazyPicker\w*|NodeSelectionModel\w*|SelectionManager\w*|SpareNodes\w*)Test"]
+                                r"\w*SelectionVisualisation\w*|LazyPicker\w*|NodeSelectionModel\w*|SelectionManager\w*|SpareNodes\w*|AllocationFailure)Test"]
     WORK.mkdir(parents=True, exist_ok=True)
     workers = [Worker(number, tests, arguments.checked) for number in range(arguments.jobs)]
     for worker in workers:
