@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace quon::testing {
 
 namespace {
@@ -33,6 +36,16 @@ protected:
     {
         const auto group = osg::MaterialGroupPtr::dcast(visualisation.getVisualisation()->getCore());
         return osg::SimpleMaterialPtr::dcast(group->getMaterial());
+    }
+
+    // The core below a transformation.
+    static osg::NodeCorePtr findGeometry(const osg::NodePtr& copy)
+    {
+        osg::NodePtr node = copy;
+        while (node->getNChildren() > 0) {
+            node = node->getChild(0);
+        }
+        return node->getCore();
     }
 
     static osg::UInt32 childCount(interaction::SelectionVisualisation& visualisation)
@@ -143,6 +156,41 @@ TEST_F(SelectionDisplayTest, AVisualisationHearsOfNodesOnceItWasDrawn)
     EXPECT_TRUE(display.getHighlight().hasNode(m_empty.get()));
     EXPECT_FALSE(display.getHighlight().hasNode(m_part.get()));
     EXPECT_EQ(childCount(display.getBoxes()), 1U);
+}
+
+TEST_F(SelectionDisplayTest, WhatIsDrawnLaterIsInTheOrderOfIds)
+{
+    SelectionDisplay display(m_parent.get());
+    display.setModel(&m_selection);
+    constexpr osg::UInt32 count = 50;
+    std::vector<NodeRef> nodes;
+    std::vector<osg::NodePtr> selected;
+    for (osg::UInt32 i = 0; i < count; ++i) {
+        nodes.push_back(makeNode(makeExtent(osg::Pnt3f(0, 0, 0), osg::Pnt3f(1, 1, static_cast<float>(i)))));
+    }
+    // Memory of older nodes is used again in another order.
+    for (const osg::UInt32 i : {40U, 10U, 30U, 20U}) {
+        nodes[i] = osg::NullFC;
+        nodes[i] = makeNode(makeExtent(osg::Pnt3f(0, 0, 0), osg::Pnt3f(1, 1, static_cast<float>(count + i))));
+    }
+    for (const NodeRef& node : nodes) {
+        selected.push_back(node.get());
+    }
+    m_selection.setSelection(selected);
+    SelectionLook look;
+    look.kind = SelectionLook::Kind::Wireframe;
+
+    display.setLook(look);
+
+    std::sort(selected.begin(), selected.end(), [](const osg::NodePtr& a, const osg::NodePtr& b) {
+        return osg::getContainerId(a) < osg::getContainerId(b);
+    });
+    const osg::NodePtr root = display.getHighlight().getVisualisation();
+    ASSERT_EQ(root->getNChildren(), count);
+    for (osg::UInt32 i = 0; i < count; ++i) {
+        EXPECT_EQ(findGeometry(root->getChild(i)), selected[i]->getCore()) << i;
+    }
+    m_selection.clearSelection();
 }
 
 TEST_F(SelectionDisplayTest, ANewMarkerSizeShowsAtOnce)

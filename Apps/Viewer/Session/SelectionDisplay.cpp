@@ -79,16 +79,21 @@ void SelectionDisplay::setModel(interaction::NodeSelectionModel* model)
     attach();
 }
 
+bool SelectionDisplay::isDrawn(const SelectionLook::Kind kind) const
+{
+    return m_look.visible && m_look.kind == kind;
+}
+
 void SelectionDisplay::attach()
 {
     if (m_model == nullptr) {
         return;
     }
-    if (m_boxes.isVisible() && !m_boxesAttached) {
+    if (isDrawn(Kind::Boxes) && !m_boxesAttached) {
         m_model->addVisualisation(&m_boxes);
         m_boxesAttached = true;
     }
-    if (m_highlight.isVisible() && !m_highlightAttached) {
+    if (isDrawn(Kind::Wireframe) && !m_highlightAttached) {
         m_model->addVisualisation(&m_highlight);
         m_highlightAttached = true;
     }
@@ -114,9 +119,10 @@ void SelectionDisplay::setLook(const SelectionLook& look)
         endEditCP(wireframe, osg::SimpleMaterial::TransparencyFieldMask);
     }
     m_boxes.setMarkerSize(look.markerSize);
-    m_boxes.setVisible(look.visible && look.kind == Kind::Boxes);
-    m_highlight.setVisible(look.visible && look.kind == Kind::Wireframe);
+    // While they are not visible yet: they draw in the order of the nodes' ids then, which is always the same.
     attach();
+    m_boxes.setVisible(isDrawn(Kind::Boxes));
+    m_highlight.setVisible(isDrawn(Kind::Wireframe));
     if (look.markerSize != before.markerSize) {
         // Boxes that are there keep their size until they are updated.
         m_boxes.updateAllNodes();

@@ -75,6 +75,7 @@ public:
     interaction::HighlightSelectionVisualisation& getHighlight() { return m_highlight; }
 
 private:
+    bool isDrawn(SelectionLook::Kind kind) const;
     void attach();
 
     osg::RefPtr<osg::NodePtr> m_parent;
